@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace varpre {
+
+// The listing. Its records pass on to an open file in pieces, so its length is not bounded by memory; a listing
+// without a file keeps them all.
+class Listing {
+ public:
+  static constexpr int no_file = -1;
+
+  explicit Listing(int descriptor = no_file) : descriptor_(descriptor) {}
+
+  std::string text;  // the records not passed on yet, each with its line feed
+
+  // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no more.
+  void pass_on() {
+    if (text.size() >= piece) flush();
+  }
+  // Passes on all records.
+  void flush();
+
+ private:
+  static constexpr std::size_t piece = 65536;
+  int descriptor_;
+};
+
+}  // namespace varpre

@@ -1,0 +1,313 @@
+#include "textio/number_format.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+#include "textio/text.h"
+
+namespace varpre {
+namespace {
+
+constexpr int exact_digits = 800;     // significant digits that hold every double exactly (767 are enough)
+constexpr int longest_double = 1100;  // room for the digits of any value under any descriptor
+
+// The significand digits d1 d2 ... of a value rounded to `count` significant digits, value = 0.d1d2... x 10^exponent.
+struct Digits {
+  std::array<char, longest_double> digit;
+  int count = 0;
+  int exponent = 0;
+};
+
+bool all_zeros(const char* digits, int count) {
+  return std::all_of(digits, digits + count, [](char c) { return c == '0'; });
+}
+
+// Digits of |value| rounded to `count` >= 1 significant places. Zero has digits 0 and exponent 0.
+void significant_digits(double value, int count, Digits& out) {
+  std::array<char, longest_double> text;
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), std::abs(value),
+                                 std::chars_format::scientific, count - 1)
+                       .ptr;
+  const char* exponent = end - 1;
+  while (*exponent != 'e') --exponent;
+  out.count = count;
+  out.digit[0] = text[0];
+  if (count > 1) std::memcpy(&out.digit[1], &text[2], static_cast<std::size_t>(count - 1));
+  const bool negative = exponent[1] == '-';
+  int magnitude = 0;
+  std::from_chars(exponent + 2, end, magnitude);
+  out.exponent = value == 0 ? 0 : (negative ? -magnitude : magnitude) + 1;
+}
+
+// The power of ten above the leading digit of a value that is not 0: 10^(exponent-1) <= |value| < 10^exponent.
+int decimal_exponent(double value) {
+  Digits digits;
+  significant_digits(value, 17, digits);
+  const bool power_of_ten = digits.digit[0] == '1' && all_zeros(digits.digit.data() + 1, digits.count - 1);
+  if (power_of_ten) significant_digits(value, exact_digits, digits);  // rounding may have carried into it
+  return digits.exponent;
+}
+
+// Digits of |value| rounded at the decimal place 10^-decimals: value = d1d2...dn x 10^-decimals, n = 0 for zero.
+void digits_to_place(double value, int decimals, Digits& out) {
+  out.count = 0;
+  if (value == 0) return;
+  const int exponent = decimal_exponent(value);
+  const int places = exponent + decimals;
+  if (places > 0) {
+    significant_digits(value, places, out);
+    if (out.exponent > exponent) out.digit[static_cast<std::size_t>(out.count++)] = '0';
+  } else if (places == 0) {  // the leading digit stands just behind the last place: the value becomes 0 or 1
+    significant_digits(value, exact_digits, out);
+    const bool tie = out.digit[0] == '5' && all_zeros(out.digit.data() + 1, out.count - 1);
+    out.count = out.digit[0] >= '5' && !tie ? 1 : 0;
+    out.digit[0] = '1';
+  }
+}
+
+void fill(char*& at, char c, int count) {
+  std::memset(at, c, static_cast<std::size_t>(std::max(count, 0)));
+  at += std::max(count, 0);
+}
+
+void copy(char*& at, const char* from, int count) {
+  std::memcpy(at, from, static_cast<std::size_t>(count));
+  at += count;
+}
+
+void right_justify(char* field, int width, std::string_view text) {
+  fill(field, ' ', width - static_cast<int>(text.size()));
+  copy(field, text.data(), static_cast<int>(text.size()));
+}
+
+void asterisks(char* field, int width) {
+  fill(field, '*', width);
+}
+
+// NaN, Infinity or Inf, whichever the width leaves room for.
+void edit_not_finite(char* field, int width, double value) {
+  const bool negative = value < 0;
+  for (const std::string_view word :
+       std::isnan(value) ? std::array<std::string_view, 2>{"NaN", "NaN"}
+       : negative        ? std::array<std::string_view, 2>{"-Infinity", "-Inf"}
+                         : std::array<std::string_view, 2>{"Infinity", "Inf"}) {
+    if (static_cast<int>(word.size()) <= width) return right_justify(field, width, word);
+  }
+  asterisks(field, width);
+}
+
+// What a real field is made of: sign, then `before` digits (or the optional zero), the point, and the rest.
+// Returns whether the zero before the point is written, or nothing when the field is too narrow.
+std::optional<bool> leading_zero_fits(int width, int length_without_zero, bool zero_wanted) {
+  if (length_without_zero > width) return std::nullopt;
+  return zero_wanted && length_without_zero < width;
+}
+
+// The scale factor moves the point of the digits 0.d1d2... by k; which digits stand before and after it.
+struct Significand {
+  int before;       // digits before the point
+  int zeros_after;  // zeros between the point and the first digit
+  int after;        // digits after those zeros
+};
+
+std::optional<Significand> significand(const RealEdit& edit) {
+  const auto [width, d, k] = edit;
+  if (k > 0 && k < d + 2) return Significand{k, 0, d - k + 1};
+  if (k <= 0 && k > -d) return Significand{0, -k, d + k};
+  return std::nullopt;
+}
+
+// A number in the grammar of a real field, blanks left out: mantissa digits, exponent of the last of them.
+struct Scanned {
+  bool negative = false;
+  std::array<char, 512> digit;
+  int count = 0;
+  long exponent = 0;
+  bool has_point = false;
+  bool has_exponent = false;
+};
+
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Scans the field's characters without its blanks; false when one does not belong there.
+bool scan(std::string_view field, Scanned& out) {
+  std::array<char, 512> compact;
+  std::size_t length = 0;
+  if (field.size() > compact.size()) return false;
+  for (const char c : field) {
+    if (c != ' ') compact[length++] = c;
+  }
+  const char* at = compact.data();
+  const char* const end = at + length;
+
+  if (at < end && (*at == '+' || *at == '-')) out.negative = *at++ == '-';
+  bool any_digit = false;
+  for (; at < end && (is_digit(*at) || *at == '.'); ++at) {
+    if (*at == '.') {
+      if (out.has_point) return false;
+      out.has_point = true;
+      continue;
+    }
+    any_digit = true;
+    if (out.count > 0 || *at != '0') out.digit[static_cast<std::size_t>(out.count++)] = *at;
+    if (out.has_point) --out.exponent;
+  }
+  if (!any_digit) return false;
+  if (at == end) return true;
+
+  out.has_exponent = true;
+  if (*at == 'E' || *at == 'D' || *at == 'e' || *at == 'd') {
+    ++at;
+  } else if (*at != '+' && *at != '-') {
+    return false;
+  }
+  bool negative = false;
+  if (at < end && (*at == '+' || *at == '-')) negative = *at++ == '-';
+  if (at == end) return false;
+  long exponent = 0;
+  for (; at < end; ++at) {
+    if (!is_digit(*at)) return false;
+    exponent = std::min(exponent * 10 + (*at - '0'), 100000L);  // far beyond any double already
+  }
+  out.exponent += negative ? -exponent : exponent;
+  return true;
+}
+
+// The double nearest to the scanned decimal; nothing on overflow, a signed zero on underflow.
+std::optional<double> nearest_double(const Scanned& number) {
+  double value = 0;
+  if (number.count > 0) {
+    std::array<char, 544> text;
+    char* at = text.data();
+    copy(at, number.digit.data(), number.count);
+    *at++ = 'e';
+    at = std::to_chars(at, text.data() + text.size(), number.exponent).ptr;
+    const auto result = std::from_chars(text.data(), at, value);
+    if (result.ec != std::errc() || !std::isfinite(value)) {
+      if (number.count + number.exponent > 0) return std::nullopt;
+      value = 0;
+    }
+  }
+  return number.negative ? -value : value;
+}
+
+// The common case: an explicit point, no blanks inside, no sign but a minus, the whole field consumed.
+std::optional<double> read_plain_real(std::string_view field) {
+  const std::size_t first = field.find_first_not_of(' ');
+  if (first == std::string_view::npos) return 0.0;
+  const char* const begin = field.data() + first;
+  const char* const end = field.data() + trimmed(field).size();
+  const char* digits = begin + (*begin == '-');
+  if (digits == end || (!is_digit(*digits) && *digits != '.')) return std::nullopt;
+  while (digits < end && is_digit(*digits)) ++digits;
+  if (digits == end || *digits != '.') return std::nullopt;
+  double value = 0;
+  const auto result = std::from_chars(begin, end, value);
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+void edit_integer(char* field, int width, int value) {
+  std::array<char, 12> text;
+  const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
+  if (static_cast<int>(digits.size()) > width) return asterisks(field, width);
+  right_justify(field, width, digits);
+}
+
+void edit_fixed(char* field, const RealEdit& edit, double value) {
+  if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
+  const int sign = std::signbit(value) ? 1 : 0;
+  Digits digits;
+  digits_to_place(value, edit.digits + edit.scale, digits);
+  const int before = std::max(digits.count - edit.digits, 0);
+  const bool zero_needed = edit.digits == 0 && before == 0;
+  const int length = sign + before + (zero_needed ? 1 : 0) + 1 + edit.digits;
+  const auto zero = leading_zero_fits(edit.width, length, before == 0 && !zero_needed);
+  if (!zero) return asterisks(field, edit.width);
+
+  fill(field, ' ', edit.width - length - (*zero ? 1 : 0));
+  fill(field, '-', sign);
+  fill(field, '0', *zero || zero_needed ? 1 : 0);
+  copy(field, digits.digit.data(), before);
+  *field++ = '.';
+  fill(field, '0', edit.digits - (digits.count - before));
+  copy(field, digits.digit.data() + before, digits.count - before);
+}
+
+void edit_exponent(char* field, const RealEdit& edit, double value) {
+  if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
+  const auto parts = significand(edit);
+  if (!parts) return asterisks(field, edit.width);
+  const int sign = std::signbit(value) ? 1 : 0;
+  const int length = sign + parts->before + 1 + parts->zeros_after + parts->after + 4;
+  const auto zero = leading_zero_fits(edit.width, length, parts->before == 0);
+  if (!zero) return asterisks(field, edit.width);
+
+  Digits digits;
+  significant_digits(value, parts->before + parts->after, digits);
+  const int exponent = value == 0 ? 0 : digits.exponent - edit.scale;
+  const int magnitude = std::abs(exponent);
+
+  fill(field, ' ', edit.width - length - (*zero ? 1 : 0));
+  fill(field, '-', sign);
+  fill(field, '0', *zero ? 1 : 0);
+  copy(field, digits.digit.data(), parts->before);
+  *field++ = '.';
+  fill(field, '0', parts->zeros_after);
+  copy(field, digits.digit.data() + parts->before, parts->after);
+  if (magnitude < 100) *field++ = 'E';
+  *field++ = exponent < 0 ? '-' : '+';
+  if (magnitude >= 100) *field++ = static_cast<char>('0' + magnitude / 100);
+  *field++ = static_cast<char>('0' + magnitude / 10 % 10);
+  *field++ = static_cast<char>('0' + magnitude % 10);
+}
+
+std::optional<int> read_integer(std::string_view field) {
+  bool negative = false;
+  bool signed_field = false;
+  bool any_digit = false;
+  long value = 0;
+  for (const char c : field) {
+    if (c == ' ') continue;
+    if ((c == '+' || c == '-') && !any_digit && !signed_field) {
+      signed_field = true;
+      negative = c == '-';
+    } else if (is_digit(c)) {
+      any_digit = true;
+      value = value * 10 + (c - '0');
+      if (value > 2147483648L) return std::nullopt;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (signed_field && !any_digit) return std::nullopt;
+  if (negative) value = -value;
+  if (value > 2147483647L) return std::nullopt;
+  return static_cast<int>(value);
+}
+
+std::optional<double> read_real(std::string_view field, const RealEdit& edit) {
+  if (const auto value = read_plain_real(field); value && edit.scale == 0) return value;
+  if (trimmed(field).empty()) return 0.0;
+  Scanned number;
+  if (!scan(field, number)) return std::nullopt;
+  if (!number.has_point) number.exponent -= edit.digits;
+  if (!number.has_exponent) number.exponent -= edit.scale;
+  return nearest_double(number);
+}
+
+std::optional<double> read_free_real(std::string_view token) {
+  Scanned number;
+  if (token.find(' ') != std::string_view::npos || !scan(token, number)) return std::nullopt;
+  return nearest_double(number);
+}
+
+}  // namespace varpre

@@ -1,0 +1,246 @@
+#include "textio/record.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "textio/number_format.h"
+#include "textio/run_stop.h"
+
+namespace varpre::record_detail {
+namespace {
+
+// Takes the values of an item list one by one; zipped items take turns.
+template <class Pointer>
+class Values {
+ public:
+  explicit Values(std::span<const Item<Pointer>> items) : items_(items) { skip_empty(); }
+
+  bool left() const { return first_ < items_.size(); }
+  const Item<Pointer>& item() const { return items_[first_ + column_]; }
+
+  template <class T>
+  T* value() const {
+    using Byte = std::conditional_t<std::is_const_v<T>, const char, char>;
+    return reinterpret_cast<T*>(static_cast<Byte*>(item().data) + row_ * item().stride);
+  }
+
+  void advance() {
+    if (++column_ < items_[first_].zipped) return;
+    column_ = 0;
+    if (++row_ < items_[first_].count) return;
+    row_ = 0;
+    first_ += items_[first_].zipped;
+    skip_empty();
+  }
+
+ private:
+  void skip_empty() {
+    while (left() && items_[first_].count == 0) first_ += items_[first_].zipped;
+  }
+
+  std::span<const Item<Pointer>> items_;
+  std::size_t first_ = 0;   // of the group of items in turn
+  std::size_t column_ = 0;  // within the group
+  std::size_t row_ = 0;
+};
+
+char* extend(std::string& out, int count, char c = ' ') {
+  const std::size_t size = out.size();
+  out.append(static_cast<std::size_t>(count), c);
+  return out.data() + size;
+}
+
+void append_text(std::string& out, std::string_view text, int width) {
+  const int length = static_cast<int>(text.size());
+  if (width == 0) width = length;  // A takes as many columns as the item holds
+  if (length < width) extend(out, width - length);
+  out.append(text.substr(0, static_cast<std::size_t>(width)));
+}
+
+RealEdit real_edit(const Edit& edit, int scale) {
+  return {edit.width, edit.value, scale};
+}
+
+// Writes the value in turn into a field of its own. False when it is a NaN or an infinity that may not be written.
+bool append_value(std::string& out, const Edit& edit, int scale, const Values<const void*>& values,
+                  bool finite_only) {
+  const OutputItem& item = values.item();
+  if (!takes(edit, item.kind)) {  // an array whose values reach a descriptor of another type
+    extend(out, edit.width, '*');
+    return true;
+  }
+  switch (item.kind) {
+    case ItemKind::text: append_text(out, {values.value<const char>(), item.length}, edit.width); break;
+    case ItemKind::integer:
+      if (item.data == nullptr) {
+        extend(out, edit.width, '*');
+      } else {
+        edit_integer(extend(out, edit.width), edit.width, *values.value<const int>());
+      }
+      break;
+    case ItemKind::real: {
+      const double value = *values.value<const double>();
+      if (finite_only && !std::isfinite(value)) return false;
+      char* const field = extend(out, edit.width);
+      (edit.kind == Edit::Kind::fixed ? edit_fixed : edit_exponent)(field, real_edit(edit, scale), value);
+      break;
+    }
+  }
+  return true;
+}
+
+// One record while it is read: columns beyond its end are blanks.
+class Columns {
+ public:
+  explicit Columns(std::string_view record) : record_(record) {}
+
+  int at = 0;  // columns taken so far
+
+  // The next `width` columns.
+  std::string_view take(int width) {
+    const std::size_t start = std::min(static_cast<std::size_t>(at), record_.size());
+    const auto count = static_cast<std::size_t>(width);
+    at += width;
+    if (record_.size() - start >= count) return record_.substr(start, count);
+    padded_.assign(record_.substr(start));
+    padded_.resize(count, ' ');
+    return padded_;
+  }
+
+ private:
+  std::string_view record_;
+  std::string padded_;
+};
+
+void store_text(char* item, std::size_t length, std::string_view field) {
+  if (field.size() >= length) {
+    std::memcpy(item, field.data() + (field.size() - length), length);
+  } else {
+    std::memcpy(item, field.data(), field.size());
+    std::memset(item + field.size(), ' ', length - field.size());
+  }
+}
+
+// Stores a field in the item in turn; false when its characters do not make a value.
+bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::string_view field) {
+  if (!takes(edit, values.item().kind)) return false;
+  switch (values.item().kind) {
+    case ItemKind::text: store_text(values.value<char>(), values.item().length, field); return true;
+    case ItemKind::integer:
+      if (const auto value = read_integer(field)) {
+        *values.value<int>() = *value;
+        return true;
+      }
+      return false;
+    case ItemKind::real:
+      if (const auto value = read_real(field, real_edit(edit, scale))) {
+        *values.value<double>() = *value;
+        return true;
+      }
+      return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items,
+                    bool finite_only) {
+  const std::size_t start = out.size();
+  Walk walk(format);
+  Values<const void*> values(items);
+  for (int scale = 0;;) {
+    const Edit& edit = walk.next();
+    switch (edit.kind) {
+      case Edit::Kind::literal:
+        out.append(format.literals + edit.value, static_cast<std::size_t>(edit.width));
+        continue;
+      case Edit::Kind::blanks: extend(out, edit.width); continue;
+      case Edit::Kind::scale: scale = edit.value; continue;
+      case Edit::Kind::slash: out.push_back('\n'); continue;
+      case Edit::Kind::end:
+        if (!values.left()) break;
+        out.push_back('\n');
+        walk.revert();
+        continue;
+      default:  // a colon, or a descriptor: the statement ends here when no item is left
+        if (!values.left()) break;
+        if (edit.kind == Edit::Kind::colon) continue;
+        if (!append_value(out, edit, scale, values, finite_only)) {
+          out.resize(start);
+          return false;
+        }
+        values.advance();
+        continue;
+    }
+    out.push_back('\n');
+    return true;
+  }
+}
+
+ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items) {
+  constexpr ReadResult end_of_file{ReadResult::Status::end_of_file};
+  std::string_view record;
+  if (!unit.next(record)) return end_of_file;
+  Columns columns(record);
+  Walk walk(format);
+  Values<void*> values(items);
+  int field = 0;
+  for (int scale = 0;;) {
+    const Edit& edit = walk.next();
+    switch (edit.kind) {
+      case Edit::Kind::literal:
+      case Edit::Kind::blanks: columns.at += edit.width; break;
+      case Edit::Kind::scale: scale = edit.value; break;
+      case Edit::Kind::slash:
+        if (!unit.next(record)) return end_of_file;
+        columns = Columns(record);
+        break;
+      case Edit::Kind::colon:
+        if (!values.left()) return {};
+        break;
+      case Edit::Kind::end:
+        if (!values.left()) return {};
+        if (!unit.next(record)) return end_of_file;
+        columns = Columns(record);
+        walk.revert();
+        break;
+      default: {
+        if (!values.left()) return {};
+        ++field;
+        const int width = edit.width > 0 ? edit.width : static_cast<int>(values.item().length);
+        const int first_column = columns.at + 1;
+        if (!store_value(values, edit, scale, columns.take(width))) {
+          return {ReadResult::Status::unreadable, field, first_column, width};
+        }
+        values.advance();
+      }
+    }
+  }
+}
+
+void format_free(std::string& out, std::span<const OutputItem> items) {
+  constexpr int integer_width = 11;
+  out.push_back(' ');
+  bool after_text = false;
+  bool first = true;
+  for (Values<const void*> values(items); values.left(); values.advance()) {
+    const OutputItem& item = values.item();
+    const bool is_text = item.kind == ItemKind::text;
+    if (!first && !(after_text && is_text)) out.push_back(' ');
+    if (is_text) {
+      out.append(values.value<const char>(), item.length);
+    } else {
+      edit_integer(extend(out, integer_width), integer_width, *values.value<const int>());
+    }
+    after_text = is_text;
+    first = false;
+  }
+  out.push_back('\n');
+}
+
+void stop_at_number_not_finite() {
+  throw RunStop{RunStop::Ending::number_not_finite};
+}
+
+}  // namespace varpre::record_detail

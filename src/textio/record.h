@@ -1,0 +1,263 @@
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+#include "textio/format.h"
+#include "textio/listing.h"
+#include "textio/text.h"
+#include "textio/unit.h"
+
+// The record notation: formatted and free-form output, formatted input.
+//
+//   write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, XMOL);
+//   if (!read<"(A8,1X,E10.2)">(NFICON, name, value)) ...
+//
+// Items are integers (int; std::optional<int>, written as asterisks when empty), reals (double), texts (Text<N>,
+// std::string_view), arrays and spans of them, and zip(a, b, ...), which takes one value of each span in turn.
+// A format that is malformed, or has no descriptor for an item's type, does not compile.
+namespace varpre {
+
+enum class ItemKind : std::uint8_t { integer, real, text };
+
+// One or more values of one kind, `stride` bytes apart. Pointer is const void* (output) or void* (input).
+template <class Pointer>
+struct Item {
+  ItemKind kind;
+  Pointer data;            // nullptr: an integer without value
+  std::size_t count = 1;   // values
+  std::size_t stride = 0;  // bytes from one value to the next
+  std::size_t length = 0;  // characters of a text
+  std::size_t zipped = 1;  // on the first of a group of items that take turns: how many they are
+};
+using OutputItem = Item<const void*>;
+using InputItem = Item<void*>;
+
+// Spans of equal length whose values take turns: a1, b1, a2, b2, ...
+template <class... Spans>
+struct Zip {
+  std::tuple<Spans...> spans;
+};
+template <class... Ranges>
+auto zip(Ranges&&... ranges) {
+  return Zip<decltype(std::span(ranges))...>{{std::span(ranges)...}};
+}
+
+// How a read statement ended. Converts to true when all items were read.
+struct ReadResult {
+  enum class Status { ok, end_of_file, unreadable };
+  Status status = Status::ok;
+  int field = 0;         // of an unreadable field: its number in the statement, from 1
+  int first_column = 0;  // its first column, from 1
+  int width = 0;         // and its width
+  explicit operator bool() const { return status == Status::ok; }
+  bool end_of_file() const { return status == Status::end_of_file; }
+};
+
+namespace record_detail {
+
+// Appends the records of one output statement, each ended by a line feed. False, with nothing appended, when
+// `finite_only` is set and an item is a NaN or an infinity.
+bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items, bool finite_only);
+ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items);
+void format_free(std::string& out, std::span<const OutputItem> items);
+[[noreturn]] void stop_at_number_not_finite();
+
+// What an item's type is to the notation. A type without a `kind` is none.
+template <class T>
+struct Traits;
+template <>
+struct Traits<int> {
+  static constexpr ItemKind kind = ItemKind::integer;
+  static constexpr std::size_t items = 1;
+};
+template <>
+struct Traits<std::optional<int>> : Traits<int> {};
+template <>
+struct Traits<double> {
+  static constexpr ItemKind kind = ItemKind::real;
+  static constexpr std::size_t items = 1;
+};
+template <std::size_t N>
+struct Traits<Text<N>> {
+  static constexpr ItemKind kind = ItemKind::text;
+  static constexpr std::size_t items = 1;
+};
+template <>
+struct Traits<std::string_view> {
+  static constexpr ItemKind kind = ItemKind::text;
+  static constexpr std::size_t items = 1;
+};
+template <class T, std::size_t N>
+struct Traits<std::array<T, N>> {
+  static constexpr ItemKind kind = Traits<T>::kind;
+  static constexpr std::size_t items = 0;  // any number: such an item is not counted while compiling
+};
+template <class T, std::size_t N>
+struct Traits<std::span<T, N>> {
+  static constexpr ItemKind kind = Traits<std::remove_const_t<T>>::kind;
+  static constexpr std::size_t items = 0;
+};
+
+template <class T>
+constexpr std::size_t text_length = 0;
+template <std::size_t N>
+constexpr std::size_t text_length<Text<N>> = N;
+
+// How many Item entries describe one argument.
+template <class T>
+constexpr std::size_t entries = 1;
+template <class... Spans>
+constexpr std::size_t entries<Zip<Spans...>> = sizeof...(Spans);
+
+template <class Pointer, class T>
+Item<Pointer> values(T* data, std::size_t count) {
+  using Value = std::remove_const_t<T>;
+  return {Traits<Value>::kind, data, count, sizeof(T), text_length<Value>};
+}
+template <class Pointer, class T, std::size_t N>
+Item<Pointer> values(std::array<T, N>* data, std::size_t count) {
+  return values<Pointer>(data->data(), count * N);
+}
+template <class Pointer, class T, std::size_t N>
+Item<Pointer> values(const std::array<T, N>* data, std::size_t count) {
+  return values<Pointer>(data->data(), count * N);
+}
+
+template <class Pointer, class T>
+void add(Item<Pointer>*& out, T& value) {
+  *out++ = values<Pointer>(&value, 1);
+}
+template <class Pointer>
+void add(Item<Pointer>*& out, const std::optional<int>& value) {
+  *out++ = {ItemKind::integer, value ? &*value : nullptr};
+}
+template <class Pointer>
+void add(Item<Pointer>*& out, const std::string_view& value) {
+  *out++ = {ItemKind::text, value.data(), 1, 0, value.size()};
+}
+template <class Pointer, class T, std::size_t N>
+void add(Item<Pointer>*& out, const std::span<T, N>& span) {
+  if (span.empty()) {
+    *out++ = {Traits<std::remove_const_t<T>>::kind, nullptr, 0};
+  } else {
+    *out++ = values<Pointer>(span.data(), span.size());
+  }
+}
+template <class Pointer, class... Spans>
+void add(Item<Pointer>*& out, const Zip<Spans...>& zip) {
+  Item<Pointer>* const first = out;
+  std::apply([&](const auto&... span) { (add(out, span), ...); }, zip.spans);
+  first->zipped = sizeof...(Spans);
+}
+
+template <class Pointer, class... Items>
+auto describe(Items&... items) {
+  std::array<Item<Pointer>, (entries<std::remove_const_t<Items>> + ... + 0)> list{};
+  Item<Pointer>* out = list.data();
+  (add(out, items), ...);
+  return list;
+}
+
+constexpr bool takes(const Edit& edit, ItemKind kind) {
+  switch (kind) {
+    case ItemKind::integer: return edit.kind == Edit::Kind::integer;
+    case ItemKind::real: return edit.kind == Edit::Kind::fixed || edit.kind == Edit::Kind::exponent;
+    case ItemKind::text: return edit.kind == Edit::Kind::text;
+  }
+  return false;
+}
+
+// Whether a format serves the items: those before the first array or span one by one, the others by kind.
+template <class T>
+struct Check {
+  static constexpr bool has_descriptor(const FormatView& format) {
+    for (const Edit& edit : format.edits) {
+      if (takes(edit, Traits<T>::kind)) return true;
+    }
+    return false;
+  }
+  static constexpr std::size_t items = Traits<T>::items;
+  static constexpr bool next_descriptor_takes(Walk& walk) {
+    for (bool reverted = false;;) {
+      const Edit& edit = walk.next();
+      if (edit.takes_item()) return takes(edit, Traits<T>::kind);
+      if (edit.kind == Edit::Kind::end) {
+        if (reverted) return false;
+        walk.revert();
+        reverted = true;
+      }
+    }
+  }
+};
+template <class... Spans>
+struct Check<Zip<Spans...>> {
+  static constexpr bool has_descriptor(const FormatView& format) {
+    return (Check<Spans>::has_descriptor(format) && ...);
+  }
+  static constexpr std::size_t items = 0;
+  static constexpr bool next_descriptor_takes(Walk&) { return true; }
+};
+
+template <class... Items>
+constexpr bool items_fit(const FormatView& format) {
+  Walk walk(format);
+  bool counted = true;
+  bool fit = true;
+  const auto check = [&]<class T>(std::type_identity<T>) {
+    counted = counted && Check<T>::items == 1;
+    fit = fit && (counted ? Check<T>::next_descriptor_takes(walk) : Check<T>::has_descriptor(format));
+  };
+  (check(std::type_identity<std::remove_const_t<Items>>{}), ...);
+  if (!fit) format_detail::format_error_item_has_no_descriptor_of_its_type();
+  return fit;
+}
+
+}  // namespace record_detail
+
+// Writes one statement: whole records, at the end of the unit. A unit that takes finite numbers only (the store
+// file) stops the run at any other (RunStop, number_not_finite); no record of that statement is written then.
+template <FormatText Text, class... Items>
+void write(Unit& unit, const Items&... items) {
+  static_assert(record_detail::items_fit<Items...>(Format<Text>::view));
+  const auto list = record_detail::describe<const void*>(items...);
+  if (!record_detail::format_records(unit.text, Format<Text>::view, list, unit.finite_only)) {
+    record_detail::stop_at_number_not_finite();
+  }
+}
+
+template <FormatText Text, class... Items>
+void write(Listing& listing, const Items&... items) {
+  static_assert(record_detail::items_fit<Items...>(Format<Text>::view));
+  const auto list = record_detail::describe<const void*>(items...);
+  record_detail::format_records(listing.text, Format<Text>::view, list, false);
+  listing.pass_on();
+}
+
+// Writes a free-form record: one blank, then the items; texts follow each other directly, between any other two
+// items stands one blank; integers are right-justified in 11 columns.
+template <class... Items>
+void write_free(Listing& listing, const Items&... items) {
+  const auto list = record_detail::describe<const void*>(items...);
+  record_detail::format_free(listing.text, list);
+  listing.pass_on();
+}
+
+// Reads one statement from the next record on. Every field up to the end of file or to the first unreadable field
+// has been stored when it returns; the unit stands behind the last record touched.
+template <FormatText Text, class... Items>
+[[nodiscard]] ReadResult read(Unit& unit, Items&&... items) {
+  static_assert(record_detail::items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));
+  const auto list = record_detail::describe<void*>(items...);
+  return record_detail::read_records(unit, Format<Text>::view, list);
+}
+
+}  // namespace varpre

@@ -1,0 +1,134 @@
+#include "textio/scanning.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "textio/record.h"
+#include "textio/run_stop.h"
+
+namespace varpre {
+namespace {
+
+bool contains(std::string_view set, char c) {
+  return set.find(c) != std::string_view::npos;
+}
+
+bool separates(char c, std::string_view DELCH) {
+  return !DELCH.empty() && (c == ' ' || contains(DELCH, c));
+}
+
+std::string_view view(std::span<const char> line) {
+  return {line.data(), line.size()};
+}
+
+void remove_leading_blanks(std::span<char> line) {
+  const auto first = std::find_if(line.begin(), line.end(), [](char c) { return c != ' '; });
+  std::fill(std::copy(first, line.end(), line.begin()), line.end(), ' ');
+}
+
+void cut_comment(std::span<char> line) {
+  std::fill(std::find(line.begin(), line.end(), '!'), line.end(), ' ');
+}
+
+[[noreturn]] void stop_at_leading_delimiter(std::span<const char> line, std::string_view DELCH, Listing& MSGFIL) {
+  const int index = static_cast<int>(DELCH.find(line.front())) + 1;
+  write_free(MSGFIL, index, view(line.first(1)), view(line));
+  write_free(MSGFIL, std::string_view(" Delimiter found at the beginning of line in COMPDE"));
+  throw RunStop{};
+}
+
+// Drops every blank beside a blank or a delimiter; returns the length of what is left of the first `length`.
+int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
+  const auto closes_up = [&](char c) { return c == ' ' || contains(DELCH, c); };
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(length); ++i) {
+    if (line[i] == ' ' && (closes_up(line[kept - 1]) || closes_up(line[i + 1]))) continue;
+    line[kept++] = line[i];
+  }
+  std::fill(line.begin() + static_cast<std::ptrdiff_t>(kept), line.end(), ' ');
+  return static_cast<int>(kept);
+}
+
+[[noreturn]] void stop_at_too_long(std::string_view message, std::string_view text, Listing& MSGFIL) {
+  write_free(MSGFIL, message, text);
+  throw RunStop{};
+}
+
+void split(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
+           std::string_view delimiter_message, Listing& MSGFIL) {
+  names.NSYM = names.NDEL = 0;
+  while (!text.empty()) {
+    const int delimiter = IFDE(text, DELCH);
+    const std::string_view name =
+        delimiter == 0 ? text : text.substr(0, static_cast<std::size_t>(delimiter - 1));
+    if (static_cast<int>(name.size()) > limits.LSYM) {
+      stop_at_too_long(" Name too long in SYDEL:", name, MSGFIL);
+    }
+    names.SYMS[static_cast<std::size_t>(names.NSYM++)] = name;
+    text.remove_prefix(name.size());
+    if (text.empty()) return;
+
+    const std::string_view delimiters = text.substr(0, static_cast<std::size_t>(ILDE(text, DELCH)));
+    if (static_cast<int>(delimiters.size()) > limits.LDEL) stop_at_too_long(delimiter_message, delimiters, MSGFIL);
+    names.DELS[static_cast<std::size_t>(names.NDEL++)] = delimiters;
+    text.remove_prefix(delimiters.size());
+  }
+}
+
+}  // namespace
+
+bool LSAME(char a, char b) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
+  return upper(a) == upper(b);
+}
+
+bool EQUSYM(int n, std::string_view s1, std::string_view s2) {
+  for (std::size_t i = 0; i < static_cast<std::size_t>(std::max(n, 0)); ++i) {
+    if (!LSAME(i < s1.size() ? s1[i] : ' ', i < s2.size() ? s2[i] : ' ')) return false;
+  }
+  return true;
+}
+
+int IFDE(std::string_view text, std::string_view DELCH) {
+  const auto found = std::find_if(text.begin(), text.end(), [&](char c) { return separates(c, DELCH); });
+  return found == text.end() ? 0 : static_cast<int>(found - text.begin()) + 1;
+}
+
+int ILDE(std::string_view text, std::string_view DELCH) {
+  const auto found = std::find_if(text.begin(), text.end(), [&](char c) { return !separates(c, DELCH); });
+  return found == text.end() ? 1 : static_cast<int>(found - text.begin());
+}
+
+int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL) {
+  std::replace(line.begin(), line.end(), ',', ' ');
+  remove_leading_blanks(line);
+  cut_comment(line);
+  const int NL = static_cast<int>(trimmed(view(line)).size());
+  if (NL > 0 && contains(DELCH, line.front())) stop_at_leading_delimiter(line, DELCH, MSGFIL);
+  return squeeze_blanks(line, NL, DELCH);
+}
+
+void SYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
+           Listing& MSGFIL) {
+  split(text, limits, DELCH, names, " Delim too long in SYDEL:", MSGFIL);
+}
+
+void RYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
+           Listing& MSGFIL) {
+  split(text, limits, DELCH, names, " Delim too long in RYDEL:", MSGFIL);
+}
+
+void GETNAM(std::span<char> line, const NameLimits& limits, std::string_view DELCH, NameList& names,
+            Listing& MSGFIL) {
+  const int NL = COMPDE(line, DELCH, MSGFIL);
+  SYDEL(view(line.first(static_cast<std::size_t>(NL))), limits, DELCH, names, MSGFIL);
+}
+
+std::array<int, 12> ISTDEC(const std::array<int, 12>& KIN, int n) {
+  std::array<int, 12> KOUT = KIN;
+  std::sort(KOUT.begin(), KOUT.begin() + n, std::greater<>());
+  std::sort(KOUT.begin() + n, KOUT.begin() + 2 * n, std::greater<>());
+  return KOUT;
+}
+
+}  // namespace varpre

@@ -1,0 +1,99 @@
+#include "textio/unit.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "textio/file.h"
+
+namespace varpre {
+namespace {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+std::size_t first_record(std::string_view text) {
+  return text.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
+}
+
+// The line that starts at `start`, without its line end; `after` becomes the start of the next one.
+std::string_view line_at(std::string_view text, std::size_t start, std::size_t& after) {
+  const std::size_t feed = text.find('\n', start);
+  const std::size_t end = std::min(feed, text.size());
+  after = std::min(end + 1, text.size());
+  std::string_view line = text.substr(start, end - start);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+}  // namespace
+
+Unit::Unit(int unit_number, std::string file_name, Storage where)
+    : number(unit_number), name(std::move(file_name)), storage_(where) {}
+
+void Unit::open() {
+  if (storage_ == Storage::disk) text = load_or_create_file(name, read_error_);
+  rewind();
+}
+
+void Unit::open_for_replacement() {
+  if (storage_ == Storage::disk) prepare_replacement(name);
+  clear();
+}
+
+void Unit::save() const {
+  if (storage_ == Storage::disk) save_file(name, text);
+}
+
+void Unit::replace() const {
+  if (storage_ == Storage::disk) replace_file(name, text);
+}
+
+bool Unit::next(std::string_view& record) {
+  if (position_ >= text.size()) {
+    if (read_error_ != 0) throw_system_error(read_error_, name);
+    return false;
+  }
+  last_ = position_;
+  record = line_at(text, last_, position_);
+  ++record_number_;
+  return true;
+}
+
+void Unit::rewind() {
+  position_ = last_ = first_record(text);
+  record_number_ = 0;
+}
+
+void Unit::step_back() {
+  if (position_ == last_) return;
+  position_ = last_;
+  --record_number_;
+}
+
+void Unit::clear() {
+  text.clear();
+  source_ = nullptr;
+  source_offsets_.clear();
+  rewind();
+}
+
+void Unit::copy(const Unit& source, std::string_view record, std::size_t width) {
+  source_ = &source;
+  source_offsets_.push_back(source.last_);
+  const std::size_t length = std::min(record.size(), width);
+  text.append(record.substr(0, length));
+  text.append(width - length, ' ');
+  text.push_back('\n');
+}
+
+Origin Unit::origin() const {
+  if (source_ == nullptr || record_number_ == 0) return origin_at(last_);
+  return source_->origin_at(source_offsets_[static_cast<std::size_t>(record_number_ - 1)]);
+}
+
+Origin Unit::origin_at(std::size_t offset) const {
+  std::size_t after = 0;
+  const auto lines_before = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), '\n');
+  return {name, static_cast<int>(lines_before) + 1, line_at(text, offset, after)};
+}
+
+}  // namespace varpre

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varpre {
+
+// Where a record comes from, in the words of the person who wrote it.
+struct Origin {
+  std::string_view file;
+  int line = 0;           // from 1
+  std::string_view text;  // the whole line of the file, uncut
+};
+
+// A numbered channel over one sequential text file, held in memory. Records are lines: each ends at a line feed, a
+// carriage return directly before it and a byte-order mark at the start of the file are not part of any record.
+// Reading and writing take the records in order; writing appends.
+class Unit {
+ public:
+  enum class Storage {
+    memory,  // no file: tests, fuzzing, the benchmark
+    disk     // the file `name` of the working directory
+  };
+
+  Unit() = default;
+  Unit(int unit_number, std::string file_name, Storage where);
+
+  int number = 0;
+  std::string name;
+  bool finite_only = false;  // refuse NaN and infinity (record.h)
+  std::string text;          // the records, each with its line end
+
+  // Connects the unit and stands before its first record. On disk: reads the whole file; an absent file is
+  // created empty. Throws std::system_error when the file cannot be opened.
+  void open();
+
+  // Connects the unit as the output of this run and stands at the beginning of an empty file. On disk: makes sure
+  // that it can be written, but leaves an earlier file as it is until `replace`. Throws std::system_error.
+  void open_for_replacement();
+
+  // Writes the records to the file as it stands. Nothing in memory. Throws std::system_error.
+  void save() const;
+  // The same through a temporary file that takes the place of the earlier one when it is complete.
+  void replace() const;
+
+  // The next record, without its line end; valid until the unit is written to. False when no record is left.
+  // Throws std::system_error when the file could be opened but not read to its end.
+  bool next(std::string_view& record);
+  void rewind();
+  // Stands before the record last read again.
+  void step_back();
+  // Drops all records.
+  void clear();
+
+  // Number of the record last read, from 1; 0 before the first.
+  int record_number() const { return record_number_; }
+
+  // Makes this unit the copy of another: each `copy` appends a record as `source` last read it, cut or padded to
+  // `width` characters.
+  void copy(const Unit& source, std::string_view record, std::size_t width);
+
+  // Origin of the record last read, through copies back to the file the user wrote.
+  Origin origin() const;
+
+ private:
+  Origin origin_at(std::size_t offset) const;
+
+  Storage storage_ = Storage::memory;
+  int read_error_ = 0;        // errno of a read that failed after what `text` holds
+  std::size_t position_ = 0;  // start of the next record
+  std::size_t last_ = 0;      // start of the record last read
+  int record_number_ = 0;
+  const Unit* source_ = nullptr;             // of a copy
+  std::vector<std::size_t> source_offsets_;  // of a copy: where its records stand in the source
+};
+
+}  // namespace varpre
