@@ -40,7 +40,8 @@ struct Edit {
 struct FormatView {
   std::span<const Edit> edits;  // the last one is `end`
   const char* literals;
-  int restart;  // where control goes back to while items remain: the last inner group, or the beginning
+  int restart;   // where control goes back to while items remain: the last inner group, or the beginning
+  bool reverts;  // whether it finds a data descriptor there; if not, the statement ends
 };
 
 // The text of a format as a template argument.
@@ -113,7 +114,6 @@ void format_error_number_too_large();
 void format_error_repeat_count_is_zero();
 void format_error_repeat_count_not_allowed_here();
 void format_error_groups_nested_too_deep();
-void format_error_no_data_descriptor_after_the_restart_point();
 void format_error_item_has_no_descriptor_of_its_type();
 
 constexpr int widest_field = 300;
@@ -140,7 +140,6 @@ class Parser {
     skip_blanks();
     if (at_ != text_.size()) format_error_text_after_closing_parenthesis();
     add({.kind = Edit::Kind::end});
-    check_restart();
     return out_;
   }
 
@@ -237,17 +236,6 @@ class Parser {
     add({.kind = kind, .repeat = repeat(count), .width = w, .value = narrow(digits)});
   }
 
-  // While items remain, control must find a data descriptor between the restart point and the end.
-  constexpr void check_restart() {
-    bool any = false;
-    bool after_restart = false;
-    for (std::size_t i = 0; i < out_.edit_count; ++i) {
-      any = any || out_.edits[i].takes_item();
-      after_restart = after_restart || (out_.edits[i].takes_item() && static_cast<int>(i) >= out_.restart);
-    }
-    if (any && !after_restart) format_error_no_data_descriptor_after_the_restart_point();
-  }
-
   constexpr void add(Edit edit) { out_.edits[out_.edit_count++] = edit; }
   constexpr void add_literal(std::size_t start) {
     add({.kind = Edit::Kind::literal,
@@ -305,11 +293,18 @@ class Format {
     return exact;
   }
 
+  static constexpr bool reverts() {
+    for (std::size_t i = static_cast<std::size_t>(parsed.restart); i < parsed.edit_count; ++i) {
+      if (parsed.edits[i].takes_item()) return true;
+    }
+    return false;
+  }
+
   static constexpr auto edits = first<parsed.edit_count>(parsed.edits);
   static constexpr auto literals = first<parsed.literal_count + 1>(parsed.literals);
 
  public:
-  static constexpr FormatView view{edits, literals.data(), parsed.restart};
+  static constexpr FormatView view{edits, literals.data(), parsed.restart, reverts()};
 };
 
 }  // namespace varpre

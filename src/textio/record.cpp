@@ -159,7 +159,7 @@ bool format_records(std::string& out, const FormatView& format, std::span<const 
       case Edit::Kind::scale: scale = edit.value; continue;
       case Edit::Kind::slash: out.push_back('\n'); continue;
       case Edit::Kind::end:
-        if (!values.left()) break;
+        if (!values.left() || !format.reverts) break;
         out.push_back('\n');
         walk.revert();
         continue;
@@ -200,7 +200,7 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
         if (!values.left()) return {};
         break;
       case Edit::Kind::end:
-        if (!values.left()) return {};
+        if (!values.left() || !format.reverts) return {};
         if (!unit.next(record)) return end_of_file;
         columns = Columns(record);
         walk.revert();

@@ -132,7 +132,20 @@ Item<Pointer> values(const std::array<T, N>* data, std::size_t count) {
   return values<Pointer>(data->data(), count * N);
 }
 
+// Types whose object is not itself the value, but tells where the values are.
+template <class T>
+constexpr bool refers_to_values = false;
+template <>
+inline constexpr bool refers_to_values<std::string_view> = true;
+template <>
+inline constexpr bool refers_to_values<std::optional<int>> = true;
+template <class T, std::size_t N>
+constexpr bool refers_to_values<std::span<T, N>> = true;
+template <class... Spans>
+constexpr bool refers_to_values<Zip<Spans...>> = true;
+
 template <class Pointer, class T>
+  requires(!refers_to_values<std::remove_const_t<T>>)
 void add(Item<Pointer>*& out, T& value) {
   *out++ = values<Pointer>(&value, 1);
 }
@@ -162,7 +175,7 @@ void add(Item<Pointer>*& out, const Zip<Spans...>& zip) {
 template <class Pointer, class... Items>
 auto describe(Items&... items) {
   std::array<Item<Pointer>, (entries<std::remove_const_t<Items>> + ... + 0)> list{};
-  Item<Pointer>* out = list.data();
+  [[maybe_unused]] Item<Pointer>* out = list.data();
   (add(out, items), ...);
   return list;
 }
@@ -212,7 +225,7 @@ constexpr bool items_fit(const FormatView& format) {
   Walk walk(format);
   bool counted = true;
   bool fit = true;
-  const auto check = [&]<class T>(std::type_identity<T>) {
+  [[maybe_unused]] const auto check = [&]<class T>(std::type_identity<T>) {
     counted = counted && Check<T>::items == 1;
     fit = fit && (counted ? Check<T>::next_descriptor_takes(walk) : Check<T>::has_descriptor(format));
   };

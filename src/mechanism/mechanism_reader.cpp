@@ -1,0 +1,357 @@
+#include "mechanism/mechanism_reader.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <optional>
+
+#include "mechanism/integer_power.h"
+#include "mechanism/reaction_line.h"
+#include "mechanism/reaction_listing.h"
+#include "mechanism/reverse_reaction.h"
+#include "textio/record.h"
+#include "textio/scanning.h"
+
+namespace varpre {
+namespace {
+
+// Educts and products exchanged.
+SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
+  const auto MAXE = most_educts(phase);
+  std::swap_ranges(vector.begin(), vector.begin() + MAXE, vector.begin() + MAXE);
+  return vector;
+}
+
+// Finds the earlier reactions with the same species vector.
+class Duplicates {
+ public:
+  explicit Duplicates(int most_reactions)
+      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0), next_(1, 0), last_(1, 0) {}
+
+  // Adds the last of the reactions and visits the numbers of all earlier equal ones in order.
+  template <class Visit>
+  void add(std::span<const Reaction> reactions, Visit visit) {
+    const int number = static_cast<int>(reactions.size());
+    next_.push_back(0);
+    last_.push_back(number);
+    const auto vector_of = [&](int k) -> const SpeciesVector& { return reactions[static_cast<std::size_t>(k - 1)].MAT; };
+    const SpeciesVector& MAT = vector_of(number);
+    const std::size_t mask = first_.size() - 1;
+    std::size_t at = hash(MAT) & mask;
+    while (first_[at] != 0 && vector_of(first_[at]) != MAT) at = (at + 1) & mask;
+    if (first_[at] == 0) {
+      first_[at] = number;
+      return;
+    }
+    for (int k = first_[at]; k != 0; k = next_[static_cast<std::size_t>(k)]) visit(k);
+    int& last = last_[static_cast<std::size_t>(first_[at])];
+    next_[static_cast<std::size_t>(last)] = number;
+    last = number;
+  }
+
+ private:
+  static std::size_t hash(const SpeciesVector& MAT) {
+    std::uint64_t h = 0;
+    for (const int number : MAT) h = (h ^ static_cast<std::uint64_t>(number)) * 0x9E3779B97F4A7C15;
+    return static_cast<std::size_t>(h >> 32);
+  }
+
+  std::vector<int> first_;  // hash table of the first reaction with each vector
+  std::vector<int> next_;   // per reaction: the next one with the same vector
+  std::vector<int> last_;   // per first reaction: the last one with its vector
+};
+
+// Reads reactions and generates their reverses.
+class Reader {
+ public:
+  Reader(Phase phase, const SpeciesView& species, const ReactionNames& names, const MechanismOptions& options,
+         Unit& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
+      : phase_(phase),
+        fit_(species.fit),
+        names_(names),
+        options_(options),
+        NFIMEC_(NFIMEC),
+        MSGFIL_(MSGFIL),
+        reactions_(reactions),
+        duplicates_(options.most_reactions) {}
+
+  // All reactions up to the END line; false after the message.
+  bool read_all() {
+    for (ReactionLine line;;) {
+      switch (INIMIN(phase_, names_, NFIMEC_, MSGFIL_, line)) {
+        case LineResult::rejected: return false;
+        case LineResult::end_of_mechanism: write<"(' ',2X)">(MSGFIL_); return true;
+        case LineResult::reaction: break;
+      }
+      line.reaction.MAT = ISTDEC(line.KSPEC, most_educts(phase_));
+      if (!append(line.reaction, line.KSPEC)) return false;
+      if (line.reversible && !append_reverse(exchanged(phase_, line.KSPEC))) return false;
+    }
+  }
+
+ private:
+  bool append(const Reaction& reaction, const SpeciesVector& KSPEC) {
+    if (!room_for_one()) return false;
+    reactions_.push_back(reaction);
+    const int NR = static_cast<int>(reactions_.size());
+    MXIMAN(phase_, names_, NR, KSPEC, reaction, MSGFIL_);
+    duplicates_.add(reactions_, [&](int j) {
+      write<"('0',7X,'WARNING:    REACTION ',I5,' IS EQUAL TO REACTION ',I5)">(MSGFIL_, NR, j);
+    });
+    return true;
+  }
+
+  // The reverse of the last reaction; a forward reaction whose reverse the solver computes is marked as such.
+  bool append_reverse(const SpeciesVector& KSPEC) {
+    if (!room_for_one()) return false;
+    Reaction& forward = reactions_.back();
+    Reaction reverse;
+    if (options_.solver_reverses) {
+      if (forward.IARRH == arrhenius) forward.IARRH = reversible_arrhenius;
+      reverse.IARRH = -forward.IARRH;
+    } else if (forward.IARRH == falloff) {
+      reverse.IARRH = -falloff;
+    } else {
+      reverse = INIMRP(phase_, forward, fit_, MSGFIL_);
+    }
+    reverse.ICOV = forward.ICOV;
+    reverse.MARK = forward.MARK;
+    reverse.MAT = exchanged(phase_, forward.MAT);
+    return append(reverse, KSPEC);
+  }
+
+  bool room_for_one() {
+    if (static_cast<int>(reactions_.size()) < options_.most_reactions) return true;
+    write<"(' ',5X,'ERROR - More than ',I5,' reactions')">(MSGFIL_, options_.most_reactions);
+    return false;
+  }
+
+  Phase phase_;
+  std::span<const ThermoFit> fit_;
+  const ReactionNames& names_;
+  const MechanismOptions& options_;
+  Unit& NFIMEC_;
+  Listing& MSGFIL_;
+  std::vector<Reaction>& reactions_;
+  Duplicates duplicates_;
+};
+
+// Stands behind the heading; echoes the records before it. False, after the message, when there is none.
+bool find_heading(Phase phase, Unit& NFIMEC, Listing& MSGFIL, Text<80>& heading) {
+  const std::string_view word = phase == Phase::gas ? "MECH" : "SURF";
+  for (;;) {
+    if (!read<"(A80)">(NFIMEC, heading)) {
+      write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
+      return false;
+    }
+    if (EQUSYM(4, heading.view(), word)) return true;
+    write<"(' ',A72)">(MSGFIL, heading);
+  }
+}
+
+void list_header(const Text<80>& heading, Listing& MSGFIL) {
+  const Text<6> blanks;
+  write<"(' ',3X,A60,A,'A',5X,'T-Exp.',4X,'E',/,A,60X,'(cm,mol,s)',2X,'(-)',2X,'(kJ/mol)')">(MSGFIL, heading, blanks,
+                                                                                               blanks);
+}
+
+std::vector<int> pair_codes(Phase phase, std::span<const Reaction> reactions) {
+  std::vector<int> IREVER(reactions.size(), 0);
+  for (std::size_t k = 1; k < reactions.size(); ++k) {
+    if (reactions[k].MAT != exchanged(phase, reactions[k - 1].MAT)) continue;
+    IREVER[k] = 2;
+    IREVER[k - 1] = 1;  // may overwrite the code of the pair before
+  }
+  for (std::size_t k = 0; k < reactions.size(); ++k) {
+    IREVER[k] = reactions[k].MARK ? -(IREVER[k] + 1) : IREVER[k] + 1;
+  }
+  return IREVER;
+}
+
+void list_pairs(std::span<const int> IREVER, Listing& MSGFIL) {
+  constexpr std::size_t pairs_per_record = 5;
+  std::vector<std::array<int, 2>> pairs;
+  for (std::size_t k = 0; k < IREVER.size(); ++k) {
+    const int number = static_cast<int>(k) + 1;
+    if (std::abs(IREVER[k]) == 2) pairs.push_back({number, number + 1});
+  }
+  if (pairs.empty()) return;
+  write<"(' ','   Pairs of forward and reverse reactions:  ')">(MSGFIL);
+  for (std::size_t first = 0; first < pairs.size(); first += pairs_per_record) {
+    const std::size_t count = std::min(pairs_per_record, pairs.size() - first);
+    std::array<Text<1>, pairs_per_record> open;
+    std::array<Text<1>, pairs_per_record> comma;
+    std::array<Text<1>, pairs_per_record> close;
+    std::array<int, pairs_per_record> forward{};
+    std::array<int, pairs_per_record> reverse{};
+    for (std::size_t i = 0; i < count; ++i) {
+      open[i] = "(";
+      forward[i] = pairs[first + i][0];
+      comma[i] = ",";
+      reverse[i] = pairs[first + i][1];
+      close[i] = ")";
+    }
+    const auto part = [&](auto& array) { return std::span(array).first(count); };
+    write<"('      ',5(A1,I4,A1,I4,A1,3X))">(MSGFIL,
+                                              zip(part(open), part(forward), part(comma), part(reverse), part(close)));
+  }
+}
+
+void find_third_bodies(std::span<const Reaction> reactions, int NS, Mechanism& mechanism) {
+  for (const Reaction& reaction : reactions) {
+    for (const int number : reaction.MAT) {
+      if (number > NS) mechanism.used[static_cast<std::size_t>(number - NS - 1)] = true;
+    }
+  }
+  mechanism.NCOLL = 2;
+  for (int c = 3; c <= partner_count; ++c) {
+    if (mechanism.used[static_cast<std::size_t>(c - 1)]) mechanism.NCOLL = c;
+  }
+}
+
+void find_inert_species(const ReactionNames& names, Mechanism& mechanism, Listing& MSGFIL) {
+  const int NS = names.NS();
+  mechanism.INERT.assign(static_cast<std::size_t>(NS), true);
+  for (const Reaction& reaction : mechanism.reactions) {
+    for (const int number : reaction.MAT) {
+      if (number >= 1 && number <= NS) mechanism.INERT[static_cast<std::size_t>(number - 1)] = false;
+    }
+  }
+  const auto inert = [&](int s) { return bool(mechanism.INERT[static_cast<std::size_t>(s - 1)]); };
+  int NINERT = 0;
+  for (int s = 1; s <= NS; ++s) {
+    if (!inert(s)) continue;
+    ++NINERT;
+    write<"(' ',7X,'INERT SPECIES : ',5(A,1X))">(MSGFIL, names[s]);
+  }
+  if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
+  for (int s = 1; s <= NS - NINERT; ++s) {
+    if (inert(s)) write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, names[s]);
+  }
+}
+
+// The net coefficients of a reaction: species numbers with products less educts, zero ones left out, each once.
+struct NetCoefficients {
+  std::array<std::array<int, 2>, 12> entries{};  // species number, coefficient
+  std::size_t count = 0;
+};
+
+NetCoefficients net_coefficients(Phase phase, const SpeciesVector& MAT) {
+  const int MAXE = most_educts(phase);
+  NetCoefficients net;
+  for (int slot = 0; slot < 2 * MAXE; ++slot) {
+    const int number = MAT[static_cast<std::size_t>(slot)];
+    if (number == 0) continue;
+    const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
+    const auto found = std::find_if(net.entries.begin(), end, [&](const auto& e) { return e[0] == number; });
+    if (found == end) net.entries[net.count++] = {number, 0};
+    (*found)[1] += slot < MAXE ? -1 : +1;
+  }
+  const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
+  net.count = static_cast<std::size_t>(
+      std::remove_if(net.entries.begin(), end, [](const auto& e) { return e[1] == 0; }) - net.entries.begin());
+  return net;
+}
+
+// False, after the message, at a collision partner that stands on one side only.
+bool third_bodies_balance(Phase phase, std::span<const Reaction> reactions, int NS, Listing& MSGFIL) {
+  for (std::size_t r = 0; r < reactions.size(); ++r) {
+    const NetCoefficients net = net_coefficients(phase, reactions[r].MAT);
+    const auto entries = std::span(net.entries).first(net.count);
+    if (std::any_of(entries.begin(), entries.end(), [&](const auto& e) { return e[0] > NS; })) {
+      write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, static_cast<int>(r) + 1);
+      return false;
+    }
+  }
+  return true;
+}
+
+double in_SI_units(Phase phase, const Reaction& reaction, int NS, int NSURF) {
+  const auto educts = std::span(reaction.MAT).first(static_cast<std::size_t>(most_educts(phase)));
+  const auto count = [&](int first, int last) {
+    return static_cast<int>(
+        std::count_if(educts.begin(), educts.end(), [&](int k) { return k >= first && k <= last; }));
+  };
+  if (phase == Phase::gas) {
+    const int n = NS == 0 ? 0 : count(1, NS + partner_count);
+    return reaction.AFAC * integer_power(1.0E-6, n - 1);
+  }
+  if (reaction.ISTICK != 0) return reaction.AFAC;
+  const int g = count(1, NS - NSURF);
+  const int s = count(NS - NSURF + 1, NS);
+  return reaction.AFAC * integer_power(1.0E-4, s - 1) * integer_power(1.0E-6, g);
+}
+
+void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
+  write<"(I5,' ELEMENTARY REACTIONS')">(NFISTO, mechanism.NR());
+  write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
+  for (const Reaction& r : mechanism.reactions) {
+    if (phase == Phase::gas) {
+      write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(NFISTO, std::span(r.MAT).first(6), r.AFAC, r.TEXP,
+                                                                      r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
+      write<"(25X,3(1PE11.4,1X),/,25X,3(1PE9.2,1X),1X,1PE9.2,1X,1PE9.2)">(NFISTO, r.FALL);
+    } else {
+      write<"(12(1X,I5),/,36X,3X,3(1PE11.4,1X),/,3(1X,I5),18X,3X,3(1PE11.4,1X))">(
+          NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV, r.VT4, r.VT5, r.VT6);
+    }
+  }
+}
+
+// The net coefficients by species and then by reaction. False, after the message, when there are more than fit.
+bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, Listing& MSGFIL) {
+  std::vector<std::size_t> next(static_cast<std::size_t>(NS) + 2, 0);  // per species: place of its next triple
+  const auto for_each = [&](auto visit) {
+    for (int r = 1; r <= mechanism.NR(); ++r) {
+      const NetCoefficients net = net_coefficients(phase, mechanism.reactions[static_cast<std::size_t>(r - 1)].MAT);
+      for (const auto& [s, coefficient] : std::span(net.entries).first(net.count)) {
+        if (s <= NS) visit(static_cast<std::size_t>(s), r, coefficient);
+      }
+    }
+  };
+  for_each([&](std::size_t s, int, int) { ++next[s + 1]; });
+  for (std::size_t s = 1; s < next.size(); ++s) next[s] += next[s - 1];
+  const int NRINS = static_cast<int>(next.back());
+  if (NRINS > most_pointers) {
+    write<"(' ',' NRINS( = ',I4,') >  NRIMAX     ',/,'     ----->  CHECK DIMENSION OF NRVEC  ')">(
+        MSGFIL, most_pointers + 1, most_pointers);
+    return false;
+  }
+  mechanism.NRVEC.resize(static_cast<std::size_t>(NRINS));
+  for_each([&](std::size_t s, int r, int coefficient) {
+    mechanism.NRVEC[next[s]++] = {static_cast<int>(s), r, coefficient};
+  });
+  return true;
+}
+
+void write_pointers(const Mechanism& mechanism, Unit& NFISTO) {
+  write<"(I5,' REACTION POINTERS   ')">(NFISTO, static_cast<int>(mechanism.NRVEC.size()));
+  write<"(4(2X,3I5))">(NFISTO, std::span(mechanism.NRVEC));
+  write<"(' IREVER',5X,30I2)">(NFISTO, std::span(mechanism.IREVER));
+  const auto NINERT = std::count(mechanism.INERT.begin(), mechanism.INERT.end(), true);
+  write<"(I5,' INERT SPECIES :   ',5(A,1X))">(NFISTO, static_cast<int>(NINERT));
+}
+
+}  // namespace
+
+bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
+            const MechanismOptions& options, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO, Mechanism& mechanism) {
+  mechanism = {};
+  Text<80> heading;
+  if (!find_heading(phase, NFIMEC, MSGFIL, heading)) return false;
+  list_header(heading, MSGFIL);
+  if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all()) return false;
+
+  const int NS = names.NS();
+  mechanism.IREVER = pair_codes(phase, mechanism.reactions);
+  list_pairs(mechanism.IREVER, MSGFIL);
+  find_third_bodies(mechanism.reactions, NS, mechanism);
+  find_inert_species(names, mechanism, MSGFIL);
+  if (!third_bodies_balance(phase, mechanism.reactions, NS, MSGFIL)) return false;
+  for (Reaction& reaction : mechanism.reactions) reaction.AFAC = in_SI_units(phase, reaction, NS, NSURF);
+  write_reactions(phase, mechanism, NFISTO);
+  if (!set_pointers(phase, NS, options.most_pointers, mechanism, MSGFIL)) return false;
+  write_pointers(mechanism, NFISTO);
+  return true;
+}
+
+}  // namespace varpre

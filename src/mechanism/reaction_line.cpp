@@ -1,0 +1,260 @@
+#include "mechanism/reaction_line.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "textio/number_format.h"
+#include "textio/record.h"
+#include "textio/run_stop.h"
+#include "textio/scanning.h"
+
+namespace varpre {
+namespace {
+
+constexpr std::size_t most_names = 10;
+constexpr std::string_view delimiter_characters = "+=<>%";
+constexpr NameLimits limits{.LSYM = 33, .LDEL = 1};
+
+// Keyword lines of a mechanism.
+enum class Keyword { none, END, STIC, MAXI, separator };
+
+// The names of an equation, each with the delimiter behind it (blank when there is none).
+struct Equation {
+  std::array<SpeciesName, most_names> names;
+  std::array<Text<1>, most_names> delimiters;
+};
+
+Keyword keyword_of(const Line& line) {
+  const auto is = [&](std::string_view word) { return EQUSYM(4, line.view(), word); };
+  if (is("END ")) return Keyword::END;
+  if (is("STIC")) return Keyword::STIC;
+  if (is("MAXI")) return Keyword::MAXI;
+  if (is("****") || is("----")) return Keyword::separator;
+  return Keyword::none;
+}
+
+[[noreturn]] void stop_with(std::string_view message, std::string_view text, Listing& MSGFIL) {
+  write<"(A,A)">(MSGFIL, message, text);
+  throw RunStop{};
+}
+
+// Takes the last blank-separated token off a text and reads it as a real number.
+double take_last_number(std::string_view& text, std::string_view message, Listing& MSGFIL) {
+  text = trimmed(text);
+  const std::size_t blank = text.rfind(' ');
+  const std::string_view token = text.substr(blank == std::string_view::npos ? 0 : blank + 1);
+  const std::optional<double> value = read_free_real(token);
+  if (!value) stop_with(message, token, MSGFIL);
+  text.remove_suffix(token.size());
+  return *value;
+}
+
+// Splits a free-form line: the equation, then A, b and E, separated by blanks. False when the equation has more than
+// ten names; it holds the first ten then.
+bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& MSGFIL) {
+  std::string_view text = line.view();
+  text = text.substr(0, text.find('!'));
+  if (text.size() < 2 || trimmed(text).empty()) stop_with(" RETNAM empty line", "", MSGFIL);
+  reaction.EXA = take_last_number(text, "   EXA   ", MSGFIL);
+  reaction.TEXP = take_last_number(text, "   TEXP  ", MSGFIL);
+  reaction.AFAC = take_last_number(text, "   AFAC  ", MSGFIL);
+
+  Line rest(text);
+  NameList list;
+  const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL);
+  RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL);
+  for (std::size_t i = 0; i < most_names; ++i) {
+    if (static_cast<int>(i) < list.NSYM) equation.names[i] = list.SYMS[i];
+    if (static_cast<int>(i) < list.NDEL) equation.delimiters[i] = list.DELS[i];
+  }
+  return list.NSYM <= static_cast<int>(most_names);
+}
+
+bool read_fixed_form(Unit& NFIMEC, Reaction& reaction, Equation& equation) {
+  return bool(read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(
+      NFIMEC, zip(equation.names, equation.delimiters), reaction.AFAC, reaction.TEXP, reaction.EXA));
+}
+
+// "$": activation energy that depends on the coverage of a species of the phase.
+bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction) {
+  Text<1> mark;
+  Text<33> species;
+  reaction.IARRH = coverage_dependent;
+  if (!read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5, reaction.VT6)) {
+    return false;
+  }
+  reaction.VT6 *= 1000;
+  const SpeciesName name(species.view());
+  const auto list = names.species();
+  const auto found = std::find(list.begin(), list.end(), name);  // letter case counts here
+  if (name.blank() || found == list.end()) return false;
+  reaction.ICOV = static_cast<int>(found - list.begin()) + 1;
+  return true;
+}
+
+// "#": two records of falloff parameters.
+bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction) {
+  Text<1> mark;
+  auto& FALL = reaction.FALL;
+  reaction.IARRH = falloff;
+  if (!read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2])) return false;
+  if (!read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7])) return false;
+  FALL[2] *= 1000;
+  return mark.view() == "#";
+}
+
+// "@": the values of a non-Arrhenius rate, taken as they stand.
+bool read_non_arrhenius_line(Unit& NFIMEC, Reaction& reaction) {
+  Text<1> mark;
+  reaction.IARRH = non_arrhenius;
+  return bool(read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, reaction.VT4, reaction.VT5, reaction.VT6));
+}
+
+// The rate-parameter lines behind an equation, if there are any; false after the message.
+bool read_rate_lines(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction, Listing& MSGFIL) {
+  Text<1> mark;
+  if (!read<"(A1)">(NFIMEC, mark)) return true;
+  NFIMEC.step_back();
+  const char form = mark.chars[0];
+  if (form == '#') {
+    if (read_falloff_lines(NFIMEC, reaction)) return true;
+    write<"('1',5X,'Error in input of falloff rate coefficients')">(MSGFIL);
+    return false;
+  }
+  if (form == '$' ? read_coverage_line(names, NFIMEC, reaction)
+                  : form != '@' || read_non_arrhenius_line(NFIMEC, reaction)) {
+    return true;
+  }
+  write<"('1',5X,'Error in input of non-arrhenius rate coefficients')">(MSGFIL);
+  return false;
+}
+
+// Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products positive.
+// Finds out whether the reaction is reversible. False, after the message, at an unknown name.
+bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
+                   std::array<int, most_names>& numbers) {
+  bool products = false;
+  for (std::size_t i = 0; i < most_names; ++i) {
+    const SpeciesName& name = equation.names[i];
+    const int number = name.blank() ? 0 : names.find(name);
+    if (number == 0 && !name.blank()) {
+      write<"('0',5X,'UNKNOWN SPECIES -',A,'-IN THE FOLLOWING REACTION')">(MSGFIL, name);
+      return false;
+    }
+    if (i > 0) {
+      const char delimiter = equation.delimiters[i - 1].chars[0];
+      if (delimiter == '=') line.reversible = true;
+      if (line.reversible && line.reaction.IARRH == non_arrhenius) {
+        stop_with(" REVERSE REACTION NOT ALLOWED FOR IARRH=4", "", MSGFIL);
+      }
+      if (delimiter == '=' || delimiter == '>') products = true;
+    }
+    numbers[i] = products ? number : -number;
+  }
+  return true;
+}
+
+// Sticking reactions: A is a sticking coefficient, b and E have no meaning. False, after the message, when the
+// first name is a collision partner.
+bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reaction& reaction, Listing& MSGFIL) {
+  reaction.EXA = 0;
+  reaction.TEXP = 0.5;
+  for (int k = 1; k <= names.NS(); ++k) {
+    if (EQUSYM(8, names[k].view(), first.view())) reaction.ISTICK = k;  // of equal names the last
+  }
+  if (reaction.ISTICK == 0) {
+    write<"('1',5X,'ERROR - STICKING SPECIES IS A COLLISION PARTNER')">(MSGFIL);
+    return false;
+  }
+  reaction.AFAC = reaction.AFAC / (1 - 0.5 * reaction.AFAC);
+  return true;
+}
+
+// Sorts the numbered names into the slots of the phase; false, after the message, when there are none or too many.
+bool collect(Phase phase, std::span<const int> numbers, SpeciesVector& KSPEC, Listing& MSGFIL) {
+  const int MAXE = most_educts(phase);
+  const auto take = [&](int sign, int first_slot) {
+    int count = 0;
+    for (const int number : numbers) {
+      if (number * sign <= 0) continue;
+      if (count < MAXE) KSPEC[static_cast<std::size_t>(first_slot + count)] = number * sign;
+      ++count;
+    }
+    return count;
+  };
+  const int educts = take(-1, 0);
+  if (educts == 0) {
+    write<"('1',5X,'NO EDUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
+    return false;
+  }
+  if (educts > MAXE) {
+    write<"('1',5X,'MORE THAN 3 EDUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
+    return false;
+  }
+  const int products = take(+1, MAXE);
+  if (products == 0) {
+    write<"('1',5X,'NO PRODUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
+    return false;
+  }
+  if (products > MAXE) {
+    write<"('1',5X,'MORE THAN 3 PRODUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
+    return false;
+  }
+  return true;
+}
+
+// Reads the equation and its A, b and E (J/mol) in either form; false after the message.
+bool read_equation(const Line& line, bool fixed_form, Unit& NFIMEC, Reaction& reaction, Equation& equation,
+                   Listing& MSGFIL) {
+  bool readable = true;
+  bool names_fit = true;
+  if (fixed_form) {
+    readable = read_fixed_form(NFIMEC, reaction, equation);
+    reaction.MARK = equation.delimiters.back().view() == "*";
+  } else {
+    names_fit = RETNAM(line, reaction, equation, MSGFIL);
+  }
+  reaction.EXA *= 1000;
+  if (!readable) write<"('0',5X,'ERROR - INCORRECT INPUT OF REACTION ')">(MSGFIL);
+  if (!names_fit) write<"('1',5X,'MORE THAN 10 NAMES IN THE FOLLOWING REACTION:')">(MSGFIL);
+  return readable && names_fit;
+}
+
+void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
+  write<"(1X,79('='),/,1X,5(A,A1),E10.3,F7.1,-3PF10.1,/,79('='))">(
+      MSGFIL, zip(std::span(equation.names).first(5), std::span(equation.delimiters).first(5)), reaction.AFAC,
+      reaction.TEXP, reaction.EXA);
+}
+
+}  // namespace
+
+LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL, ReactionLine& line) {
+  line = {};
+  Line text;
+  Keyword keyword;
+  bool sticking = false;
+  do {
+    if (!read<"(A)">(NFIMEC, text)) {  // a lost END may mean lost reactions
+      write<"(5X,'Warning In species input: No heading, ','no end card, or missing data')">(MSGFIL);
+      return LineResult::rejected;
+    }
+    keyword = keyword_of(text);
+    if (keyword == Keyword::END) return LineResult::end_of_mechanism;
+    sticking = sticking || keyword == Keyword::STIC;
+  } while (keyword == Keyword::STIC || keyword == Keyword::separator);
+
+  Reaction& reaction = line.reaction;
+  Equation equation;
+  std::array<int, most_names> numbers{};
+  const std::size_t names_that_count = phase == Phase::gas ? 5 : most_names;
+  if (read_equation(text, keyword == Keyword::MAXI, NFIMEC, reaction, equation, MSGFIL) &&
+      read_rate_lines(names, NFIMEC, reaction, MSGFIL) && resolve_names(names, equation, line, MSGFIL, numbers) &&
+      (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
+      collect(phase, std::span(numbers).first(names_that_count), line.KSPEC, MSGFIL)) {
+    return LineResult::reaction;
+  }
+  echo(equation, reaction, MSGFIL);
+  return LineResult::rejected;
+}
+
+}  // namespace varpre

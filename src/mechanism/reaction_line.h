@@ -1,0 +1,27 @@
+#pragma once
+
+#include "mechanism/reaction.h"
+#include "textio/listing.h"
+#include "textio/unit.h"
+
+namespace varpre {
+
+// A reaction as it is written: the rate parameters are in cm, mol, s and J/mol (read in kJ/mol).
+struct ReactionLine {
+  Reaction reaction;      // everything but MAT
+  SpeciesVector KSPEC{};  // species in order of appearance
+  bool reversible = false;
+};
+
+enum class LineResult { reaction, end_of_mechanism, rejected };
+
+// Reads the next reaction from NFIMEC: keyword lines (END, STIC, MAXI, separators), one free-form equation line or
+// two fixed-form records, and the rate-parameter lines that follow it ($, #, @). The unit stands behind the last
+// record of the reaction.
+//
+// A rejected reaction has its message and its echo in the listing. Stops the run (RunStop), with its message, at a
+// line without numbers that can be read as E, b and A, a reversible reaction with an @ line, and the errors of the
+// scanning routines.
+LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL, ReactionLine& line);
+
+}  // namespace varpre

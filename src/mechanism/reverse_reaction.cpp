@@ -1,0 +1,114 @@
+#include "mechanism/reverse_reaction.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "mechanism/integer_power.h"
+#include "textio/record.h"
+#include "thermo/thermo_functions.h"
+
+namespace varpre {
+namespace {
+
+constexpr double R = gas_constant;
+
+void report_bad_parameters(Listing& MSGFIL) {
+  write<"('0',5X,'INCORRECT REVERSE REACT. ARRH. PARAM. ','DUE TO BAD THERMODYN. OR INPUT DATA')">(MSGFIL);
+}
+
+// The species of a reaction that have thermochemical data, with sign -1 for educts and +1 for products.
+template <class Visit>
+void for_each_species(Phase phase, const SpeciesVector& MAT, int NS, Visit visit) {
+  const int MAXE = most_educts(phase);
+  for (int slot = 0; slot < 2 * MAXE; ++slot) {
+    const int number = MAT[static_cast<std::size_t>(slot)];
+    if (number >= 1 && number <= NS) visit(number, slot < MAXE ? -1 : +1);
+  }
+}
+
+struct FitTemperatures {
+  double T1 = 0;       // K
+  double T2 = 1.0E30;  // K
+  bool any_educt = false;
+};
+
+FitTemperatures fit_temperatures(Phase phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit) {
+  FitTemperatures t;
+  for_each_species(phase, MAT, static_cast<int>(fit.size()), [&](int number, int sign) {
+    if (sign > 0) return;
+    const auto& TLIM = fit[static_cast<std::size_t>(number - 1)].TLIM;
+    t.T1 = std::max(t.T1, TLIM[0] + 400);
+    t.T2 = std::min(t.T2, TLIM[1] + 1500);
+    t.any_educt = true;
+  });
+  if (t.T2 > 6000) t.T1 = std::max(t.T1, 1000.0);
+  return t;
+}
+
+// Changes of enthalpy, entropy and mole number by the reaction at one temperature.
+struct ReactionSums {
+  double dH = 0;  // J/mol
+  double dS = 0;  // J/(mol K)
+  int dn = 0;
+};
+
+ReactionSums reaction_sums(Phase phase, const SpeciesVector& MAT, double T, std::span<const ThermoFit> fit,
+                           Listing& MSGFIL) {
+  ReactionSums sums;
+  for_each_species(phase, MAT, static_cast<int>(fit.size()), [&](int number, int sign) {
+    sums.dH += sign * CALHI(number, T, fit, MSGFIL);
+    sums.dS += sign * CALSI(number, T, fit, MSGFIL);
+    sums.dn += sign;
+  });
+  return sums;
+}
+
+// Equilibrium constant in (mol/cm^3)^dn.
+double equilibrium_constant(const ReactionSums& sums, double T) {
+  const double Kp = std::exp(-(sums.dH - T * sums.dS) / (R * T));
+  return Kp / integer_power(83.143 * T, sums.dn);
+}
+
+double without_zero(double Kc, Listing& MSGFIL) {
+  if (Kc != 0) return Kc;
+  report_bad_parameters(MSGFIL);
+  return 1.0E-35F;
+}
+
+}  // namespace
+
+Reaction INIMRP(Phase phase, const Reaction& forward, std::span<const ThermoFit> fit, Listing& MSGFIL) {
+  Reaction reverse;
+  reverse.TEXP = forward.TEXP;
+  reverse.IARRH = forward.IARRH;
+  if (forward.IARRH == coverage_dependent) {
+    reverse.AFAC = forward.AFAC;
+    reverse.EXA = forward.EXA;
+    reverse.VT4 = forward.VT4;
+    reverse.VT5 = forward.VT5;
+    reverse.VT6 = forward.VT6;
+    reverse.IARRH = -coverage_dependent;
+    return reverse;
+  }
+
+  const auto [T1, T2, any_educt] = fit_temperatures(phase, forward.MAT, fit);
+  if (!any_educt) {
+    report_bad_parameters(MSGFIL);
+    return reverse;
+  }
+  const ReactionSums at_T2 = reaction_sums(phase, forward.MAT, T2, fit, MSGFIL);
+  const ReactionSums at_T1 = reaction_sums(phase, forward.MAT, T1, fit, MSGFIL);
+  const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), MSGFIL);
+  const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), MSGFIL);
+  const double X2 = forward.AFAC * std::exp(-forward.EXA / (R * T2)) / Kc2;
+  const double X1 = forward.AFAC * std::exp(-forward.EXA / (R * T1)) / Kc1;
+  reverse.EXA = R * std::log(X1 / X2) / (1 / T2 - 1 / T1);
+  reverse.AFAC = X2 * std::exp(reverse.EXA / (R * T2));
+  if (!std::isfinite(reverse.EXA) || !std::isfinite(reverse.AFAC)) {
+    report_bad_parameters(MSGFIL);
+    reverse.AFAC = reverse.EXA = 0;
+  }
+  return reverse;
+}
+
+}  // namespace varpre

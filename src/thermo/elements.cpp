@@ -1,0 +1,119 @@
+#include "thermo/elements.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "textio/record.h"
+#include "textio/scanning.h"
+
+namespace varpre {
+namespace {
+
+struct TableElement {
+  std::string_view SATOM;
+  double XATOM;  // kg/mol
+};
+
+// The order fixes the order of every element list.
+constexpr std::array<TableElement, 23> element_table{{
+    {"H ", 0.0010079}, {"C ", 0.012011},  {"O ", 0.0159994}, {"N ", 0.0140067}, {"HE", 0.0040026},
+    {"NE", 0.0201179}, {"AR", 0.039948},  {"KR", 0.0838},    {"XE", 0.13129},   {"F ", 0.0189984},
+    {"NA", 0.0229898}, {"MG", 0.024305},  {"AL", 0.0269815}, {"SI", 0.0280855}, {"P ", 0.0309738},
+    {"S ", 0.03206},   {"CL", 0.035453},  {"K ", 0.0390983}, {"CA", 0.04008},   {"BR", 0.079904},
+    {"I ", 0.126905},  {"Pt", 0.19509},   {"YY", 1.0},
+}};
+
+bool is_empty(const ElementSymbol& symbol) {
+  return symbol.view() == "  " || symbol.view() == "0 " || symbol.view() == "00";
+}
+
+bool is_present(std::string_view symbol, std::span<const ElementFields> species) {
+  return std::any_of(species.begin(), species.end(), [&](const ElementFields& fields) {
+    return std::any_of(fields.ELSYM.begin(), fields.ELSYM.end(),
+                       [&](const ElementSymbol& field) { return EQUSYM(2, field.view(), symbol); });
+  });
+}
+
+// Fills the element list; false when there are more than NEMAX.
+bool find_elements(std::span<const ElementFields> species, Elements& elements, Listing& MSGFIL) {
+  std::vector<TableElement> present;
+  std::copy_if(element_table.begin(), element_table.end(), std::back_inserter(present),
+               [&](const TableElement& element) { return is_present(element.SATOM, species); });
+  elements.NE = static_cast<int>(present.size());
+  if (elements.NE > NEMAX) {
+    write<"('0','ERROR: number of elements (',I2,') > NEMAX (',I2,')')">(MSGFIL, elements.NE, NEMAX);
+    return false;
+  }
+  for (std::size_t e = 0; e < present.size(); ++e) {
+    elements.SYME[e] = present[e].SATOM;
+    elements.EMOL[e] = present[e].XATOM;
+  }
+  return true;
+}
+
+// Fills the atom counts of species i; false at a symbol that is no element.
+bool count_atoms(const ElementFields& fields, std::size_t i, Elements& elements, Listing& MSGFIL) {
+  elements.NCOMP[i].fill(0);
+  elements.XE[i].fill(0.0);
+  const auto symbols = std::span(elements.SYME).first(static_cast<std::size_t>(elements.NE));
+  for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
+    const ElementSymbol& symbol = fields.ELSYM[j];
+    if (is_empty(symbol)) continue;
+    const auto found = std::find_if(symbols.begin(), symbols.end(), [&](const ElementSymbol& element) {
+      return EQUSYM(2, element.view(), symbol.view());
+    });
+    if (found == symbols.end()) {
+      write<"('0','ERROR: element ',A2,' not found in elements list')">(MSGFIL, symbol);
+      return false;
+    }
+    elements.NCOMP[i][static_cast<std::size_t>(found - symbols.begin())] = fields.ELCNT[j];
+  }
+  return true;
+}
+
+// Molar mass of species i, and its element mass fractions.
+double molar_mass(std::size_t i, Elements& elements) {
+  const auto NE = static_cast<std::size_t>(elements.NE);
+  double XMOL = 0;
+  for (std::size_t e = 0; e < NE; ++e) XMOL += elements.NCOMP[i][e] * elements.EMOL[e];
+  for (std::size_t e = 0; e < NE; ++e) elements.XE[i][e] = elements.NCOMP[i][e] * elements.EMOL[e] / XMOL;
+  return XMOL;
+}
+
+}  // namespace
+
+bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
+  if (!find_elements(species.elements, elements, MSGFIL)) return false;
+  for (std::size_t i = 0; i < species.SYMB.size(); ++i) {
+    if (!count_atoms(species.elements[i], i, elements, MSGFIL)) return false;
+    const auto& atoms = elements.NCOMP[i];
+    if (std::any_of(atoms.begin(), atoms.end(), [](int count) { return count != 0; })) {
+      species.XMOL[i] = molar_mass(i, elements);
+    } else {
+      write<
+          "(' ','Warning: No element composition defined for species', ' no.',I4,'.',/,"
+          "' This will cause the element vectors', ' and the molar mass to become 0')">(MSGFIL, static_cast<int>(i) + 1);
+      species.XMOL[i] = 0.0;
+    }
+  }
+  return true;
+}
+
+void INIMOI(const SpeciesView& species, const Elements& elements, Unit& NFISTO) {
+  write<"(I5,' SPECIES ')">(NFISTO, species.size());
+  write<"(I5,'  Elements')">(NFISTO, elements.NE);
+  if (species.size() == 0) return;
+  const auto NE = static_cast<std::size_t>(elements.NE);
+  std::vector<double> XE;
+  for (std::size_t i = 0; i < species.SYMB.size(); ++i) {
+    XE.insert(XE.end(), elements.XE[i].begin(), elements.XE[i].begin() + elements.NE);
+  }
+  write<"(' NSYMB',6X,5(A,2X))">(NFISTO, species.SYMB);
+  write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, species.XMOL);
+  write<"(' SYME ',6X,5(A2,6X,2X))">(NFISTO, std::span(elements.SYME).first(NE));
+  write<"(' EMOL',7X,5(1PE20.13,1X))">(NFISTO, std::span(elements.EMOL).first(NE));
+  write<"(' XE  ',7X,5(1PE20.13,1X))">(NFISTO, std::span<const double>(XE));
+}
+
+}  // namespace varpre

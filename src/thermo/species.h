@@ -1,0 +1,80 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "textio/text.h"
+#include "thermo/limits.h"
+
+namespace varpre {
+
+using SpeciesName = Text<8>;
+using ElementSymbol = Text<2>;
+
+// Gas constant, J/(mol K).
+inline constexpr double gas_constant = 8.3143;
+
+// Polynomial fit of one species over two temperature ranges. The coefficients a1..a7 of a range are multiplied by
+// the gas constant: cp = a1 + a2 T + a3 T^2 + a4 T^3 + a5 T^4 in J/(mol K), a6 and a7 the constants of enthalpy
+// (J/mol) and entropy (J/(mol K)).
+struct ThermoFit {
+  std::array<double, 7> HCPL{};  // below the switch temperature
+  std::array<double, 7> HCPH{};  // from the switch temperature on
+  std::array<double, 3> TLIM{};  // lower limit, switch temperature, upper limit of reliability, K
+};
+
+// Element symbols and atom counts of one species as its database entry gives them.
+struct ElementFields {
+  std::array<ElementSymbol, 4> ELSYM;
+  std::array<int, 4> ELCNT{};
+};
+
+// A stretch of the species arrays: the species of one phase, or of several that follow each other.
+struct SpeciesView {
+  std::span<SpeciesName> SYMB;
+  std::span<int> IFLAG;          // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
+  std::span<ThermoFit> fit;
+  std::span<ElementFields> elements;
+  std::span<double> XMOL;        // molar mass, kg/mol
+
+  int size() const { return static_cast<int>(SYMB.size()); }
+};
+
+// All species of a run: the gas species, the surface species after them, the particle species after those.
+struct Species {
+  std::array<SpeciesName, NSMAX> SYMB;
+  std::array<int, NSMAX> IFLAG{};
+  std::array<ThermoFit, NSMAX> fit{};
+  std::array<ElementFields, NSMAX> elements{};
+  std::array<double, NSMAX> XMOL{};
+
+  // The species first+1 .. first+count.
+  SpeciesView view(int first, int count) {
+    const auto part = [&](auto& array) {
+      return std::span(array).subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
+    };
+    return {part(SYMB), part(IFLAG), part(fit), part(elements), part(XMOL)};
+  }
+};
+
+// Finds a name in a list without regard to letter case, blanks at the end counting; of equal names the first.
+class NameIndex {
+ public:
+  explicit NameIndex(std::span<const SpeciesName> names);
+
+  // Its number in the list, from 1; 0 when it is not there.
+  int find(const SpeciesName& name) const;
+
+ private:
+  struct Place {
+    std::uint64_t key = 0;
+    int number = 0;  // 0: free
+  };
+  const Place& place(std::uint64_t key) const;
+
+  std::vector<Place> places_;  // a power of two, at most half of them taken
+};
+
+}  // namespace varpre

@@ -1,0 +1,66 @@
+#include "thermo/thermo_functions.h"
+
+#include <cmath>
+
+#include "textio/record.h"
+#include "textio/run_stop.h"
+
+namespace varpre {
+namespace {
+
+// Coefficients of the range that T lies in.
+const std::array<double, 7>& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
+  const ThermoFit& fit = fits[static_cast<std::size_t>(I - 1)];
+  if (T < fit.TLIM[1]) return fit.HCPL;
+  if (T > fit.TLIM[2]) {
+    write<
+        "('0','WARNING: Temperature (',F6.0,') exceeds upper limit', ' of reliability (',F6.0,')',/, "
+        "' for fit of thermodynamic properties of species no.',I3)">(MSGFIL, T, fit.TLIM[2], I);
+  }
+  return fit.HCPH;
+}
+
+}  // namespace
+
+double CALHI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
+  return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
+}
+
+double CALSI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
+  return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + std::log(T) * a1 + a7;
+}
+
+double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
+  return (((a5 * T + a4) * T + a3) * T + a2) * T + a1;
+}
+
+double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit, std::span<const double> XMOL,
+            Listing& MSGFIL) {
+  constexpr int most_steps = 61;
+  double M = 0;
+  for (std::size_t i = 0; i < X.size(); ++i) M += X[i] * XMOL[i];
+
+  double T = 1200.0;
+  for (int step = 0; step < most_steps; ++step) {
+    double h = 0;
+    double cp = 0;
+    for (std::size_t i = 0; i < X.size(); ++i) {
+      const int I = static_cast<int>(i) + 1;
+      h += X[i] * CALHI(I, T, fit, MSGFIL);
+      cp += X[i] * CALCPI(I, T, fit, MSGFIL);
+    }
+    h = h / M;
+    cp = cp / M;
+    const double dT = (HSPEC - h) / cp;
+    const double Tnew = T + dT;
+    if (std::abs(dT) < 1.0e-7 * Tnew) return Tnew;
+    T = Tnew;
+  }
+  write<"('0','ERROR  : NO CONVERGENCE OF NEWTON ITERATION')">(MSGFIL);
+  throw RunStop{};
+}
+
+}  // namespace varpre

@@ -1,0 +1,93 @@
+#include "transport/collision_integrals.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "textio/record.h"
+#include "transport/collision_tables.h"
+
+namespace varpre {
+namespace {
+
+constexpr double dipole_tolerance = 1.0e-5;  // a DSTAR this close to 0 is 0
+
+// First of the three neighbouring points, counted from 0, whose first interval holds x (the second one for the last
+// three): the last bracket with points[first] < x <= points[first + 2]. -1 when x lies at or before all points.
+int bracket(std::span<const float> points, double x) {
+  const auto above = std::lower_bound(points.begin(), points.end(), x);
+  const int below = static_cast<int>(above - points.begin()) - 1;
+  return std::min(below, static_cast<int>(points.size()) - 3);
+}
+
+std::array<double, 3> three(std::span<const float> points, int first) {
+  const auto i = static_cast<std::size_t>(first);
+  return {points[i], points[i + 1], points[i + 2]};
+}
+
+bool in_domain(double TSTAR, double DSTAR) {
+  return DSTAR >= -dipole_tolerance && DSTAR <= 2.5 && TSTAR >= 0.09999 && TSTAR <= 500 &&
+         !(TSTAR > 100 && std::abs(DSTAR) > dipole_tolerance);
+}
+
+double high_temperature(CollisionIntegral IOM, double TSTAR) {
+  const double T2 = TSTAR * TSTAR;
+  const double T3 = TSTAR * T2;
+  return IOM == CollisionIntegral::diffusion ? 0.623 - 0.00136 * TSTAR + 3.46E-6 * T2 - 3.43E-9 * T3
+                                             : 0.703 - 0.00146 * TSTAR + 3.57E-6 * T2 - 3.43E-9 * T3;
+}
+
+}  // namespace
+
+double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK) {
+  constexpr double first_row_tolerance = 1.0e-7;
+  LOK = true;
+  if (!in_domain(TSTAR, DSTAR)) {
+    write<"(/,5X,'ERROR: Collision integral undefined in -MXIOME-')">(MSGFIL);
+    LOK = false;
+    return 0;
+  }
+  if (TSTAR > 100) return high_temperature(IOM, TSTAR);
+
+  const bool polar = std::abs(DSTAR) >= dipole_tolerance;
+  const bool at_first_row = std::abs(TSTAR - 0.1) <= first_row_tolerance;
+  if (at_first_row) TSTAR = TSTERN[0];
+  const int row = at_first_row ? 0 : bracket(TSTERN, TSTAR);
+  const int column = polar ? bracket(DELTA, DSTAR) : 0;
+  if (row < 0 || column < 0) {
+    write<"(/,5X,'ERROR: Table of collision integrals in -MXIOME- ', 'incorrect')">(MSGFIL);
+    LOK = false;
+    return 0;
+  }
+
+  const CollisionTable& table = IOM == CollisionIntegral::diffusion ? O : P;
+  std::array<double, 3> V{};
+  for (int k = 0; k < 3; ++k) {
+    const auto& line = table[static_cast<std::size_t>(row + k)];
+    V[static_cast<std::size_t>(k)] = polar ? MXIINT(DSTAR, three(DELTA, column), three(line, column)) : line[0];
+  }
+  return MXIINT(TSTAR, three(TSTERN, row), V);
+}
+
+double MXIINT(double X, const std::array<double, 3>& XT, const std::array<double, 3>& YT) {
+  const auto [X1, X2, X3] = XT;
+  const auto [Y1, Y2, Y3] = YT;
+  const double P1 = Y1 + (Y2 - Y1) * (X - X1) / (X2 - X1);
+  const double P2 = Y2 + (Y3 - Y2) * (X - X2) / (X3 - X2);
+  if (X < X2) {
+    const double W = 0.5 * (X - X1) / (X2 - X1);
+    return (P1 + W * P2) / (1 + W);
+  }
+  const double W = 0.5 * (X3 - X) / (X3 - X2);
+  return (P2 + W * P1) / (1 + W);
+}
+
+double MXIPAR(double T, double EPS) {
+  const auto polynomial = [](double x) {
+    const double root = std::sqrt(x);
+    return 1 + 2.7842F * root + 4.4674F * x + 5.5683F * x * root;
+  };
+  return polynomial(EPS / 298) / polynomial(EPS / T);
+}
+
+}  // namespace varpre

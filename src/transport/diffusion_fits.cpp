@@ -1,0 +1,93 @@
+#include "transport/diffusion_fits.h"
+
+#include <cmath>
+
+#include "textio/record.h"
+#include "transport/collision_integrals.h"
+
+namespace varpre {
+namespace {
+
+constexpr double polar_limit = 1.0e-20;  // debye
+
+double cube(double x) {
+  return x * (x * x);
+}
+
+// Potential parameters of a pair.
+struct Pair {
+  double EPS;    // K
+  double SIGMA;  // angstrom
+  double DSTAR;  // reduced dipole moment
+};
+
+// A polar and a nonpolar species: the dipole induces a moment, which deepens the well and draws the pair together.
+Pair induced_pair(const Molecule& polar, const Molecule& nonpolar) {
+  constexpr double minus_one_sixth = -1.0F / 6.0F;
+  const double dipole = 7243.23F * (polar.DI1 * polar.DI1) / (polar.EPS * cube(polar.SIGMA));
+  const double polarizability = nonpolar.DI2 / cube(nonpolar.SIGMA);
+  const double xi = 1 + 0.25 * polarizability * dipole * std::sqrt(polar.EPS / nonpolar.EPS);
+  return {xi * xi * std::sqrt(polar.EPS * nonpolar.EPS),
+          0.5 * (polar.SIGMA + nonpolar.SIGMA) * std::pow(xi, minus_one_sixth), 0};
+}
+
+Pair plain_pair(const Molecule& i, const Molecule& j) {
+  const double EPS = std::sqrt(i.EPS * j.EPS);
+  const double SIGMA = 0.5 * (i.SIGMA + j.SIGMA);
+  return {EPS, SIGMA, 3621.5 * i.DI1 * j.DI1 / (EPS * cube(SIGMA))};
+}
+
+Pair combine(const Molecule& i, const Molecule& j) {
+  const auto polar = [](const Molecule& m) { return m.DI1 > polar_limit; };
+  const auto nonpolar = [](const Molecule& m) { return m.DI1 < polar_limit; };
+  if (polar(i) && nonpolar(j)) return induced_pair(i, j);
+  if (nonpolar(i) && polar(j)) return induced_pair(j, i);
+  return plain_pair(i, j);
+}
+
+// D(T) of a pair on the grid; false when a collision integral is undefined.
+bool diffusion_coefficients(const Pair& pair, double Mi, double Mj, const FitGrid& grid, std::span<double> D,
+                            Listing& MSGFIL) {
+  const double sigma2 = pair.SIGMA * pair.SIGMA;
+  for (std::size_t k = 0; k < grid.points(); ++k) {
+    const double T = grid.T[k];
+    bool LOK = true;
+    const double omega = MXIOME(CollisionIntegral::diffusion, T / pair.EPS, pair.DSTAR, MSGFIL, LOK);
+    if (!LOK) return false;
+    D[k] = 0.02663F * std::sqrt(cube(T) * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * omega);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL, std::span<const Molecule> molecules,
+            const FitGrid& grid, bool print, Listing& MSGFIL, std::vector<FitCoefficients>& DBIN) {
+  constexpr double worst_fit = 0.02F;
+  if (print) write<"(/,7X,'RESULTS OF GENDIF AT P = 1.00 BAR')">(MSGFIL);
+  DBIN.reserve(SYMB.size() * (SYMB.size() + 1) / 2);
+  std::vector<double> D(grid.points());
+  for (std::size_t i = 0; i < SYMB.size(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j) {
+      if (print) {
+        write<"(/,2X)">(MSGFIL);
+        write<"(1X,5X,'SPECIES PAIR ',A,'-',A)">(MSGFIL, Text<21>(SYMB[i].view()), Text<21>(SYMB[j].view()));
+      }
+      const Pair pair = combine(molecules[i], molecules[j]);
+      if (!diffusion_coefficients(pair, XMOL[i], XMOL[j], grid, D, MSGFIL)) return false;
+      const FitResult fit = LOGFIT(grid, D, print, MSGFIL);
+      if (!fit.LOK) return false;
+      DBIN.push_back(fit.COEF);
+      if (fit.ERRMAX > worst_fit) {
+        write<
+            "(3X,'WARNING: FIT OF DIFFUSION COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,"
+            "'%  FOR SPECIES PAIR  ', A8,'-',A8,' AT ',0PF5.0,' K')">(
+            MSGFIL, fit.ERRMAX, SYMB[i], SYMB[j], grid.T[static_cast<std::size_t>(fit.IMAX - 1)]);
+      }
+      if (print) write<"(1X,2X,'COEFF. OF BIN. D :',4(3X,1PE9.2))">(MSGFIL, fit.COEF);
+    }
+  }
+  return true;
+}
+
+}  // namespace varpre

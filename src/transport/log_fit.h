@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "textio/listing.h"
+
+namespace varpre {
+
+// Coefficients c1..c4 of ln V = c1 + c2 ln T + c3 (ln T)^2 + c4 (ln T)^3, T in K.
+using FitCoefficients = std::array<double, 4>;
+
+// Everything of a least-squares fit that depends only on its temperatures: shared by all fits of a run.
+struct FitGrid {
+  explicit FitGrid(std::vector<double> temperatures);
+
+  std::size_t points() const { return T.size(); }
+
+  std::vector<double> T;               // K, increasing
+  std::vector<FitCoefficients> A;      // design matrix, one row per point: 1, ln T, (ln T)^2, (ln T)^3
+  std::array<FitCoefficients, 4> L{};  // lower triangle of the Cholesky factor of A'A, its diagonal as reciprocals
+  enum class State { solvable, too_few_points, stationary } state = State::solvable;
+};
+
+// One fit: how far it is off, and where.
+struct FitResult {
+  bool LOK = false;
+  FitCoefficients COEF{};
+  double ERRMAX = 0;  // largest relative deviation
+  int IMAX = 1;       // point where it occurs, from 1; of equal deviations the last
+};
+
+// Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the listing gets
+// a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value is not positive or
+// not finite, or the normal equations cannot be solved.
+FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL);
+
+// Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its message, when
+// there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5.
+bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, Listing& MSGFIL);
+
+}  // namespace varpre

@@ -1,0 +1,114 @@
+#include "transport/transport_data.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "textio/record.h"
+#include "textio/run_stop.h"
+#include "thermo/thermo_database.h"
+#include "transport/conductivity_fits.h"
+#include "transport/diffusion_fits.h"
+#include "transport/log_fit.h"
+#include "transport/molecular_database.h"
+
+namespace varpre {
+namespace {
+
+// The interval in hundreds of kelvin. The division is made in single precision.
+int hundreds(double T) {
+  return static_cast<int>(static_cast<float>(static_cast<int>(T)) / 100.0F);
+}
+
+FitGrid fit_grid(int ITU, int ITB) {
+  std::vector<double> T;
+  for (int k = std::max(ITU, 2); k <= ITB; ++k) T.push_back(100.0 * k);
+  return FitGrid(std::move(T));
+}
+
+bool has_molar_masses(const SpeciesView& gas, Listing& MSGFIL) {
+  bool LOK = true;
+  for (std::size_t i = 0; i < gas.SYMB.size(); ++i) {
+    if (gas.XMOL[i] > 0) continue;
+    write<"(' ',5X,'ERROR - Species ',A8,' has no molar mass')">(MSGFIL, gas.SYMB[i]);
+    LOK = false;
+  }
+  return LOK;
+}
+
+struct TransportFits {
+  std::vector<ConductivityFits> single;
+  std::vector<FitCoefficients> DBIN;  // pairs (1,1), (2,1), (2,2), ...
+};
+
+bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, const FitGrid& grid, bool print,
+                   Listing& MSGFIL, TransportFits& fits) {
+  return GENLAM(gas.SYMB, gas.fit, gas.XMOL, molecules, grid, print, MSGFIL, fits.single) &&
+         GENDIF(gas.SYMB, gas.XMOL, molecules, grid, print, MSGFIL, fits.DBIN);
+}
+
+void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
+                 Unit& NFISTO) {
+  const int NG = gas.size();
+  const auto single = [&](int i) -> const ConductivityFits& { return fits.single[static_cast<std::size_t>(i - 1)]; };
+  for (int i = 1; i <= NG; ++i) write<"(' XLAM(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLAM);
+  for (int i = 1; i <= NG; ++i) write<"(' XLMO(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLMO);
+  for (int i = 1; i <= NG; ++i) write<"(' ETA (',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).ETA);
+  auto pair = fits.DBIN.begin();
+  for (int i = 1; i <= NG; ++i) {
+    for (int j = 1; j <= i; ++j) write<"(' D(',2I4,')',5(1PE11.4,1X))">(NFISTO, i, j, *pair++);
+  }
+  const auto column = [&](double Molecule::*property) {
+    std::vector<double> values;
+    for (const Molecule& molecule : molecules) values.push_back(molecule.*property);
+    return values;
+  };
+  const auto list = [](const std::vector<double>& values) { return std::span<const double>(values); };
+  write<"(' EPS/K',6X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::EPS)));
+  write<"(' SIGMA  ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::SIGMA)));
+  write<"(' DI1    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI1)));
+  write<"(' DI2    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI2)));
+  write<"(' DI3    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI3)));
+  PRTHD(gas, NFISTO);
+}
+
+// Checks the interval, fits, and writes the block; false after its messages, nothing written.
+bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::span<const Molecule> molecules,
+            bool print, Listing& MSGFIL, Unit& NFISTO) {
+  const int ITB = hundreds(interval.TB + 101);
+  const int ITU = hundreds(interval.TU - 1);
+  if (ITB - ITU > 50) {
+    write<"(5X,'TEMPERATURE INTERVAL TOO LARGE, TB-TU > 5000 K')">(MSGFIL);
+    return false;
+  }
+  if (ITB - ITU <= 3) {
+    write<"(5X,'TEMPERATURE INTERVAL TOO SMALL, TB-TU < 300 K')">(MSGFIL);
+    return false;
+  }
+  if (!has_molar_masses(gas, MSGFIL)) return false;
+
+  // The way to g/mol and back stays in the molar masses: it changes their last bits.
+  TransportFits fits;
+  for (double& XMOL : gas.XMOL) XMOL *= 1000;
+  const bool LOK = fit_transport(gas, molecules, fit_grid(ITU, ITB), print, MSGFIL, fits);
+  for (double& XMOL : gas.XMOL) XMOL /= 1000;
+  if (LOK) write_block(gas, molecules, fits, NFISTO);
+  return LOK;
+}
+
+}  // namespace
+
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print, Listing& MSGFIL,
+            Unit& NFISTO) {
+  std::vector<Molecule> molecules;
+  bool LOK = GENSPE(gas.SYMB, NFIMOL, MSGFIL, molecules, print);
+  write<"(2X)">(MSGFIL);
+  if (LOK) {
+    LOK = GENTRA(gas, interval, molecules, print, MSGFIL, NFISTO);
+    write<"(2X)">(MSGFIL);
+  }
+  if (LOK) return;
+  write<"(3(/,6X,15('*'),'ABNORMAL END IN GENSPD',15('*')))">(MSGFIL);
+  throw RunStop{};
+}
+
+}  // namespace varpre

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "textio/listing.h"
+#include "textio/unit.h"
+#include "thermo/species.h"
+
+namespace varpre {
+
+// Temperature interval [K] that the fits must cover, turned into a grid of whole hundreds.
+struct TemperatureInterval {
+  double TU;  // lower end
+  double TB;  // upper end
+};
+
+// The transport stage: looks up the gas species in the molecular database NFIMOL, fits their transport coefficients
+// on the interval and writes the transport block to the store file. Any failure ends the run (RunStop) with the
+// stage's own banner behind its message.
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print, Listing& MSGFIL,
+            Unit& NFISTO);
+
+}  // namespace varpre
