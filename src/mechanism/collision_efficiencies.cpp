@@ -206,7 +206,7 @@ bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC
     write<"(' ',7X,'NM = ',I3,' additional third bodies defined ','(besides ',A,')')">(MSGFIL, blocks, M);
   }
   for (int c = 1; c <= NCOLL; ++c) {
-    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, MCOLLI[static_cast<std::size_t>(c - 1)], EFF.row(c));
+    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[static_cast<std::size_t>(c - 1)]), EFF.row(c));
   }
   return true;
 }

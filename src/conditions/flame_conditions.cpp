@@ -1,0 +1,158 @@
+#include "conditions/flame_conditions.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "textio/record.h"
+
+namespace varpre {
+namespace {
+
+// Places of the conditions, in the order of their keywords.
+enum Condition : std::size_t {
+  GE, NG, RI, RO, TSTA, TE, NT, NMAX, SE, SW, ST, SOGR, STEP, ATOL, RTOL, RS, AMPL, SIGM, RMAX, ALPH, TSTO, MSTO, ART,
+  RB, WFR, WFP, WFU, WFT, VPLU, NGK, OMEG, condition_count
+};
+
+struct ConditionKeyword {
+  std::string_view word;
+  double standard = 0;
+  bool required = false;
+};
+
+constexpr std::array<ConditionKeyword, condition_count> keywords{{
+    {"GE  ", 0, true}, {"NG  ", 0, true}, {"RI  ", 0, true}, {"RO  ", 0, true}, {"TSTA"},
+    {"TE  ", 0, true}, {"NT  ", 0, true}, {"Nmax", 1.0E+30}, {"SE  "},          {"SW  "},
+    {"ST  "},          {"SOGR"},          {"STEP"},          {"ATOL", 1.0E-10}, {"RTOL", 1.0E-3},
+    {"RS  "},          {"AMPL"},          {"SIGM", 1.0},     {"RMAX"},          {"ALPH"},
+    {"TSTO", 1.0E+30}, {"MSTO", 1.0E+30}, {"ART ", 3.0},     {"RB  ", 1.0E+30}, {"WFr "},
+    {"WFp "},          {"WFu "},          {"WFT "},          {"VPLU"},          {"NGK "},
+    {"OMEG"},
+}};
+
+using Values = std::array<double, condition_count>;  // VCOND
+
+constexpr double tolerance = 1.0E-5F;  // of a whole number written with decimals
+
+// The value truncated toward 0; none when that is no 32-bit integer.
+std::optional<int> truncated(double value) {
+  if (!(value > -2147483649.0 && value < 2147483648.0)) return std::nullopt;
+  return static_cast<int>(value);
+}
+
+std::optional<int> count_of(double value) {
+  return truncated(value + tolerance);
+}
+
+std::optional<int> code_of(double value) {
+  return truncated(value < 0 ? value - tolerance : value + tolerance);
+}
+
+bool report(std::string_view keyword, Listing& MSGFIL) {
+  write<"(/,5X,'ERROR IN INPUT OF CONDITIONS : ',A4)">(MSGFIL, keyword);
+  return false;
+}
+
+// Stands behind the heading; false after the message.
+bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+  std::array<Text<4>, 6> record;
+  NFICON.rewind();
+  while (read<"(6A4)">(NFICON, record)) {
+    if (record[0].view() == "COND") return true;
+  }
+  write<"('1',5X,' No Heading for conditions found: ',6A4)">(MSGFIL, record);
+  return false;
+}
+
+// Takes the keyword records up to END and checks that the required ones are there; false after the message.
+bool read_conditions(Unit& NFICON, Listing& MSGFIL, Values& VCOND) {
+  std::array<bool, condition_count> given{};
+  for (;;) {
+    Text<4> word;
+    double value = 0;
+    const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
+    if (result.end_of_file()) {
+      write<"(/,5X,'NO END OF CONDITIONS')">(MSGFIL);
+      return false;
+    }
+    if (word.view() == "END ") break;
+    if (word.view() == "****") continue;
+    const auto found = std::find_if(keywords.begin(), keywords.end(),
+                                    [&](const ConditionKeyword& k) { return k.word == word.view(); });
+    if (found == keywords.end() || !result) return report(word.view(), MSGFIL);
+    const auto place = static_cast<std::size_t>(found - keywords.begin());
+    VCOND[place] = value;
+    given[place] = true;
+  }
+  for (std::size_t i = 0; i < keywords.size(); ++i) {
+    if (!keywords[i].required || given[i]) continue;
+    write<"(/,5X,'DATA ON FLAME CONDITIONS INCOMPLETE')">(MSGFIL);
+    return false;
+  }
+  return true;
+}
+
+// The integers of the store file; none when one does not fit its five columns.
+std::optional<int> in_five_columns(std::optional<int> number) {
+  return number && *number >= -9999 && *number <= 99999 ? number : std::nullopt;
+}
+
+void write_block(const Values& v, int grid, int grid_K, int geometry, Unit& NFISTO) {
+  constexpr double unused = 0;
+  write<"(I5,' GRIDP.  ',I5)">(NFISTO, grid, grid_K);
+  write<"(I5,' GEOMETRY')">(NFISTO, geometry);
+  write<"('INNER AND OUTER RADIUS ',4(1PE11.4,1X))">(NFISTO, v[RI], v[RO], unused, v[VPLU]);
+  write<"('T0,TEND,NTSTEPS, NMAX  ',4(1PE11.4,1X))">(NFISTO, v[TSTA], v[TE], v[NT], v[NMAX]);
+  write<"('SOURCE ENE,WIDTH,T,GRA ',4(1PE11.4,1X))">(NFISTO, v[SE], v[SW], v[ST], v[SOGR]);
+  write<"('STEP,ATOL,RTOL,RSTEP   ',4(1PE11.4,1X))">(NFISTO, v[STEP], v[ATOL], v[RTOL], v[RS]);
+  write<"('AM,SIG,RM,ALPHA,OMEGA  ',5(1PE11.4,1X))">(NFISTO, v[AMPL], v[SIGM], v[RMAX], v[ALPH], v[OMEG]);
+  write<"('TSOP,MSTOP,ART,RB      ',4(1PE11.4,1X))">(NFISTO, v[TSTO], v[MSTO], v[ART], v[RB]);
+  write<"('WFR,WFP,WFU,WFT        ',4(1PE11.4,1X))">(NFISTO, v[WFR], v[WFP], v[WFU], v[WFT]);
+}
+
+void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Listing& MSGFIL) {
+  constexpr std::array<std::string_view, 3> geometries{"slab    ", "cylinder", "sphere  "};
+  if (geometry >= 0 && geometry < 3) {
+    write<
+        "(1X,'Ri  =',2PF9.3,' cm ',2X,'Ro  =',2PF9.3,' cm ',2X,'Ng  =',I9,'    ',2X,'geometry: ',A8)">(
+        MSGFIL, v[RI], v[RO], grid, geometries[static_cast<std::size_t>(geometry)]);
+  }
+  const auto word = [](Condition c) { return keywords[c].word; };
+  write<"(1X,2(A4,1X,1PE9.2,' s  ',2X),A4,1X,I9,'    ',2X,A4,1X,I9,'    ')">(
+      MSGFIL, word(TSTA), v[TSTA], word(TE), v[TE], word(NT), count_of(v[NT]), word(NMAX), count_of(v[NMAX]));
+  write<"(1X,'step=',1PE9.2,' s  ',2X,'rst =',1PE9.2,' s  ',2X,'aTol=',1PE9.2,'    ',2X,'rTol=',1PE9.2,'    ')">(
+      MSGFIL, v[STEP], v[RS], v[ATOL], v[RTOL]);
+  write<"(1X,'SE  =',1PE9.2,' J,m', 2X,'SW  =',3PF9.3,' mm ', 2X,'ST  =',3PE9.2,' ms ')">(MSGFIL, v[SE], v[SW], v[ST]);
+  if (IOPT(PROFILES) == 1) {
+    write<
+        "(1X,'amp =',1PE9.2,' K  ',2X,'sig =',1PE9.2,' m  ',2X,'rmax=',2PE9.2,' m  ',2X,'alph=',2PE9.2,'    ',2X,"
+        "'omeg=',1PE9.2,' m  ')">(MSGFIL, v[AMPL], v[SIGM], v[RMAX], v[ALPH], v[OMEG]);
+  } else if (IOPT(REDUCED) == 1) {
+    write<"(1X,'alph=',1PE9.2,' J,m,K',1X,'alph=',1PE9.2,'m   ')">(MSGFIL, v[ALPH], v[OMEG]);
+  }
+  write<"(1X,3(A4,'=',1PE9.2,6X),A4,'=',1PE9.2)">(MSGFIL, word(WFR), v[WFR], word(WFP), v[WFP], word(WFU), v[WFU],
+                                                  word(WFT), v[WFT]);
+  write<"(1X,3(A4,'=',1PE9.2,6X),A4,'=',1PE9.2)">(MSGFIL, word(ART), v[ART], word(RB), v[RB]);
+}
+
+}  // namespace
+
+bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+  Values VCOND{};
+  std::transform(keywords.begin(), keywords.end(), VCOND.begin(), [](const ConditionKeyword& k) { return k.standard; });
+  if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND)) return false;
+
+  const auto geometry = in_five_columns(code_of(VCOND[GE]));
+  const auto grid = in_five_columns(count_of(VCOND[NG]));
+  const auto grid_K = in_five_columns(count_of(VCOND[NGK]));
+  if (!geometry) return report(keywords[GE].word, MSGFIL);
+  if (!grid) return report(keywords[NG].word, MSGFIL);
+  if (!grid_K) return report(keywords[NGK].word, MSGFIL);
+
+  if (VCOND[RS] == 0) VCOND[RS] = VCOND[STEP];
+  write_block(VCOND, *grid, *grid_K, *geometry, NFISTO);
+  list(VCOND, *grid, *geometry, IOPT, MSGFIL);
+  return true;
+}
+
+}  // namespace varpre

@@ -1,0 +1,253 @@
+#include "conditions/mixtures.h"
+
+#include <algorithm>
+#include <numeric>
+#include <span>
+#include <vector>
+
+#include "textio/record.h"
+#include "textio/run_stop.h"
+#include "textio/scanning.h"
+#include "thermo/thermo_functions.h"
+
+namespace varpre {
+namespace {
+
+// What the records of a block have given so far.
+struct Given {
+  bool P = false;
+  bool T = false;
+  bool H = false;
+  bool RHO = false;
+  int composition = 0;  // records with the amount of a species
+};
+
+// A keyword of a block; keywords win over species of the same name.
+struct Keyword {
+  std::string_view word;
+  double MixtureState::*value;
+  double factor;        // from the unit of the input
+  bool Given::*given;   // nullptr: optional
+};
+constexpr std::array<Keyword, 10> keywords{{
+    {"RHO ", &MixtureState::RHO, 1, &Given::RHO},
+    {"P   ", &MixtureState::P, 100000.0, &Given::P},  // bar
+    {"T   ", &MixtureState::T, 1, &Given::T},
+    {"H(T0)", &MixtureState::H, 1, &Given::H},
+    {"PHI ", &MixtureState::PHI, 1, nullptr},
+    {"G   ", &MixtureState::G, 1, nullptr},
+    {"v   ", &MixtureState::v, 1, nullptr},
+    {"FREQ", &MixtureState::FREQ, 1, nullptr},
+    {"FAC ", &MixtureState::FAC, 1, nullptr},
+    {"OMEG", &MixtureState::OMEG, 1, nullptr},
+}};
+
+[[noreturn]] void stop(Listing& MSGFIL) {
+  write<"(1H ,5X,'ERROR - Wrong operation of CHICON')">(MSGFIL);
+  throw RunStop{};
+}
+
+// Stands behind the heading; false when there is none.
+bool find_heading(std::string_view HEAD, Unit& NFICON) {
+  Text<8> line;
+  do {
+    if (!read<"(A)">(NFICON, line)) return false;
+  } while (!EQUSYM(4, line.view(), HEAD));
+  return true;
+}
+
+[[noreturn]] void stop_at_unreadable(const SpeciesName& name, Listing& MSGFIL) {
+  write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
+  stop(MSGFIL);
+}
+
+// Takes the amount of a species.
+void set_amount(const SpeciesName& name, bool readable, double value, const NameIndex& index, MixtureState& mixture,
+                Listing& MSGFIL) {
+  const int number = index.find(name);
+  if (number == 0) {
+    write<"(1H1,5X,'ERROR - Wrong symbol in reaction conditions : ', A,'...')">(MSGFIL, name);
+    stop(MSGFIL);
+  }
+  double& X = mixture.X[static_cast<std::size_t>(number - 1)];
+  if (X > 0) {
+    write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
+    stop(MSGFIL);
+  }
+  if (!readable) stop_at_unreadable(name, MSGFIL);
+  X = value;
+}
+
+// Reads the value records up to END.
+Given read_values(std::span<const SpeciesName> SYMB, Unit& NFICON, MixtureState& mixture, Listing& MSGFIL) {
+  const NameIndex index(SYMB);
+  Given given;
+  for (;;) {
+    SpeciesName name;
+    double value = 0;
+    const ReadResult result = read<"(A8,1X,E10.2)">(NFICON, name, value);
+    if (result.end_of_file()) {
+      write<"(1H ,5X,'ERROR - No end of reaction conditions')">(MSGFIL);
+      stop(MSGFIL);
+    }
+    if (EQUSYM(3, name.view(), "END")) return given;
+    if (EQUSYM(4, name.view(), "****")) continue;
+    const auto keyword = std::find_if(keywords.begin(), keywords.end(), [&](const Keyword& k) {
+      return EQUSYM(static_cast<int>(k.word.size()), name.view(), k.word);
+    });
+    if (keyword == keywords.end()) {
+      set_amount(name, bool(result), value, index, mixture, MSGFIL);
+      ++given.composition;
+      continue;
+    }
+    if (!result) stop_at_unreadable(name, MSGFIL);
+    mixture.*keyword->value = value * keyword->factor;
+    if (keyword->given != nullptr) given.*keyword->given = true;
+  }
+}
+
+double sum(std::span<const double> values) {
+  return std::accumulate(values.begin(), values.end(), 0.0);
+}
+
+// Checks that the block gives what is needed, and nothing twice.
+void check(const Given& given, std::span<const double> gas_amounts, int NTOT, Listing& MSGFIL) {
+  if (!given.P) {
+    write<"(1H1,5X,'ERROR - Initial P or V not specified')">(MSGFIL);
+  } else if (!given.T && !given.H) {
+    write<
+        "(1H1,5X,'ERROR - Neither initial T nor initial enthalpy ',/, '1',5X,"
+        "'        specified for adiabatic reactor        ')">(MSGFIL);
+  } else if (given.T && given.H) {
+    write<
+        "(1H1,5X,'ERROR - Initial T and initial enthalpy ',/, '1',5X,"
+        "'        specified for adiabatic reactor        ')">(MSGFIL);
+  } else if (given.RHO) {
+    write<
+        "(1H1,5X,'ERROR - Initial density and pressure   ',/, '1',5X,"
+        "'        specified at the same time             ')">(MSGFIL);
+  } else if (given.composition > NTOT) {
+    write<"(1H1,5X,'ERROR - More than ',I2,' initial values defined')">(MSGFIL, NTOT);
+  } else if (given.composition == 0) {
+    write<"(1H ,5X,'ERROR - No initial composition specified')">(MSGFIL);
+  } else if (!(sum(gas_amounts) > 0)) {
+    write<"(1H ,5X,'ERROR - No gas-phase composition specified')">(MSGFIL);
+  } else {
+    return;
+  }
+  stop(MSGFIL);
+}
+
+void divide_by_sum(std::span<double> values) {
+  const double total = sum(values);
+  for (double& value : values) value /= total;
+}
+
+// Element composition of the gas mixture.
+void set_elements(const Elements& elements, std::span<const double> X, MixtureState& mixture) {
+  const auto NE = static_cast<std::size_t>(elements.NE);
+  if (NE == 0) return;
+  const auto B = std::span(mixture.B).first(NE);
+  for (std::size_t e = 0; e < NE; ++e) {
+    B[e] = 0;
+    for (std::size_t i = 0; i < X.size(); ++i) B[e] += elements.NCOMP[i][e] * X[i];
+  }
+  divide_by_sum(B);
+  double mean_mass = 0;
+  for (std::size_t e = 0; e < NE; ++e) mean_mass += B[e] * elements.EMOL[e];
+  for (std::size_t e = 0; e < NE; ++e) mixture.Z[e] = B[e] / mean_mass;
+}
+
+double mixture_enthalpy(double T, double M, std::span<const double> X, std::span<const ThermoFit> fit,
+                        Listing& MSGFIL) {
+  double H = 0;
+  for (std::size_t i = 0; i < X.size(); ++i) H += X[i] * CALHI(static_cast<int>(i) + 1, T, fit, MSGFIL);
+  return H / M;
+}
+
+// Pairs (name, amount) of the species whose amount is positive, three to a record; the last record holds what is
+// left, or none.
+void list_amounts(std::span<const SpeciesName> names, std::span<const double> amounts, bool always_last,
+                  Listing& MSGFIL) {
+  constexpr std::size_t pairs_per_record = 3;
+  std::vector<SpeciesName> present;
+  std::vector<double> values;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (!(amounts[i] > 0)) continue;
+    present.push_back(names[i]);
+    values.push_back(amounts[i]);
+  }
+  const std::size_t records = (values.size() + (always_last ? pairs_per_record : pairs_per_record - 1)) / pairs_per_record;
+  for (std::size_t r = 0; r < records; ++r) {
+    const std::size_t first = r * pairs_per_record;
+    const std::size_t count = std::min(pairs_per_record, values.size() - first);
+    write<"(1(' ',7X,3(A,':',1PE10.3,2X)))">(
+        MSGFIL, zip(std::span(present).subspan(first, count), std::span(values).subspan(first, count)));
+  }
+}
+
+void list_elements(const Elements& elements, std::span<const double> values, Listing& MSGFIL) {
+  const auto NE = static_cast<std::size_t>(elements.NE);
+  write<"(1(1H ,7X,4(A2,':',1PE14.7,1X)))">(MSGFIL, zip(std::span(elements.SYME).first(NE), values.first(NE)));
+}
+
+}  // namespace
+
+void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements, Unit& NFICON,
+            Listing& MSGFIL, MixtureState& mixture) {
+  if (!find_heading(HEAD, NFICON)) {
+    write<"(1H ,5X,'WARNING - No composition specified')">(MSGFIL);
+    return;
+  }
+  mixture = {};
+  const Given given = read_values(species.SYMB, NFICON, mixture, MSGFIL);
+  const auto NTOT = static_cast<std::size_t>(species.size());
+  const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
+  const auto X = std::span(mixture.X).first(NGAS);
+  const auto X_surface = std::span(mixture.X).subspan(NGAS, NTOT - NGAS);
+  check(given, X, species.size(), MSGFIL);
+
+  divide_by_sum(X);
+  if (sum(X_surface) > 0) divide_by_sum(X_surface);
+  double M = 0;
+  for (std::size_t i = 0; i < NGAS; ++i) M += X[i] * species.XMOL[i];
+  for (std::size_t i = 0; i < NGAS; ++i) mixture.W[i] = X[i] / M;
+  set_elements(elements, X, mixture);
+
+  const auto XMOL = species.XMOL.first(NGAS);
+  if (given.T) {
+    mixture.H = mixture_enthalpy(mixture.T, M, X, species.fit, MSGFIL);
+  } else {
+    mixture.T = GETT(mixture.H, X, species.fit, XMOL, MSGFIL);
+  }
+  mixture.RHO = M * mixture.P / (mixture.T * gas_constant);
+}
+
+void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX, const MixtureState& mixture,
+            Listing& MSGFIL) {
+  const auto NTOT = static_cast<std::size_t>(species.size());
+  const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
+  const std::span<const SpeciesName> gas = species.SYMB.first(NGAS);
+  const std::span<const SpeciesName> surface = species.SYMB.subspan(NGAS);
+  const auto X_surface = std::span(mixture.X).subspan(NGAS, NTOT - NGAS);
+
+  write<"(/,' ',7X,'Values for mixture fraction =',F5.3)">(MSGFIL, ZMIX);
+  write<"(/,' ',7X,'Gas Composition (mole fractions)')">(MSGFIL);
+  list_amounts(gas, mixture.X, true, MSGFIL);
+  if (std::any_of(X_surface.begin(), X_surface.end(), [](double x) { return x > 0; })) {
+    write<"(/,' ',7X,'Surface Composition (site density,[mol/m**2])')">(MSGFIL);
+    list_amounts(surface, X_surface, false, MSGFIL);
+  }
+  write<"(/,' ',7X,'Element Composition (mole fractions)')">(MSGFIL);
+  list_elements(elements, mixture.B, MSGFIL);
+  write<"(/,' ',7X,'Gas Composition (specific mole numbers)')">(MSGFIL);
+  list_amounts(gas, mixture.W, true, MSGFIL);
+  write<"(/,' ',7X,'Element Composition (specific mole numbers)')">(MSGFIL);
+  list_elements(elements, mixture.Z, MSGFIL);
+  write<"(/,' ',7X,'P : ',1PE14.7,' P(Pa)')">(MSGFIL, mixture.P);
+  write<"(  ' ',7X,'T : ',1PE14.7,' K ')">(MSGFIL, mixture.T);
+  write<"(  ' ',7X,'H : ',1PE14.7,' J/kg ')">(MSGFIL, mixture.H);
+  write<"(  ' ',7X,'r : ',1PE14.7,' kg/m**3')">(MSGFIL, mixture.RHO);
+}
+
+}  // namespace varpre

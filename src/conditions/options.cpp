@@ -1,0 +1,108 @@
+#include "conditions/options.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "textio/number_format.h"
+
+namespace varpre {
+namespace {
+
+// Only the first four characters take part in matching; names of dashes are free slots.
+constexpr OptionNames NTOPT{
+    "PConst. ", "Impulse ", "Energy  ", "T_uni   ", "InnerBou", "Mech.An.", "Photo C.", "Profiles", "Source  ", "Reduced ",
+    "Infinte ", "FuSoret ", "ReGrid  ", "Equi    ", "Store   ", "Output  ", "TSO     ", "Plot    ", "Vectori.", "Extrap. ",
+    "p_inner ", "p_outer ", "T_inner ", "T_outer ", "w_inner ", "w_outer ", "Fix     ", "Kalei   ", "Cyclic  ", "Global  ",
+    "OutSen  ", "VSens   ", "TecNO   ", "RevSim  ", "Relax   ", "BLAA    ", "Tecplot ", "------- ", "Analyse ", "OldRes  ",
+    "v_inner ", "v_outer ", "G_inner ", "G_outer ", "J_inner ", "J_outer ", "------- ", "------- ", "------- ", "Solid   ",
+    "PLN2D   ", "REFIGRID", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- "};
+
+bool fail(Listing& MSGFIL) {
+  write<"(3(' ','+++ Error in GENOPT +++',/))">(MSGFIL);
+  return false;
+}
+
+// Lists the title records and stands behind the heading; false after the message.
+bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+  std::array<Text<8>, 9> record;
+  while (read<"(9A8)">(NFICON, record)) {
+    const std::string_view word = record[0].first(4);
+    if (word == "OPTI") return true;
+    if (word != "COMM") break;
+    write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(record).subspan(1));
+  }
+  write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, record[0]);
+  return fail(MSGFIL);
+}
+
+// Takes one field; false, after the message, when its option is unknown.
+bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
+  const std::string_view word = field.name.first(4);
+  if (trimmed(word).empty()) return true;
+  const auto found = std::find_if(NTOPT.begin(), NTOPT.end(),
+                                  [&](std::string_view option) { return option.substr(0, 4) == word; });
+  if (found == NTOPT.end()) {
+    write<"(1H1,5X,'ERROR - Option ',A6,I3,' is incorrect')">(MSGFIL, field.name, *field.value);
+    return false;
+  }
+  IOPT.slots[static_cast<std::size_t>(found - NTOPT.begin())] = *field.value == 0 ? 1 : *field.value;
+  return true;
+}
+
+// Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
+bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
+  bool LOK = true;
+  complete = false;
+  for (OptionRecord record; read_option_record(NFICON, record);) {
+    const auto end = std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
+    if (std::any_of(record.begin(), end, [](const OptionField& f) { return !f.value; })) break;
+    std::for_each(record.begin(), end, [&](const OptionField& f) { LOK = set_option(f, IOPT, MSGFIL) && LOK; });
+    if (end == record.end()) continue;
+    complete = true;
+    return LOK;
+  }
+  write<"(1H1,5X,'ERROR - Unreadable options or no END of options')">(MSGFIL);
+  return fail(MSGFIL);
+}
+
+}  // namespace
+
+bool read_option_record(Unit& NFICON, OptionRecord& record) {
+  std::array<Text<6>, fields_per_record> names;
+  std::array<Text<3>, fields_per_record> values;
+  if (!read<"(7(A6,A3,1X))">(NFICON, zip(names, values))) return false;
+  for (std::size_t k = 0; k < record.size(); ++k) {
+    record[k] = {OptionName(names[k].view()), read_integer(values[k].view())};
+  }
+  return true;
+}
+
+void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& MSGFIL) {
+  constexpr std::size_t pairs_per_record = 5;
+  std::vector<OptionName> set_names;
+  std::vector<int> values;
+  for (std::size_t j = 0; j < names.size(); ++j) {
+    if (IOPT.slots[j] == 0) continue;
+    set_names.emplace_back(names[j]);
+    values.push_back(IOPT.slots[j]);
+  }
+  for (std::size_t first = 0; first <= values.size(); first += pairs_per_record) {
+    const std::size_t count = std::min(pairs_per_record, values.size() - first);
+    write<"(1(13X,5(A8,I3,2X)))">(
+        MSGFIL, zip(std::span(set_names).subspan(first, count), std::span(values).subspan(first, count)));
+  }
+}
+
+bool GENOPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO, OptionVector& IOPT) {
+  IOPT = {};
+  if (!find_heading(NFICON, MSGFIL)) return false;
+  bool complete = false;
+  const bool LOK = read_options(NFICON, MSGFIL, IOPT, complete);
+  if (!complete) return false;
+  write<"(3X,'Options : ')">(MSGFIL);
+  list_options(NTOPT, IOPT, MSGFIL);
+  write<"(1(' OPTIONS :',2X,20I3))">(NFISTO, IOPT.slots);
+  return LOK;
+}
+
+}  // namespace varpre

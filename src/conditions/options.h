@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "textio/listing.h"
+#include "textio/record.h"
+#include "textio/unit.h"
+#include "thermo/limits.h"
+
+namespace varpre {
+
+using OptionName = Text<8>;
+using OptionNames = std::array<std::string_view, NUMOPT>;
+
+// Option vector: slot n (from 1) belongs to the n-th name of the option table.
+struct OptionVector {
+  std::array<int, NUMOPT> slots{};
+  int operator()(int n) const { return slots[static_cast<std::size_t>(n - 1)]; }
+};
+
+// Slots that this program itself looks at.
+inline constexpr int IMPULSE = 2;
+inline constexpr int PROFILES = 8;
+inline constexpr int REDUCED = 10;
+inline constexpr int OUTPUT = 16;
+inline constexpr int REVSIM = 34;
+inline constexpr int SOLID = 50;
+inline constexpr int PLN2D = 51;
+
+// One field of an option record: a name (six characters) and a value, absent when it cannot be read.
+struct OptionField {
+  OptionName name;
+  std::optional<int> value;
+
+  bool ends_section() const { return name.first(3) == "END"; }
+};
+constexpr int fields_per_record = 7;
+using OptionRecord = std::array<OptionField, fields_per_record>;
+
+// Reads the seven fields of the next record; false at end of file.
+[[nodiscard]] bool read_option_record(Unit& NFICON, OptionRecord& record);
+
+// Lists the slots that are not 0 as pairs (name, value), five to a record; the last record holds the pairs that are
+// left, or none.
+void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& MSGFIL);
+
+// Reads the option section at the beginning of NFICON: title records, the heading, option records up to END. Lists
+// titles and options, fills IOPT (a value of 0 or none sets 1) and writes the option block to the store file.
+//
+// False, after its message: a wrong heading, an option record that cannot be read, or no END (no block then); an
+// unknown option (the others are taken, listed and written).
+[[nodiscard]] bool GENOPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO, OptionVector& IOPT);
+
+}  // namespace varpre

@@ -1,0 +1,116 @@
+#include "conditions/surface_conditions.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "textio/record.h"
+
+namespace varpre {
+namespace {
+
+struct Property {
+  std::string_view word;
+  double standard;
+  std::string_view complaint;  // when it is not given exactly once
+  std::string_view consequence;
+};
+
+// In the order of the store file; the last three are the catalyst's dimensions, needed in a counter flow only.
+constexpr std::array<Property, 15> properties{{
+    {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED"},
+    {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED"},
+    {"EPSW", 0, "NO OR MORE THAN ONE EMISIVITY    (EPSW )", " DEFINED"},
+    {"EPSA", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSA)", " DEFINED"},
+    {"EPSB", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSB)", " DEFINED"},
+    {"TRAD", 0, "NO OR MORE THAN ONE TRAD         (TRAD)", " DEFINED"},
+    {"POW ", 0, "NO OR MORE THAN ONE POWER        (POW)", " DEFINED"},
+    {"RHOZ", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOZ)", " DEFINED"},
+    {"RHOA", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOA)", " DEFINED"},
+    {"RHOB", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOB)", " DEFINED"},
+    {"CWIR", 1.0E+30, "NO OR MORE THAN ONE SPEC. HEAT  . (CWIR)", " DEFINED"},
+    {"STFL", 0, "NO OR MORE THAN ONE Stefan flux . (STFL)", "INITIALISED"},
+    {"CATD", 0, "NO OR MORE THAN ONE CAT. THICK. (CATD)", " DEFINED, NEEDED FOR COUNTER FLOW"},
+    {"CATB", 0, "NO OR MORE THAN ONE CAT. WIDTH. (CATB)", " DEFINED. NEEDED FOR COUNTER FLOW"},
+    {"CATL", 0, "NO OR MORE THAN ONE CAT. LENGTH. (CATL)", " DEFINED. NEEDED FOR COUNTER FLOW"},
+}};
+constexpr std::size_t wall_properties = 12;
+
+struct Given {
+  double value;
+  int count = 0;
+};
+using Values = std::array<Given, properties.size()>;
+
+// Stands behind the heading; false after the message.
+bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+  constexpr std::string_view heading = "SURFACE COND";
+  Text<72> record;
+  NFICON.rewind();
+  while (read<"(A72)">(NFICON, record)) {
+    if (record.first(heading.size()) == heading) return true;
+  }
+  write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, record);
+  return false;
+}
+
+// Takes the keyword records up to END; false after the message.
+bool read_values(Unit& NFICON, Listing& MSGFIL, Values& values) {
+  for (;;) {
+    Text<8> word;
+    double value = 0;
+    const ReadResult result = read<"(A8,1X,E11.4)">(NFICON, word, value);
+    if (result.end_of_file()) {
+      write<"(6X,'NO END OF SURFACE CONDITIONS')">(MSGFIL);
+      return false;
+    }
+    if (word.first(4) == "END ") return true;
+    const auto found = std::find_if(properties.begin(), properties.end(),
+                                    [&](const Property& p) { return p.word == word.first(4); });
+    if (found == properties.end()) {
+      write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+      return false;
+    }
+    if (!result) {
+      write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+      return false;
+    }
+    Given& given = values[static_cast<std::size_t>(found - properties.begin())];
+    given.value = value;
+    ++given.count;
+  }
+}
+
+// Complains of a property that is not given exactly once.
+bool given_once(std::size_t i, const Values& values, Listing& MSGFIL) {
+  if (values[i].count == 1) return true;
+  write<"(1X,5X,A,A)">(MSGFIL, properties[i].complaint, properties[i].consequence);
+  return false;
+}
+
+}  // namespace
+
+bool GENCOW(bool counter_flow, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+  if (!find_heading(NFICON, MSGFIL)) return false;
+  Values values{};
+  for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;
+  if (!read_values(NFICON, MSGFIL, values)) return false;
+
+  for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, MSGFIL);
+  const std::size_t count = counter_flow ? values.size() : wall_properties;
+  for (std::size_t i = wall_properties; i < count; ++i) {
+    if (!given_once(i, values, MSGFIL)) return false;  // the solver cannot do without
+  }
+
+  for (std::size_t i = 0; i < count; ++i) {
+    write<"(A4,4X,':',1PE11.4)">(NFISTO, properties[i].word, values[i].value);
+  }
+  write<"(2X,A18)">(MSGFIL, std::string_view("SURFACE CONDITIONS"));
+  for (std::size_t i = 0; i < count; ++i) {
+    write<"(1X,2X,A4,4x,':',E11.4)">(MSGFIL, properties[i].word, values[i].value);
+  }
+  return true;
+}
+
+}  // namespace varpre

@@ -1,0 +1,185 @@
+#include "conditions/two_dimensional_options.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "conditions/options.h"
+#include "textio/record.h"
+
+namespace varpre {
+namespace {
+
+// Only the first four characters take part in matching; names of dashes are free slots.
+constexpr OptionNames N2TOPT{
+    "EXTRAP  ", "IMPULSE ", "------- ", "WALLREA ", "------- ", "SOURCE  ", "REYOUT  ", "------- ", "OUTERBOU", "------- ",
+    "REGRID  ", "FUSORET ", "------- ", "VARDRO  ", "TECPLOT ", "STORE   ", "OUTPUT  ", "TINHOM  ", "WALL    ", "PLOT    ",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "--------",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "SOLID   ",
+    "PLN2D   ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- "};
+
+struct Parameter {
+  std::string_view word;  // dashes: cannot be set
+  double standard;
+};
+constexpr std::array<Parameter, 16> parameters{{
+    {"UINI", 0}, {"VINI", 0}, {"RI2 ", 0}, {"DIST", 0},
+    {"----", 0}, {"TMAX", 1.0E+30}, {"HMAX", 1.0E+30}, {"REDF", 1.0},
+    {"XSOU", 1.0E+30}, {"YSOU", 1.0E+30}, {"----", 0}, {"----", 0},
+    {"GACC", 0}, {"----", 0}, {"----", 0}, {"----", 0},
+}};
+using ParameterValues = std::array<double, parameters.size()>;
+
+using StoreRecord = Text<200>;
+constexpr std::string_view radius_record = "INNER AN";
+constexpr std::ptrdiff_t weight_record = 6;  // records below the radius record, the last of the flame conditions
+
+bool find_record(std::string_view word, Unit& NFICON) {
+  Text<4> record;
+  NFICON.rewind();
+  do {
+    if (!read<"(A4)">(NFICON, record)) return false;
+  } while (record.view() != word);
+  return true;
+}
+
+// Reads the option entries up to the END record, its own other entries included; false after the message.
+bool read_entries(Unit& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
+  for (OptionRecord record;;) {
+    if (!read_option_record(NFICON, record)) {
+      write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
+      return false;
+    }
+    if (entries.size() + record.size() > NUMOPT) {
+      write<"('*!* ERROR: MORE THAN 60 2D-OPTIONS!')">(MSGFIL);
+      return false;
+    }
+    const bool last = record[0].ends_section();
+    if (last) {
+      record[0].name = "";
+      for (OptionField& field : record) field.value = field.value.value_or(0);
+    }
+    if (std::any_of(record.begin(), record.end(), [](const OptionField& f) { return !f.value; })) {
+      write<"('*!* ERROR WHILE READING OPITONS FROM INPUT-FILE!')">(MSGFIL);
+      return false;
+    }
+    entries.insert(entries.end(), record.begin(), record.end());
+    if (last) return true;
+  }
+}
+
+bool matches(const OptionField& entry, std::string_view option) {
+  return entry.name.first(4) == option.substr(0, 4);
+}
+
+OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
+  OptionVector IOPT2;
+  for (const OptionField& entry : entries) {
+    const bool known = std::any_of(N2TOPT.begin(), N2TOPT.end(), [&](std::string_view o) { return matches(entry, o); });
+    if (entry.name.blank() || known) continue;
+    write<"('*!* WARNING: OPTION ',A8,'NOT FOUND IN OPTIONSLIST!')">(MSGFIL, entry.name);
+  }
+  for (const OptionField& entry : entries) {
+    for (std::size_t n = 0; n < N2TOPT.size(); ++n) {
+      if (!entry.name.blank() && matches(entry, N2TOPT[n])) IOPT2.slots[n] = *entry.value;
+    }
+  }
+  return IOPT2;
+}
+
+// Takes the keyword records up to the first other one; false after the message.
+bool read_parameters(Unit& NFICON, Listing& MSGFIL, ParameterValues& values) {
+  for (;;) {
+    Text<4> word;
+    double value = 0;
+    const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
+    if (result.end_of_file()) {
+      write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
+      return false;
+    }
+    if (word.view() == "****") continue;
+    const auto found = std::find_if(parameters.begin(), parameters.end(),
+                                    [&](const Parameter& p) { return p.word == word.view(); });
+    if (found == parameters.end()) return true;
+    if (!result) {
+      write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
+      return false;
+    }
+    values[static_cast<std::size_t>(found - parameters.begin())] = value;
+  }
+}
+
+std::vector<StoreRecord> records_of(Unit& unit) {
+  std::vector<StoreRecord> records;
+  unit.rewind();
+  for (StoreRecord record; read<"(A200)">(unit, record);) records.push_back(record);
+  return records;
+}
+
+void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> records, Listing& MSGFIL) {
+  Unit option_records;
+  write<"(1(' OPTIONS :',2X,20I3))">(option_records, IOPT2.slots);
+  std::ranges::copy(records_of(option_records), records.begin());
+  write_free(MSGFIL, std::string_view("********  NEW 2D OPTIONS VECTOR  ********"));
+  for (const StoreRecord& record : records) write_free(MSGFIL, record);
+}
+
+std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
+  const auto group = [&](std::size_t k) { return std::span<const double>(values).subspan(4 * k, 4); };
+  Unit records;
+  write<"('UINI,VINI,RI2,DIST     ',4(1PE11.4,1X))">(records, group(0));
+  write<"('DUMMY,TMAX,HMAX,REDF   ',4(1PE11.4,1X))">(records, group(1));
+  write<"('XSOU,YSOU,DUMMY,DUMMY  ',4(1PE11.4,1X))">(records, group(2));
+  write<"('GACC,DUMMY,DUMMY,DUMMY ',4(1PE11.4,1X))">(records, group(3));
+  return records_of(records);
+}
+
+}  // namespace
+
+void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+  if (!find_record("2DOP", NFICON)) {
+    write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
+    return;
+  }
+  write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
+  write_free(MSGFIL);
+  std::vector<OptionField> entries;
+  if (!read_entries(NFICON, MSGFIL, entries)) return;
+  const OptionVector IOPT2 = assign(entries, MSGFIL);
+  write<"(3X,'2DOptions : ')">(MSGFIL);
+  list_options(N2TOPT, IOPT2, MSGFIL);
+
+  if (!find_record("2DIN", NFICON)) {
+    write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
+    return;
+  }
+  ParameterValues values{};
+  std::transform(parameters.begin(), parameters.end(), values.begin(), [](const Parameter& p) { return p.standard; });
+  if (!read_parameters(NFICON, MSGFIL, values)) return;
+
+  std::vector<StoreRecord> records = records_of(NFISTO);
+  replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
+  auto radius = std::find_if(records.begin(), records.end(),
+                             [](const StoreRecord& record) { return record.first(8) == radius_record; });
+  if (records.end() - radius <= weight_record) {
+    write<"('*!* ERROR: NO FLAME CONDITIONS IN THE STORE FILE!')">(MSGFIL);
+    return;
+  }
+  const auto first_listed = radius - records.begin();
+  const std::vector<StoreRecord> inserted = parameter_records(values);
+  records.insert(radius + weight_record + 1, inserted.begin(), inserted.end());
+  constexpr std::ptrdiff_t most_listed = 13;
+  radius = records.begin() + first_listed;
+  write_free(MSGFIL, std::string_view("********  NEW 2D CONTROL PARAMETERS  ********"));
+  for (const StoreRecord& record : std::span(radius, std::min(radius + most_listed, records.end()))) {
+    write_free(MSGFIL, record);
+  }
+
+  NFISTO.clear();
+  for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
+}
+
+}  // namespace varpre

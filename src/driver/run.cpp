@@ -1,0 +1,284 @@
+#include "driver/run.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <memory>
+
+#include "conditions/flame_conditions.h"
+#include "conditions/mixtures.h"
+#include "conditions/options.h"
+#include "conditions/particle_data.h"
+#include "conditions/surface_conditions.h"
+#include "conditions/two_dimensional_options.h"
+#include "driver/prefilter.h"
+#include "mechanism/collision_efficiencies.h"
+#include "mechanism/complex_reactions.h"
+#include "mechanism/mechanism_reader.h"
+#include "mechanism/photo_reactions.h"
+#include "textio/record.h"
+#include "textio/run_stop.h"
+#include "thermo/elements.h"
+#include "thermo/species_list.h"
+#include "thermo/thermo_database.h"
+#include "transport/transport_data.h"
+
+namespace varpre {
+namespace {
+
+// Ends the run at a check: the driver's banner follows.
+struct AbnormalEnd {};
+
+void write_banner(Listing& MSGFIL) {
+  write<
+      "(/,1X,79('*'),/,1X,'****    PROGRAM VARNOK - VARPRE',/,1X,'****    BUILD VERSION: 1.0.4-new_version_test-0',/,"
+      "1X,'****    BUILD DATE: 2017-06-09',/,1X,'****    LIBRARY VERSION: 1.0.9-new_version_test-2',/,"
+      "1X,'****    LIBRARY DATE: 2017-06-09',/,1X,79('*'))">(MSGFIL);
+}
+
+void write_normal_end(Listing& MSGFIL) {
+  write<"(1X,79('*'))">(MSGFIL);
+  write<"(1X,10('*'),19X,A20,20X,10('*'))">(MSGFIL, Text<20>(" VARPRE: NORMAL END "));
+  write<"(1X,79('*'))">(MSGFIL);
+}
+
+void write_abnormal_end(Listing& MSGFIL) {
+  write<"(3(6X,31('*'),'ABNORMAL END',31('*'),/))">(MSGFIL);
+}
+
+// The run sequence. Its members are the data that the stages hand on; each step reads like the order of the blocks
+// in the store file.
+class Sequence {
+ public:
+  explicit Sequence(Files& files)
+      : NFIMOL(files.molecules),
+        NFISTO(files.store),
+        NFICON(files.conditions_copy),
+        NFIMEC(files.mechanism_copy),
+        NFITHE(files.thermo_copy),
+        NFIPAR(files.particles),
+        MSGFIL(files.listing) {}
+
+  // Throws AbnormalEnd where a check fails.
+  void all_stages() {
+    write<"('>INPUT DATA FROM PROGRAM VARPRE')">(NFISTO);
+    separator();
+    read_options();
+    read_gas_species();
+    read_surface_species();
+    fit_transport();
+    read_surface_conditions();
+    const ReactionNames gas_names(gas().SYMB);
+    read_gas_mechanism(gas_names);
+    read_surface_mechanism();
+    read_particle_species();
+    read_further_reactions();
+    read_mixtures(0, "Left");
+    read_mixtures(1, "Righ");
+    read_flame_conditions();
+    write<"(' Spec. Flags',3X,20I3,4(/,' Spec. Flags',3X,20I3))">(NFISTO, all().IFLAG);
+    write<"('<   ')">(NFISTO);
+    edit_store_file();
+  }
+
+ private:
+  SpeciesView gas() { return species_->view(0, NGAS); }
+  SpeciesView surface() { return species_->view(NGAS, NSURF); }
+  SpeciesView all() { return species_->view(0, NGAS + NSURF); }
+  SpeciesView places_after(int count) { return species_->view(count, NSMAX - count); }
+
+  void separator() { write<"(2X)">(MSGFIL); }
+  void check(bool LOK) {
+    if (!LOK) throw AbnormalEnd{};
+  }
+
+  void read_options() {
+    const bool LOK = GENOPT(NFICON, MSGFIL, NFISTO, IOPT);
+    separator();
+    check(LOK);
+    LPRT = IOPT(OUTPUT) == 4;
+  }
+
+  void read_gas_species() {
+    const SpeciesList list = GENSYM("Gas Phas", NFICON, MSGFIL, places_after(0));
+    separator();
+    check(!list.absent);
+    NGAS = list.NS;
+    // Between here and the next check other stages run: a failure is kept until then.
+    LOK_species = GENTHE(NFITHE, MSGFIL, gas(), LPRT);
+    LOK_species = ELECOM(gas(), gas_elements_, MSGFIL) && LOK_species;
+  }
+
+  void read_surface_species() {
+    const SpeciesList list = GENSYM("Surface ", NFICON, MSGFIL, places_after(NGAS));
+    if (list.absent) {
+      write_free(MSGFIL, std::string_view(" no surface species"));
+    } else {
+      NSURF = list.NS;
+    }
+    if (NSURF > 0) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
+    check(LOK_species);
+    LOK_species = ELECOM(surface(), surface_elements_, MSGFIL);
+  }
+
+  void fit_transport() {
+    INIMOI(gas(), gas_elements_, NFISTO);
+    GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
+    check(LOK_species);
+    INIMOI(surface(), surface_elements_, NFISTO);
+  }
+
+  void read_surface_conditions() {
+    if (NSURF > 0) PRTHD(surface(), NFISTO);
+    if (NSURF == 0 && IOPT(SOLID) != 1) return;
+    const bool LOK = GENCOW(IOPT(IMPULSE) == -2, NFICON, MSGFIL, NFISTO);
+    separator();
+    check(LOK);
+  }
+
+  void read_gas_mechanism(const ReactionNames& names) {
+    const MechanismOptions options{.solver_reverses = IOPT(REVSIM) != 0};
+    Mechanism mechanism;
+    bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
+    NR = mechanism.NR();
+    LOK = LOK && GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+    separator();
+    check(LOK);
+  }
+
+  void read_surface_mechanism() {
+    if (NSURF == 0) return;
+    const ReactionNames names(all().SYMB);
+    Mechanism mechanism;
+    const bool LOK = GENMEC(Phase::surface, all(), NSURF, names, {}, NFIMEC, MSGFIL, NFISTO, mechanism);
+    separator();
+    check(LOK);
+  }
+
+  void read_particle_species() {
+    const SpeciesList list = GENSYM("PASPECIES", NFICON, MSGFIL, places_after(NGAS + NSURF));
+    if (list.absent) {
+      write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
+    } else {
+      NPART = list.NS;
+    }
+  }
+
+  void read_further_reactions() {
+    bool LOK = GENCRE(all().SYMB, NR, IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO);
+    separator();
+    check(LOK);
+    LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO);
+    separator();
+    check(LOK);
+  }
+
+  void read_mixtures(double ZMIX, std::string_view HEADF) {
+    const auto mixture = std::make_unique<MixtureState>();
+    NFICON.rewind();
+    CHICON(HEADF, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
+    const auto XCOND = std::span(mixture->X).first(static_cast<std::size_t>(NGAS + NSURF));
+    const auto& m = *mixture;
+    write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC, m.OMEG);
+    PRICOM(all(), NSURF, gas_elements_, ZMIX, m, MSGFIL);
+  }
+
+  void read_flame_conditions() {
+    const bool LOK = INICON(IOPT, NFICON, MSGFIL, NFISTO);
+    separator();
+    check(LOK);
+  }
+
+  // The late stages, which append to the finished store file and edit it.
+  void edit_store_file() {
+    if (IOPT(IMPULSE) == -5) GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO);
+    if (IOPT(PLN2D) == 1) G2OPT(NFICON, MSGFIL, NFISTO);
+  }
+
+  Unit& NFIMOL;
+  Unit& NFISTO;
+  Unit& NFICON;
+  Unit& NFIMEC;
+  Unit& NFITHE;
+  Unit& NFIPAR;
+  Listing& MSGFIL;
+
+  OptionVector IOPT;
+  bool LPRT = false;  // extended printing
+  bool LOK_species = true;
+  int NGAS = 0;
+  int NSURF = 0;
+  int NPART = 0;
+  int NR = 0;  // elementary gas-phase reactions
+  std::unique_ptr<Species> species_ = std::make_unique<Species>();
+  Elements gas_elements_;
+  Elements surface_elements_;
+};
+
+void open_files(Files& files) {
+  files.molecules.open();
+  files.store.open_for_replacement();
+  files.mechanism.open();
+  files.conditions.open();
+  files.thermo.open();
+}
+
+void filter(Unit& input, Unit& copy, Listing& MSGFIL) {
+  REMCOM(input, copy, MSGFIL);
+  copy.save();
+}
+
+RunEnd run_stages(Files& files) {
+  try {
+    std::make_unique<Sequence>(files)->all_stages();
+    return RunEnd::normal;
+  } catch (const AbnormalEnd&) {
+    write_abnormal_end(files.listing);
+  } catch (const RunStop& stop) {
+    if (stop.ending == RunStop::Ending::number_not_finite) {
+      write<"(' ',5X,'ERROR - A number for the store file is not finite')">(files.listing);
+      write_abnormal_end(files.listing);
+    }
+  }
+  return RunEnd::abnormal;
+}
+
+}  // namespace
+
+Files::Files(Unit::Storage storage, int listing_descriptor)
+    : molecules(1, "MOLNEW", storage),
+      conditions(2, "INP", storage),
+      store(3, "fort.3", storage),
+      mechanism(4, "MEC", storage),
+      thermo(9, "THERMO", storage),
+      conditions_copy(10, "fort.10", storage),
+      mechanism_copy(11, "fort.11", storage),
+      thermo_copy(12, "fort.12", storage),
+      particles(55, "THERMLIQ", storage),
+      listing(listing_descriptor) {
+  store.finite_only = true;
+}
+
+Files Files::on_disk() {
+  return {Unit::Storage::disk, STDOUT_FILENO};
+}
+
+Files Files::in_memory() {
+  return {Unit::Storage::memory, Listing::no_file};
+}
+
+RunEnd run(Files& files) {
+  open_files(files);
+  write_banner(files.listing);
+  filter(files.conditions, files.conditions_copy, files.listing);
+  filter(files.mechanism, files.mechanism_copy, files.listing);
+  filter(files.thermo, files.thermo_copy, files.listing);
+
+  const RunEnd end = run_stages(files);
+  files.store.replace();
+  if (end == RunEnd::normal) write_normal_end(files.listing);
+  files.listing.flush();
+  return end;
+}
+
+}  // namespace varpre

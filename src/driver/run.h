@@ -1,0 +1,37 @@
+#pragma once
+
+#include "textio/listing.h"
+#include "textio/unit.h"
+
+namespace varpre {
+
+// The files of one run. Held in memory, whole runs can be made without touching the disk.
+struct Files {
+  // Units of the working directory, the listing on standard output.
+  static Files on_disk();
+  // Units that exist in memory only; fill in the `text` of the inputs before the run.
+  static Files in_memory();
+
+  Unit molecules;        // 1 MOLNEW: molecular database
+  Unit conditions;       // 2 INP
+  Unit store;            // 3 fort.3: store file
+  Unit mechanism;        // 4 MEC
+  Unit thermo;           // 9 THERMO: thermochemical database
+  Unit conditions_copy;  // 10, 11, 12: the inputs without comment lines, files fort.10 to fort.12
+  Unit mechanism_copy;
+  Unit thermo_copy;
+  Unit particles;        // 55 THERMLIQ: particle database, opened only when it is needed
+  Listing listing;
+
+ private:
+  Files(Unit::Storage storage, int listing_descriptor);
+};
+
+enum class RunEnd { normal, abnormal };
+
+// One run: opens the files, runs the stages in their order, and saves the copies and the store file. Whatever the
+// input holds, the run ends in an orderly way, with its banner or its message in the listing. Throws
+// std::system_error when a file cannot be opened, read or written.
+RunEnd run(Files& files);
+
+}  // namespace varpre
