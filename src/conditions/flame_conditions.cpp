@@ -10,8 +10,38 @@ namespace {
 
 // Places of the conditions, in the order of their keywords.
 enum Condition : std::size_t {
-  GE, NG, RI, RO, TSTA, TE, NT, NMAX, SE, SW, ST, SOGR, STEP, ATOL, RTOL, RS, AMPL, SIGM, RMAX, ALPH, TSTO, MSTO, ART,
-  RB, WFR, WFP, WFU, WFT, VPLU, NGK, OMEG, condition_count
+  GE,
+  NG,
+  RI,
+  RO,
+  TSTA,
+  TE,
+  NT,
+  NMAX,
+  SE,
+  SW,
+  ST,
+  SOGR,
+  STEP,
+  ATOL,
+  RTOL,
+  RS,
+  AMPL,
+  SIGM,
+  RMAX,
+  ALPH,
+  TSTO,
+  MSTO,
+  ART,
+  RB,
+  WFR,
+  WFP,
+  WFU,
+  WFT,
+  VPLU,
+  NGK,
+  OMEG,
+  condition_count
 };
 
 struct ConditionKeyword {
@@ -113,16 +143,17 @@ void write_block(const Values& v, int grid, int grid_K, int geometry, Unit& NFIS
 void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Listing& MSGFIL) {
   constexpr std::array<std::string_view, 3> geometries{"slab    ", "cylinder", "sphere  "};
   if (geometry >= 0 && geometry < 3) {
-    write<
-        "(1X,'Ri  =',2PF9.3,' cm ',2X,'Ro  =',2PF9.3,' cm ',2X,'Ng  =',I9,'    ',2X,'geometry: ',A8)">(
+    write<"(1X,'Ri  =',2PF9.3,' cm ',2X,'Ro  =',2PF9.3,' cm ',2X,'Ng  =',I9,'    ',2X,'geometry: ',A8)">(
         MSGFIL, v[RI], v[RO], grid, geometries[static_cast<std::size_t>(geometry)]);
   }
   const auto word = [](Condition c) { return keywords[c].word; };
   write<"(1X,2(A4,1X,1PE9.2,' s  ',2X),A4,1X,I9,'    ',2X,A4,1X,I9,'    ')">(
       MSGFIL, word(TSTA), v[TSTA], word(TE), v[TE], word(NT), count_of(v[NT]), word(NMAX), count_of(v[NMAX]));
-  write<"(1X,'step=',1PE9.2,' s  ',2X,'rst =',1PE9.2,' s  ',2X,'aTol=',1PE9.2,'    ',2X,'rTol=',1PE9.2,'    ')">(
+  write<
+      "(1X,'step=',1PE9.2,' s  ',2X,'rst =',1PE9.2,' s  ',2X,'aTol=',1PE9.2,'    ',2X,'rTol=',1PE9.2,'    ')">(
       MSGFIL, v[STEP], v[RS], v[ATOL], v[RTOL]);
-  write<"(1X,'SE  =',1PE9.2,' J,m', 2X,'SW  =',3PF9.3,' mm ', 2X,'ST  =',3PE9.2,' ms ')">(MSGFIL, v[SE], v[SW], v[ST]);
+  write<"(1X,'SE  =',1PE9.2,' J,m', 2X,'SW  =',3PF9.3,' mm ', 2X,'ST  =',3PE9.2,' ms ')">(MSGFIL, v[SE],
+                                                                                          v[SW], v[ST]);
   if (IOPT(PROFILES) == 1) {
     write<
         "(1X,'amp =',1PE9.2,' K  ',2X,'sig =',1PE9.2,' m  ',2X,'rmax=',2PE9.2,' m  ',2X,'alph=',2PE9.2,'    ',2X,"
@@ -130,8 +161,8 @@ void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Lis
   } else if (IOPT(REDUCED) == 1) {
     write<"(1X,'alph=',1PE9.2,' J,m,K',1X,'alph=',1PE9.2,'m   ')">(MSGFIL, v[ALPH], v[OMEG]);
   }
-  write<"(1X,3(A4,'=',1PE9.2,6X),A4,'=',1PE9.2)">(MSGFIL, word(WFR), v[WFR], word(WFP), v[WFP], word(WFU), v[WFU],
-                                                  word(WFT), v[WFT]);
+  write<"(1X,3(A4,'=',1PE9.2,6X),A4,'=',1PE9.2)">(MSGFIL, word(WFR), v[WFR], word(WFP), v[WFP], word(WFU),
+                                                  v[WFU], word(WFT), v[WFT]);
   write<"(1X,3(A4,'=',1PE9.2,6X),A4,'=',1PE9.2)">(MSGFIL, word(ART), v[ART], word(RB), v[RB]);
 }
 
@@ -139,7 +170,8 @@ void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Lis
 
 bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
   Values VCOND{};
-  std::transform(keywords.begin(), keywords.end(), VCOND.begin(), [](const ConditionKeyword& k) { return k.standard; });
+  std::transform(keywords.begin(), keywords.end(), VCOND.begin(),
+                 [](const ConditionKeyword& k) { return k.standard; });
   if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND)) return false;
 
   const auto geometry = in_five_columns(code_of(VCOND[GE]));

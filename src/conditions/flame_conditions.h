@@ -6,11 +6,11 @@
 
 namespace varpre {
 
-// Reads the flame conditions ("COND" section of NFICON), completes them from defaults, lists them and writes their
-// block of nine records to the store file. Lengths in m, times in s.
+// Reads the flame conditions ("COND" section of NFICON), completes them from defaults, lists them and writes
+// their block of nine records to the store file. Lengths in m, times in s.
 //
-// False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read, no
-// END, one of GE, NG, RI, RO, TE, NT not given, or GE, NG or NGK outside five columns.
+// False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
+// no END, one of GE, NG, RI, RO, TE, NT not given, or GE, NG or NGK outside five columns.
 [[nodiscard]] bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

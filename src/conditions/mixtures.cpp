@@ -26,8 +26,8 @@ struct Given {
 struct Keyword {
   std::string_view word;
   double MixtureState::*value;
-  double factor;        // from the unit of the input
-  bool Given::*given;   // nullptr: optional
+  double factor;       // from the unit of the input
+  bool Given::*given;  // nullptr: optional
 };
 constexpr std::array<Keyword, 10> keywords{{
     {"RHO ", &MixtureState::RHO, 1, &Given::RHO},
@@ -62,8 +62,8 @@ bool find_heading(std::string_view HEAD, Unit& NFICON) {
 }
 
 // Takes the amount of a species.
-void set_amount(const SpeciesName& name, bool readable, double value, const NameIndex& index, MixtureState& mixture,
-                Listing& MSGFIL) {
+void set_amount(const SpeciesName& name, bool readable, double value, const NameIndex& index,
+                MixtureState& mixture, Listing& MSGFIL) {
   const int number = index.find(name);
   if (number == 0) {
     write<"(1H1,5X,'ERROR - Wrong symbol in reaction conditions : ', A,'...')">(MSGFIL, name);
@@ -165,8 +165,8 @@ double mixture_enthalpy(double T, double M, std::span<const double> X, std::span
   return H / M;
 }
 
-// Pairs (name, amount) of the species whose amount is positive, three to a record; the last record holds what is
-// left, or none.
+// Pairs (name, amount) of the species whose amount is positive, three to a record; the last record holds what
+// is left, or none.
 void list_amounts(std::span<const SpeciesName> names, std::span<const double> amounts, bool always_last,
                   Listing& MSGFIL) {
   constexpr std::size_t pairs_per_record = 3;
@@ -177,7 +177,8 @@ void list_amounts(std::span<const SpeciesName> names, std::span<const double> am
     present.push_back(names[i]);
     values.push_back(amounts[i]);
   }
-  const std::size_t records = (values.size() + (always_last ? pairs_per_record : pairs_per_record - 1)) / pairs_per_record;
+  const std::size_t records =
+      (values.size() + (always_last ? pairs_per_record : pairs_per_record - 1)) / pairs_per_record;
   for (std::size_t r = 0; r < records; ++r) {
     const std::size_t first = r * pairs_per_record;
     const std::size_t count = std::min(pairs_per_record, values.size() - first);
@@ -188,13 +189,14 @@ void list_amounts(std::span<const SpeciesName> names, std::span<const double> am
 
 void list_elements(const Elements& elements, std::span<const double> values, Listing& MSGFIL) {
   const auto NE = static_cast<std::size_t>(elements.NE);
-  write<"(1(1H ,7X,4(A2,':',1PE14.7,1X)))">(MSGFIL, zip(std::span(elements.SYME).first(NE), values.first(NE)));
+  write<"(1(1H ,7X,4(A2,':',1PE14.7,1X)))">(MSGFIL,
+                                            zip(std::span(elements.SYME).first(NE), values.first(NE)));
 }
 
 }  // namespace
 
-void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements, Unit& NFICON,
-            Listing& MSGFIL, MixtureState& mixture) {
+void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
+            Unit& NFICON, Listing& MSGFIL, MixtureState& mixture) {
   if (!find_heading(HEAD, NFICON)) {
     write<"(1H ,5X,'WARNING - No composition specified')">(MSGFIL);
     return;
@@ -223,8 +225,8 @@ void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const 
   mixture.RHO = M * mixture.P / (mixture.T * gas_constant);
 }
 
-void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX, const MixtureState& mixture,
-            Listing& MSGFIL) {
+void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
+            const MixtureState& mixture, Listing& MSGFIL) {
   const auto NTOT = static_cast<std::size_t>(species.size());
   const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
   const std::span<const SpeciesName> gas = species.SYMB.first(NGAS);

@@ -12,34 +12,35 @@ namespace varpre {
 
 // One boundary mixture.
 struct MixtureState {
-  double T = 0;     // temperature, K
-  double H = 0;     // specific enthalpy, J/kg
-  double P = 0;     // pressure, Pa
-  double RHO = 0;   // density, kg/m^3
-  double PHI = 0;   // the rest is passed on as read
+  double T = 0;    // temperature, K
+  double H = 0;    // specific enthalpy, J/kg
+  double P = 0;    // pressure, Pa
+  double RHO = 0;  // density, kg/m^3
+  double PHI = 0;  // the rest is passed on as read
   double G = 0;
   double v = 0;
   double FREQ = 0;
   double FAC = 0;
   double OMEG = 0;
-  std::array<double, NSMAX> X{};  // mole fractions of the gas species, and of the surface species among themselves
+  std::array<double, NSMAX>
+      X{};  // mole fractions of the gas species, and of the surface species among themselves
   std::array<double, NSMAX> W{};  // specific mole numbers of the gas species, mol/kg
   std::array<double, NEMAX> B{};  // element mole fractions of the gas mixture
   std::array<double, NEMAX> Z{};  // its element specific mole numbers, mol/kg
 };
 
-// Reads the mixture block that opens with the heading word HEAD (any letter case) from the current position of
-// NFICON on, checks it, and completes it: normalised composition, specific mole numbers, element composition, the
-// missing one of temperature and enthalpy, and the density by the ideal gas law. `species` are the gas species and
-// the NSURF surface species behind them, `elements` those of the gas phase.
+// Reads the mixture block that opens with the heading word HEAD (any letter case) from the current position
+// of NFICON on, checks it, and completes it: normalised composition, specific mole numbers, element
+// composition, the missing one of temperature and enthalpy, and the density by the ideal gas law. `species`
+// are the gas species and the NSURF surface species behind them, `elements` those of the gas phase.
 //
 // A block that is not there is a warning and leaves `mixture` as it was. Any error in the block stops the run
 // (RunStop), after its message and "ERROR - Wrong operation of CHICON".
-void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements, Unit& NFICON,
-            Listing& MSGFIL, MixtureState& mixture);
+void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
+            Unit& NFICON, Listing& MSGFIL, MixtureState& mixture);
 
 // Lists a mixture under its mixture fraction ZMIX.
-void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX, const MixtureState& mixture,
-            Listing& MSGFIL);
+void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
+            const MixtureState& mixture, Listing& MSGFIL);
 
 }  // namespace varpre

@@ -10,12 +10,14 @@ namespace {
 
 // Only the first four characters take part in matching; names of dashes are free slots.
 constexpr OptionNames NTOPT{
-    "PConst. ", "Impulse ", "Energy  ", "T_uni   ", "InnerBou", "Mech.An.", "Photo C.", "Profiles", "Source  ", "Reduced ",
-    "Infinte ", "FuSoret ", "ReGrid  ", "Equi    ", "Store   ", "Output  ", "TSO     ", "Plot    ", "Vectori.", "Extrap. ",
-    "p_inner ", "p_outer ", "T_inner ", "T_outer ", "w_inner ", "w_outer ", "Fix     ", "Kalei   ", "Cyclic  ", "Global  ",
-    "OutSen  ", "VSens   ", "TecNO   ", "RevSim  ", "Relax   ", "BLAA    ", "Tecplot ", "------- ", "Analyse ", "OldRes  ",
-    "v_inner ", "v_outer ", "G_inner ", "G_outer ", "J_inner ", "J_outer ", "------- ", "------- ", "------- ", "Solid   ",
-    "PLN2D   ", "REFIGRID", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- "};
+    "PConst. ", "Impulse ", "Energy  ", "T_uni   ", "InnerBou", "Mech.An.", "Photo C.", "Profiles",
+    "Source  ", "Reduced ", "Infinte ", "FuSoret ", "ReGrid  ", "Equi    ", "Store   ", "Output  ",
+    "TSO     ", "Plot    ", "Vectori.", "Extrap. ", "p_inner ", "p_outer ", "T_inner ", "T_outer ",
+    "w_inner ", "w_outer ", "Fix     ", "Kalei   ", "Cyclic  ", "Global  ", "OutSen  ", "VSens   ",
+    "TecNO   ", "RevSim  ", "Relax   ", "BLAA    ", "Tecplot ", "------- ", "Analyse ", "OldRes  ",
+    "v_inner ", "v_outer ", "G_inner ", "G_outer ", "J_inner ", "J_outer ", "------- ", "------- ",
+    "------- ", "Solid   ", "PLN2D   ", "REFIGRID", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- "};
 
 bool fail(Listing& MSGFIL) {
   write<"(3(' ','+++ Error in GENOPT +++',/))">(MSGFIL);
@@ -54,9 +56,11 @@ bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& compl
   bool LOK = true;
   complete = false;
   for (OptionRecord record; read_option_record(NFICON, record);) {
-    const auto end = std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
+    const auto end =
+        std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
     if (std::any_of(record.begin(), end, [](const OptionField& f) { return !f.value; })) break;
-    std::for_each(record.begin(), end, [&](const OptionField& f) { LOK = set_option(f, IOPT, MSGFIL) && LOK; });
+    std::for_each(record.begin(), end,
+                  [&](const OptionField& f) { LOK = set_option(f, IOPT, MSGFIL) && LOK; });
     if (end == record.end()) continue;
     complete = true;
     return LOK;

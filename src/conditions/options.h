@@ -42,15 +42,16 @@ using OptionRecord = std::array<OptionField, fields_per_record>;
 // Reads the seven fields of the next record; false at end of file.
 [[nodiscard]] bool read_option_record(Unit& NFICON, OptionRecord& record);
 
-// Lists the slots that are not 0 as pairs (name, value), five to a record; the last record holds the pairs that are
-// left, or none.
+// Lists the slots that are not 0 as pairs (name, value), five to a record; the last record holds the pairs
+// that are left, or none.
 void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& MSGFIL);
 
-// Reads the option section at the beginning of NFICON: title records, the heading, option records up to END. Lists
-// titles and options, fills IOPT (a value of 0 or none sets 1) and writes the option block to the store file.
+// Reads the option section at the beginning of NFICON: title records, the heading, option records up to END.
+// Lists titles and options, fills IOPT (a value of 0 or none sets 1) and writes the option block to the store
+// file.
 //
-// False, after its message: a wrong heading, an option record that cannot be read, or no END (no block then); an
-// unknown option (the others are taken, listed and written).
+// False, after its message: a wrong heading, an option record that cannot be read, or no END (no block then);
+// an unknown option (the others are taken, listed and written).
 [[nodiscard]] bool GENOPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO, OptionVector& IOPT);
 
 }  // namespace varpre

@@ -14,9 +14,9 @@ namespace varpre {
 namespace {
 
 struct Particles {
-  int NRGP = 0;                        // grid size
-  std::vector<SpeciesName> names;      // particle species, NPL of them
-  std::vector<double> XPA;             // their initial fractions
+  int NRGP = 0;                    // grid size
+  std::vector<SpeciesName> names;  // particle species, NPL of them
+  std::vector<double> XPA;         // their initial fractions
 };
 
 // Stands behind the next record that begins with a word of four characters; false when there is none.
@@ -50,8 +50,8 @@ bool read_names(Unit& NFICON, std::vector<SpeciesName>& names) {
 // Grid size and list of the section, up to the heading of the fractions.
 bool read_section(Unit& NFICON, Particles& particles) {
   NFICON.rewind();
-  return find_record("PART", NFICON) && read_grid_size(NFICON, particles.NRGP) && find_record("PASP", NFICON) &&
-         read_names(NFICON, particles.names) && find_record("PARi", NFICON);
+  return find_record("PART", NFICON) && read_grid_size(NFICON, particles.NRGP) &&
+         find_record("PASP", NFICON) && read_names(NFICON, particles.names) && find_record("PARi", NFICON);
 }
 
 // Takes the fraction records up to END; false, some with a message of their own, at an error.

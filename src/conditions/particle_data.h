@@ -5,9 +5,10 @@
 
 namespace varpre {
 
-// Reads the particle section of NFICON (grid size, list of particle species, their initial fractions), fetches the
-// data of each species from the particle database `thermliq`, which it opens, and appends the particle block to the
-// store file, behind its end marker. NPART is the number of particle species that the driver read.
+// Reads the particle section of NFICON (grid size, list of particle species, their initial fractions),
+// fetches the data of each species from the particle database `thermliq`, which it opens, and appends the
+// particle block to the store file, behind its end marker. NPART is the number of particle species that the
+// driver read.
 //
 // Every error is reported in the listing and ends the stage; what was appended before it stays.
 void GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO);

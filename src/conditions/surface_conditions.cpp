@@ -17,7 +17,8 @@ struct Property {
   std::string_view consequence;
 };
 
-// In the order of the store file; the last three are the catalyst's dimensions, needed in a counter flow only.
+// In the order of the store file; the last three are the catalyst's dimensions, needed in a counter flow
+// only.
 constexpr std::array<Property, 15> properties{{
     {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED"},
     {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED"},

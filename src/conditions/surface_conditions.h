@@ -5,12 +5,13 @@
 
 namespace varpre {
 
-// Reads the surface conditions ("SURFACE COND" section of NFICON), lists them and writes their block to the store
-// file: wall temperature, site density and the other wall properties; in a counter flow the three dimensions of the
-// catalyst as well. A property that is not given exactly once gets a warning and its last, or its standard, value.
+// Reads the surface conditions ("SURFACE COND" section of NFICON), lists them and writes their block to the
+// store file: wall temperature, site density and the other wall properties; in a counter flow the three
+// dimensions of the catalyst as well. A property that is not given exactly once gets a warning and its last,
+// or its standard, value.
 //
-// False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read, no
-// END, or a counter flow in which a dimension is not given exactly once.
+// False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
+// no END, or a counter flow in which a dimension is not given exactly once.
 [[nodiscard]] bool GENCOW(bool counter_flow, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

@@ -14,28 +14,43 @@ namespace {
 
 // Only the first four characters take part in matching; names of dashes are free slots.
 constexpr OptionNames N2TOPT{
-    "EXTRAP  ", "IMPULSE ", "------- ", "WALLREA ", "------- ", "SOURCE  ", "REYOUT  ", "------- ", "OUTERBOU", "------- ",
-    "REGRID  ", "FUSORET ", "------- ", "VARDRO  ", "TECPLOT ", "STORE   ", "OUTPUT  ", "TINHOM  ", "WALL    ", "PLOT    ",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "--------",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "SOLID   ",
-    "PLN2D   ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- "};
+    "EXTRAP  ", "IMPULSE ", "------- ", "WALLREA ", "------- ", "SOURCE  ", "REYOUT  ", "------- ",
+    "OUTERBOU", "------- ", "REGRID  ", "FUSORET ", "------- ", "VARDRO  ", "TECPLOT ", "STORE   ",
+    "OUTPUT  ", "TINHOM  ", "WALL    ", "PLOT    ", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "--------", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "SOLID   ", "PLN2D   ", "------- ", "------- ", "------- ", "------- ", "------- ",
+    "------- ", "------- ", "------- ", "------- "};
 
 struct Parameter {
   std::string_view word;  // dashes: cannot be set
   double standard;
 };
 constexpr std::array<Parameter, 16> parameters{{
-    {"UINI", 0}, {"VINI", 0}, {"RI2 ", 0}, {"DIST", 0},
-    {"----", 0}, {"TMAX", 1.0E+30}, {"HMAX", 1.0E+30}, {"REDF", 1.0},
-    {"XSOU", 1.0E+30}, {"YSOU", 1.0E+30}, {"----", 0}, {"----", 0},
-    {"GACC", 0}, {"----", 0}, {"----", 0}, {"----", 0},
+    {"UINI", 0},
+    {"VINI", 0},
+    {"RI2 ", 0},
+    {"DIST", 0},
+    {"----", 0},
+    {"TMAX", 1.0E+30},
+    {"HMAX", 1.0E+30},
+    {"REDF", 1.0},
+    {"XSOU", 1.0E+30},
+    {"YSOU", 1.0E+30},
+    {"----", 0},
+    {"----", 0},
+    {"GACC", 0},
+    {"----", 0},
+    {"----", 0},
+    {"----", 0},
 }};
 using ParameterValues = std::array<double, parameters.size()>;
 
 using StoreRecord = Text<200>;
 constexpr std::string_view radius_record = "INNER AN";
-constexpr std::ptrdiff_t weight_record = 6;  // records below the radius record, the last of the flame conditions
+constexpr std::ptrdiff_t weight_record =
+    6;  // records below the radius record, the last of the flame conditions
 
 bool find_record(std::string_view word, Unit& NFICON) {
   Text<4> record;
@@ -78,7 +93,8 @@ bool matches(const OptionField& entry, std::string_view option) {
 OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
   OptionVector IOPT2;
   for (const OptionField& entry : entries) {
-    const bool known = std::any_of(N2TOPT.begin(), N2TOPT.end(), [&](std::string_view o) { return matches(entry, o); });
+    const bool known =
+        std::any_of(N2TOPT.begin(), N2TOPT.end(), [&](std::string_view o) { return matches(entry, o); });
     if (entry.name.blank() || known) continue;
     write<"('*!* WARNING: OPTION ',A8,'NOT FOUND IN OPTIONSLIST!')">(MSGFIL, entry.name);
   }
@@ -157,7 +173,8 @@ void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
     return;
   }
   ParameterValues values{};
-  std::transform(parameters.begin(), parameters.end(), values.begin(), [](const Parameter& p) { return p.standard; });
+  std::transform(parameters.begin(), parameters.end(), values.begin(),
+                 [](const Parameter& p) { return p.standard; });
   if (!read_parameters(NFICON, MSGFIL, values)) return;
 
   std::vector<StoreRecord> records = records_of(NFISTO);

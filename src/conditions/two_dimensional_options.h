@@ -5,9 +5,10 @@
 
 namespace varpre {
 
-// Prepares the finished store file for a two-dimensional problem: reads the sections "2DOP" (options) and "2DIN"
-// (control parameters) of NFICON, replaces the option records 2-4 by the two-dimensional option vector and inserts
-// four records of control parameters behind the flame conditions. All records lose their trailing blanks.
+// Prepares the finished store file for a two-dimensional problem: reads the sections "2DOP" (options) and
+// "2DIN" (control parameters) of NFICON, replaces the option records 2-4 by the two-dimensional option vector
+// and inserts four records of control parameters behind the flame conditions. All records lose their trailing
+// blanks.
 //
 // An unknown option is a warning. Every error is reported in the listing and leaves the store file as it was.
 void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);

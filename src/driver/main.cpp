@@ -1,11 +1,11 @@
-#include <unistd.h>
-
 #include <exception>
 #include <string>
+#include <unistd.h>
 
 #include "driver/run.h"
 
-// The program takes no arguments. Exit status 0 for every orderly end, 2 when the machine does not let it work.
+// The program takes no arguments. Exit status 0 for every orderly end, 2 when the machine does not let it
+// work.
 int main() {
   try {
     varpre::Files files = varpre::Files::on_disk();

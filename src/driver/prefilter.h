@@ -5,9 +5,9 @@
 
 namespace varpre {
 
-// Copies the lines of an input unit to another one, each cut or padded to 80 characters, without comment lines
-// (those that begin with **** or ----), and stands before the first record of the copy. The copy knows the origin
-// of its records.
+// Copies the lines of an input unit to another one, each cut or padded to 80 characters, without comment
+// lines (those that begin with **** or ----), and stands before the first record of the copy. The copy knows
+// the origin of its records.
 //
 // When the input cannot be read to its end, reports it in the listing and throws on (std::system_error).
 void REMCOM(Unit& input, Unit& copy, Listing& MSGFIL);

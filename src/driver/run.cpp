@@ -1,9 +1,8 @@
 #include "driver/run.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <memory>
+#include <unistd.h>
 
 #include "conditions/flame_conditions.h"
 #include "conditions/mixtures.h"
@@ -46,8 +45,8 @@ void write_abnormal_end(Listing& MSGFIL) {
   write<"(3(6X,31('*'),'ABNORMAL END',31('*'),/))">(MSGFIL);
 }
 
-// The run sequence. Its members are the data that the stages hand on; each step reads like the order of the blocks
-// in the store file.
+// The run sequence. Its members are the data that the stages hand on; each step reads like the order of the
+// blocks in the store file.
 class Sequence {
  public:
   explicit Sequence(Files& files)
@@ -179,7 +178,8 @@ class Sequence {
     CHICON(HEADF, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
     const auto XCOND = std::span(mixture->X).first(static_cast<std::size_t>(NGAS + NSURF));
     const auto& m = *mixture;
-    write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC, m.OMEG);
+    write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC,
+                                            m.OMEG);
     PRICOM(all(), NSURF, gas_elements_, ZMIX, m, MSGFIL);
   }
 

@@ -20,7 +20,7 @@ struct Files {
   Unit conditions_copy;  // 10, 11, 12: the inputs without comment lines, files fort.10 to fort.12
   Unit mechanism_copy;
   Unit thermo_copy;
-  Unit particles;        // 55 THERMLIQ: particle database, opened only when it is needed
+  Unit particles;  // 55 THERMLIQ: particle database, opened only when it is needed
   Listing listing;
 
  private:
@@ -29,8 +29,8 @@ struct Files {
 
 enum class RunEnd { normal, abnormal };
 
-// One run: opens the files, runs the stages in their order, and saves the copies and the store file. Whatever the
-// input holds, the run ends in an orderly way, with its banner or its message in the listing. Throws
+// One run: opens the files, runs the stages in their order, and saves the copies and the store file. Whatever
+// the input holds, the run ends in an orderly way, with its banner or its message in the listing. Throws
 // std::system_error when a file cannot be opened, read or written.
 RunEnd run(Files& files);
 

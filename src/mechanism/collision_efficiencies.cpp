@@ -30,7 +30,9 @@ class Efficiencies {
       : NS_(static_cast<std::size_t>(NS)), values_(static_cast<std::size_t>(NCOLL) * NS_, 0.0) {
     std::fill_n(values_.begin(), NS_, 1.0);
   }
-  std::span<double> row(int c) { return std::span(values_).subspan(static_cast<std::size_t>(c - 1) * NS_, NS_); }
+  std::span<double> row(int c) {
+    return std::span(values_).subspan(static_cast<std::size_t>(c - 1) * NS_, NS_);
+  }
   void fill(double value) { std::fill(values_.begin(), values_.end(), value); }
 
  private:
@@ -108,7 +110,8 @@ bool names_all_states(const SpeciesName& name) {
   return EQUSYM(4, name.view(), "N2(V") || EQUSYM(4, name.view(), "O2(V");
 }
 
-void set_efficiencies(const Block& block, const ReactionNames& names, std::span<double> row, Listing& MSGFIL) {
+void set_efficiencies(const Block& block, const ReactionNames& names, std::span<double> row,
+                      Listing& MSGFIL) {
   for (std::size_t k = 0; k < block.count; ++k) {
     const SpeciesName& name = block.species[k];
     const int compared = names_all_states(name) ? 4 : 8;
@@ -164,8 +167,8 @@ bool check_definitions(const Mechanism& mechanism, std::span<const bool> defined
 
 }  // namespace
 
-bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC, Unit& NFICON, Listing& MSGFIL,
-            Unit& NFISTO) {
+bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC, Unit& NFICON,
+            Listing& MSGFIL, Unit& NFISTO) {
   const int NCOLL = mechanism.NCOLL;
   if (NCOLL * names.NS() > NEFMAX) {
     write<"('1',5X,'ERROR: collision efficiencies exceed ',I5,' places')">(MSGFIL, NEFMAX);
@@ -206,7 +209,8 @@ bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC
     write<"(' ',7X,'NM = ',I3,' additional third bodies defined ','(besides ',A,')')">(MSGFIL, blocks, M);
   }
   for (int c = 1; c <= NCOLL; ++c) {
-    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[static_cast<std::size_t>(c - 1)]), EFF.row(c));
+    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[static_cast<std::size_t>(c - 1)]),
+                                           EFF.row(c));
   }
   return true;
 }

@@ -14,14 +14,14 @@ namespace {
 constexpr std::size_t half = 3;  // slots 1..3 are reactants, 4..6 products
 
 struct ComplexReaction {
-  std::array<Text<1>, 2 * half> mark;     // listed only
-  std::array<double, 2 * half> STOBR{};   // stoichiometric coefficients, 0 for an empty slot
+  std::array<Text<1>, 2 * half> mark;    // listed only
+  std::array<double, 2 * half> STOBR{};  // stoichiometric coefficients, 0 for an empty slot
   std::array<SpeciesName, 2 * half> name;
-  std::array<double, 2 * half> ORD{};     // reaction orders
-  std::array<int, 2 * half> NUMS{};       // species numbers, 0 for a blank name
-  double ABR = 0;                         // pre-exponential factor
-  double TBR = 0;                         // temperature exponent
-  double EBR = 0;                         // activation energy; kJ/mol until it is listed, then J/mol
+  std::array<double, 2 * half> ORD{};  // reaction orders
+  std::array<int, 2 * half> NUMS{};    // species numbers, 0 for a blank name
+  double ABR = 0;                      // pre-exponential factor
+  double TBR = 0;                      // temperature exponent
+  double EBR = 0;                      // activation energy; kJ/mol until it is listed, then J/mol
 };
 
 // `count` slots of a reaction from `first` on, in the order in which a record holds them.
@@ -53,9 +53,10 @@ bool read_reaction(Unit& NFIMEC, ComplexReaction& r) {
 void list_reaction(int number, ComplexReaction& r, Listing& MSGFIL) {
   write<"(' ','(',I3,')',A1,F4.2,1X,A8,'(',F4.1,')', 5(1X,A1,F4.2,1X,A8,'(',F4.1,')'))">(
       MSGFIL, number, slots(r, 0, filled_slots(r, 0)));
-  write<"(' ',A4,4(1X,A1,F4.2,1X,A8,'(',F4.1,')'))">(MSGFIL, Text<4>("  ->"), slots(r, half, filled_slots(r, half)));
-  write<"(' ',7X,'A =',1PE10.3,'           ',5X,'TC =',0PF8.3, 5X,'E =',0PF10.2,' KJ/MOL')">(MSGFIL, r.ABR, r.TBR,
-                                                                                                r.EBR);
+  write<"(' ',A4,4(1X,A1,F4.2,1X,A8,'(',F4.1,')'))">(MSGFIL, Text<4>("  ->"),
+                                                     slots(r, half, filled_slots(r, half)));
+  write<"(' ',7X,'A =',1PE10.3,'           ',5X,'TC =',0PF8.3, 5X,'E =',0PF10.2,' KJ/MOL')">(MSGFIL, r.ABR,
+                                                                                             r.TBR, r.EBR);
 }
 
 // Numbers of the named species; of equal names in SYMB the last. False at a name that is not there.
@@ -91,8 +92,8 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   }
   write<"(I5,' COMPLEX REACTIONS')">(NFISTO, NBRUT);
   if (NBRUT > MNCRE) {
-    write_free(MSGFIL, Text<36>(" Too many complex reactions, NBRUT ("), NBRUT, Text<11>(") > MNCRE ("), MNCRE,
-               Text<1>(")"));
+    write_free(MSGFIL, Text<36>(" Too many complex reactions, NBRUT ("), NBRUT, Text<11>(") > MNCRE ("),
+               MNCRE, Text<1>(")"));
     throw RunStop{};
   }
 

@@ -9,11 +9,13 @@
 namespace varpre {
 
 // Reads the complex (global) reactions of the "COMP" section of NFIMEC, lists them, numbered on from the NR
-// elementary reactions, and writes their block to the store file: stoichiometric coefficients, species numbers in
-// SYMB, orders, and A (SI units), b, E (J/mol). No section is no error: the block holds a count of 0.
+// elementary reactions, and writes their block to the store file: stoichiometric coefficients, species
+// numbers in SYMB, orders, and A (SI units), b, E (J/mol). No section is no error: the block holds a count of
+// 0.
 //
-// False, after its message: count or reaction that cannot be read, a reaction without reactants (accepted when
-// `reactants_optional`), an unknown species name. Stops the run (RunStop) with more than MNCRE reactions.
+// False, after its message: count or reaction that cannot be read, a reaction without reactants (accepted
+// when `reactants_optional`), an unknown species name. Stops the run (RunStop) with more than MNCRE
+// reactions.
 [[nodiscard]] bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Unit& NFIMEC,
                           Listing& MSGFIL, Unit& NFISTO);
 

@@ -26,7 +26,9 @@ SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
 class Duplicates {
  public:
   explicit Duplicates(int most_reactions)
-      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0), next_(1, 0), last_(1, 0) {}
+      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0),
+        next_(1, 0),
+        last_(1, 0) {}
 
   // Adds the last of the reactions and visits the numbers of all earlier equal ones in order.
   template <class Visit>
@@ -34,7 +36,9 @@ class Duplicates {
     const int number = static_cast<int>(reactions.size());
     next_.push_back(0);
     last_.push_back(number);
-    const auto vector_of = [&](int k) -> const SpeciesVector& { return reactions[static_cast<std::size_t>(k - 1)].MAT; };
+    const auto vector_of = [&](int k) -> const SpeciesVector& {
+      return reactions[static_cast<std::size_t>(k - 1)].MAT;
+    };
     const SpeciesVector& MAT = vector_of(number);
     const std::size_t mask = first_.size() - 1;
     std::size_t at = hash(MAT) & mask;
@@ -151,8 +155,8 @@ bool find_heading(Phase phase, Unit& NFIMEC, Listing& MSGFIL, Text<80>& heading)
 
 void list_header(const Text<80>& heading, Listing& MSGFIL) {
   const Text<6> blanks;
-  write<"(' ',3X,A60,A,'A',5X,'T-Exp.',4X,'E',/,A,60X,'(cm,mol,s)',2X,'(-)',2X,'(kJ/mol)')">(MSGFIL, heading, blanks,
-                                                                                               blanks);
+  write<"(' ',3X,A60,A,'A',5X,'T-Exp.',4X,'E',/,A,60X,'(cm,mol,s)',2X,'(-)',2X,'(kJ/mol)')">(MSGFIL, heading,
+                                                                                             blanks, blanks);
 }
 
 std::vector<int> pair_codes(Phase phase, std::span<const Reaction> reactions) {
@@ -192,8 +196,8 @@ void list_pairs(std::span<const int> IREVER, Listing& MSGFIL) {
       close[i] = ")";
     }
     const auto part = [&](auto& array) { return std::span(array).first(count); };
-    write<"('      ',5(A1,I4,A1,I4,A1,3X))">(MSGFIL,
-                                              zip(part(open), part(forward), part(comma), part(reverse), part(close)));
+    write<"('      ',5(A1,I4,A1,I4,A1,3X))">(
+        MSGFIL, zip(part(open), part(forward), part(comma), part(reverse), part(close)));
   }
 }
 
@@ -230,7 +234,8 @@ void find_inert_species(const ReactionNames& names, Mechanism& mechanism, Listin
   }
 }
 
-// The net coefficients of a reaction: species numbers with products less educts, zero ones left out, each once.
+// The net coefficients of a reaction: species numbers with products less educts, zero ones left out, each
+// once.
 struct NetCoefficients {
   std::array<std::array<int, 2>, 12> entries{};  // species number, coefficient
   std::size_t count = 0;
@@ -249,7 +254,8 @@ NetCoefficients net_coefficients(Phase phase, const SpeciesVector& MAT) {
   }
   const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
   net.count = static_cast<std::size_t>(
-      std::remove_if(net.entries.begin(), end, [](const auto& e) { return e[1] == 0; }) - net.entries.begin());
+      std::remove_if(net.entries.begin(), end, [](const auto& e) { return e[1] == 0; }) -
+      net.entries.begin());
   return net;
 }
 
@@ -287,8 +293,8 @@ void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
   write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
   for (const Reaction& r : mechanism.reactions) {
     if (phase == Phase::gas) {
-      write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(NFISTO, std::span(r.MAT).first(6), r.AFAC, r.TEXP,
-                                                                      r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
+      write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(
+          NFISTO, std::span(r.MAT).first(6), r.AFAC, r.TEXP, r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
       write<"(25X,3(1PE11.4,1X),/,25X,3(1PE9.2,1X),1X,1PE9.2,1X,1PE9.2)">(NFISTO, r.FALL);
     } else {
       write<"(12(1X,I5),/,36X,3X,3(1PE11.4,1X),/,3(1X,I5),18X,3X,3(1PE11.4,1X))">(
@@ -297,12 +303,15 @@ void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
   }
 }
 
-// The net coefficients by species and then by reaction. False, after the message, when there are more than fit.
+// The net coefficients by species and then by reaction. False, after the message, when there are more than
+// fit.
 bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, Listing& MSGFIL) {
-  std::vector<std::size_t> next(static_cast<std::size_t>(NS) + 2, 0);  // per species: place of its next triple
+  std::vector<std::size_t> next(static_cast<std::size_t>(NS) + 2,
+                                0);  // per species: place of its next triple
   const auto for_each = [&](auto visit) {
     for (int r = 1; r <= mechanism.NR(); ++r) {
-      const NetCoefficients net = net_coefficients(phase, mechanism.reactions[static_cast<std::size_t>(r - 1)].MAT);
+      const NetCoefficients net =
+          net_coefficients(phase, mechanism.reactions[static_cast<std::size_t>(r - 1)].MAT);
       for (const auto& [s, coefficient] : std::span(net.entries).first(net.count)) {
         if (s <= NS) visit(static_cast<std::size_t>(s), r, coefficient);
       }
@@ -334,7 +343,8 @@ void write_pointers(const Mechanism& mechanism, Unit& NFISTO) {
 }  // namespace
 
 bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
-            const MechanismOptions& options, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO, Mechanism& mechanism) {
+            const MechanismOptions& options, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO,
+            Mechanism& mechanism) {
   mechanism = {};
   Text<80> heading;
   if (!find_heading(phase, NFIMEC, MSGFIL, heading)) return false;

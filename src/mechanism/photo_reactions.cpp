@@ -28,7 +28,8 @@ ReadResult read_reaction(Unit& NFIMEC, PhotoReaction& r) {
 }
 
 // Numbers of the reactant and the products; false when the record breaks a rule.
-bool resolve_names(const NameIndex& index, const PhotoReaction& r, int& reactant, std::array<int, 3>& products) {
+bool resolve_names(const NameIndex& index, const PhotoReaction& r, int& reactant,
+                   std::array<int, 3>& products) {
   reactant = r.reactant.blank() ? 0 : index.find(r.reactant);
   if (r.separators[0].view() != ">" || reactant == 0) return false;
   for (std::size_t k = 0; k < products.size(); ++k) {
@@ -65,7 +66,8 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Unit& NFIMEC, Listing& MSGFIL, Un
       write<"(/,5X,'UNREADABLE PHOTO REACTION ',I2)">(MSGFIL, i);
       return false;
     }
-    write<"(1X,'(',I2,') ',A8,3(A1,A8),1PE10.3)">(MSGFIL, i, r.reactant, zip(r.separators, r.products), r.rate);
+    write<"(1X,'(',I2,') ',A8,3(A1,A8),1PE10.3)">(MSGFIL, i, r.reactant, zip(r.separators, r.products),
+                                                  r.rate);
     int reactant = 0;
     std::array<int, 3> products{};
     if (!resolve_names(index, r, reactant, products)) {

@@ -8,12 +8,12 @@
 
 namespace varpre {
 
-// Reads the first-order photo reactions of the "PHOT" section of NFIMEC, lists them and writes their block to the
-// store file: the numbers of the reactant and of up to three products in SYMB (0 for none), and the rate. No
-// section is no error: the block holds a count of 0.
+// Reads the first-order photo reactions of the "PHOT" section of NFIMEC, lists them and writes their block to
+// the store file: the numbers of the reactant and of up to three products in SYMB (0 for none), and the rate.
+// No section is no error: the block holds a count of 0.
 //
-// False, after its message: count or reaction that cannot be read, more than NPMAX reactions, an unknown species,
-// no ">" behind the reactant. The records before that stand in the store file.
+// False, after its message: count or reaction that cannot be read, more than NPMAX reactions, an unknown
+// species, no ">" behind the reactant. The records before that stand in the store file.
 [[nodiscard]] bool INIPHO(std::span<const SpeciesName> SYMB, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

@@ -19,36 +19,37 @@ constexpr int most_educts(Phase phase) {
 // Educts in slots 1..MAXE, products in slots MAXE+1..2*MAXE, as species numbers; 0 for an empty slot.
 using SpeciesVector = std::array<int, 12>;
 
-// Rate forms (IARRH). A generated reverse whose rate the solver computes carries the negative of its forward form.
+// Rate forms (IARRH). A generated reverse whose rate the solver computes carries the negative of its forward
+// form.
 enum RateForm : int {
-  arrhenius = 0,              // k = A T^b exp(-E/RT)
-  coverage_dependent = 1,     // activation energy depends on the coverage of species ICOV
+  arrhenius = 0,           // k = A T^b exp(-E/RT)
+  coverage_dependent = 1,  // activation energy depends on the coverage of species ICOV
   falloff = 2,
-  reversible_arrhenius = 3,   // its reverse is left to the solver
-  non_arrhenius = 4           // never reversible
+  reversible_arrhenius = 3,  // its reverse is left to the solver
+  non_arrhenius = 4          // never reversible
 };
 
 struct Reaction {
-  double AFAC = 0;              // pre-exponential factor; cm, mol, s until the mechanism is complete, then SI
-  double TEXP = 0;              // temperature exponent
-  double EXA = 0;               // activation energy, J/mol
-  double VT4 = 0;               // further rate values of coverage-dependent and non-Arrhenius forms
+  double AFAC = 0;  // pre-exponential factor; cm, mol, s until the mechanism is complete, then SI
+  double TEXP = 0;  // temperature exponent
+  double EXA = 0;   // activation energy, J/mol
+  double VT4 = 0;   // further rate values of coverage-dependent and non-Arrhenius forms
   double VT5 = 0;
   double VT6 = 0;
   int IARRH = arrhenius;
-  int ISTICK = 0;               // number of the sticking gas species
-  int ICOV = 0;                 // number of the species whose coverage counts
-  std::array<double, 8> FALL{}; // falloff parameters FALL1..FALL8
-  bool MARK = false;            // marked in the fixed form
-  SpeciesVector MAT{};          // each group in decreasing order
+  int ISTICK = 0;                // number of the sticking gas species
+  int ICOV = 0;                  // number of the species whose coverage counts
+  std::array<double, 8> FALL{};  // falloff parameters FALL1..FALL8
+  bool MARK = false;             // marked in the fixed form
+  SpeciesVector MAT{};           // each group in decreasing order
 };
 
 // The names of the collision partners ("third bodies"), which a reaction may name like species.
 inline constexpr int partner_count = 27;
 inline constexpr std::array<std::string_view, partner_count> MCOLLI{
-    "M",      "M'",      "M''",      "M'''", "M''''", "M'''''", "M''''''", "M'''''''", "M*",
-    "M**",    "M***",    "M****",    "M*****", "M******", "M*******", "M(1)", "M(2)", "M(3)",
-    "M(4)",   "M(5)",    "M(6)",     "M(7)", "M(8)",  "M(9)",   "M(10)",   "M(11)",    "M(12)"};
+    "M",    "M'",   "M''",   "M'''",   "M''''",   "M'''''",   "M''''''", "M'''''''", "M*",
+    "M**",  "M***", "M****", "M*****", "M******", "M*******", "M(1)",    "M(2)",     "M(3)",
+    "M(4)", "M(5)", "M(6)",  "M(7)",   "M(8)",    "M(9)",     "M(10)",   "M(11)",    "M(12)"};
 
 // The species of a phase followed by the collision partners: what the names of a reaction are looked up in.
 // Species numbers 1..NS, partners NS+1..NS+27.
@@ -73,12 +74,12 @@ class ReactionNames {
 
 // A complete mechanism of one phase.
 struct Mechanism {
-  std::vector<Reaction> reactions;           // generated reverses included
-  int NCOLL = 2;                             // third bodies kept
-  std::array<bool, partner_count> used{};    // partners that occur in some reaction
-  std::vector<int> IREVER;                   // 1 no pair, 2 forward and 3 reverse of a pair; negative when marked
-  std::vector<bool> INERT;                   // per species: occurs in no reaction
-  std::vector<std::array<int, 3>> NRVEC;     // species, reaction, net coefficient, by species and then reaction
+  std::vector<Reaction> reactions;         // generated reverses included
+  int NCOLL = 2;                           // third bodies kept
+  std::array<bool, partner_count> used{};  // partners that occur in some reaction
+  std::vector<int> IREVER;  // 1 no pair, 2 forward and 3 reverse of a pair; negative when marked
+  std::vector<bool> INERT;  // per species: occurs in no reaction
+  std::vector<std::array<int, 3>> NRVEC;  // species, reaction, net coefficient, by species and then reaction
 
   int NR() const { return static_cast<int>(reactions.size()); }
 };

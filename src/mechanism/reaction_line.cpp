@@ -49,8 +49,8 @@ double take_last_number(std::string_view& text, std::string_view message, Listin
   return *value;
 }
 
-// Splits a free-form line: the equation, then A, b and E, separated by blanks. False when the equation has more than
-// ten names; it holds the first ten then.
+// Splits a free-form line: the equation, then A, b and E, separated by blanks. False when the equation has
+// more than ten names; it holds the first ten then.
 bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& MSGFIL) {
   std::string_view text = line.view();
   text = text.substr(0, text.find('!'));
@@ -71,8 +71,8 @@ bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& M
 }
 
 bool read_fixed_form(Unit& NFIMEC, Reaction& reaction, Equation& equation) {
-  return bool(read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(
-      NFIMEC, zip(equation.names, equation.delimiters), reaction.AFAC, reaction.TEXP, reaction.EXA));
+  return bool(read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(NFIMEC, zip(equation.names, equation.delimiters),
+                                                             reaction.AFAC, reaction.TEXP, reaction.EXA));
 }
 
 // "$": activation energy that depends on the coverage of a species of the phase.
@@ -80,7 +80,8 @@ bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reac
   Text<1> mark;
   Text<33> species;
   reaction.IARRH = coverage_dependent;
-  if (!read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5, reaction.VT6)) {
+  if (!read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5,
+                                             reaction.VT6)) {
     return false;
   }
   reaction.VT6 *= 1000;
@@ -98,7 +99,8 @@ bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction) {
   auto& FALL = reaction.FALL;
   reaction.IARRH = falloff;
   if (!read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2])) return false;
-  if (!read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7])) return false;
+  if (!read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]))
+    return false;
   FALL[2] *= 1000;
   return mark.view() == "#";
 }
@@ -129,8 +131,8 @@ bool read_rate_lines(const ReactionNames& names, Unit& NFIMEC, Reaction& reactio
   return false;
 }
 
-// Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products positive.
-// Finds out whether the reaction is reversible. False, after the message, at an unknown name.
+// Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products
+// positive. Finds out whether the reaction is reversible. False, after the message, at an unknown name.
 bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
                    std::array<int, most_names>& numbers) {
   bool products = false;
@@ -154,9 +156,10 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
   return true;
 }
 
-// Sticking reactions: A is a sticking coefficient, b and E have no meaning. False, after the message, when the
-// first name is a collision partner.
-bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reaction& reaction, Listing& MSGFIL) {
+// Sticking reactions: A is a sticking coefficient, b and E have no meaning. False, after the message, when
+// the first name is a collision partner.
+bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reaction& reaction,
+                   Listing& MSGFIL) {
   reaction.EXA = 0;
   reaction.TEXP = 0.5;
   for (int k = 1; k <= names.NS(); ++k) {
@@ -170,7 +173,8 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
   return true;
 }
 
-// Sorts the numbered names into the slots of the phase; false, after the message, when there are none or too many.
+// Sorts the numbered names into the slots of the phase; false, after the message, when there are none or too
+// many.
 bool collect(Phase phase, std::span<const int> numbers, SpeciesVector& KSPEC, Listing& MSGFIL) {
   const int MAXE = most_educts(phase);
   const auto take = [&](int sign, int first_slot) {
@@ -228,7 +232,8 @@ void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
 
 }  // namespace
 
-LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL, ReactionLine& line) {
+LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL,
+                  ReactionLine& line) {
   line = {};
   Line text;
   Keyword keyword;
@@ -248,7 +253,8 @@ LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing
   std::array<int, most_names> numbers{};
   const std::size_t names_that_count = phase == Phase::gas ? 5 : most_names;
   if (read_equation(text, keyword == Keyword::MAXI, NFIMEC, reaction, equation, MSGFIL) &&
-      read_rate_lines(names, NFIMEC, reaction, MSGFIL) && resolve_names(names, equation, line, MSGFIL, numbers) &&
+      read_rate_lines(names, NFIMEC, reaction, MSGFIL) &&
+      resolve_names(names, equation, line, MSGFIL, numbers) &&
       (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
       collect(phase, std::span(numbers).first(names_that_count), line.KSPEC, MSGFIL)) {
     return LineResult::reaction;

@@ -8,16 +8,16 @@ namespace varpre {
 
 [[noreturn]] void throw_system_error(int error, const std::string& name);
 
-// The bytes of a file; an absent one is created empty. When the file opens but a read fails, `read_error` becomes
-// its errno and what was read before is returned. A directory counts as not opened.
+// The bytes of a file; an absent one is created empty. When the file opens but a read fails, `read_error`
+// becomes its errno and what was read before is returned. A directory counts as not opened.
 std::string load_or_create_file(const std::string& name, int& read_error);
 
 // Writes a file, replacing its content.
 void save_file(const std::string& name, std::string_view text);
 
 // Replaces a file in two steps, so that at any moment either the old or the new one is there whole: `prepare`
-// creates the temporary file NAME.tmp beside it (beside the file a link points to) and proves that the place can be
-// written; `replace` fills it and renames it.
+// creates the temporary file NAME.tmp beside it (beside the file a link points to) and proves that the place
+// can be written; `replace` fills it and renames it.
 void prepare_replacement(const std::string& name);
 void replace_file(const std::string& name, std::string_view text);
 

@@ -29,7 +29,8 @@ struct Edit {
   Kind kind = Kind::end;
   std::int16_t repeat = 1;  // of a data descriptor or a group
   std::int16_t width = 0;   // w (0: A without width), n of nX, length of a literal
-  std::int16_t value = 0;   // d, k, or the place of a literal in the table's texts, or of a group's opening edit
+  std::int16_t value =
+      0;  // d, k, or the place of a literal in the table's texts, or of a group's opening edit
 
   constexpr bool takes_item() const {
     return kind == Kind::integer || kind == Kind::fixed || kind == Kind::exponent || kind == Kind::text;
@@ -166,7 +167,8 @@ class Parser {
     }
   }
 
-  // One literal, descriptor, scale factor or group; true after a scale factor, which needs no comma behind it.
+  // One literal, descriptor, scale factor or group; true after a scale factor, which needs no comma behind
+  // it.
   constexpr bool parse_item(int depth) {
     if (take('\'')) {
       parse_quoted();

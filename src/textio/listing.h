@@ -5,8 +5,8 @@
 
 namespace varpre {
 
-// The listing. Its records pass on to an open file in pieces, so its length is not bounded by memory; a listing
-// without a file keeps them all.
+// The listing. Its records pass on to an open file in pieces, so its length is not bounded by memory; a
+// listing without a file keeps them all.
 class Listing {
  public:
   static constexpr int no_file = -1;
@@ -15,7 +15,8 @@ class Listing {
 
   std::string text;  // the records not passed on yet, each with its line feed
 
-  // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no more.
+  // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no
+  // more.
   void pass_on() {
     if (text.size() >= piece) flush();
   }

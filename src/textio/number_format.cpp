@@ -14,7 +14,8 @@ namespace {
 constexpr int exact_digits = 800;     // significant digits that hold every double exactly (767 are enough)
 constexpr int longest_double = 1100;  // room for the digits of any value under any descriptor
 
-// The significand digits d1 d2 ... of a value rounded to `count` significant digits, value = 0.d1d2... x 10^exponent.
+// The significand digits d1 d2 ... of a value rounded to `count` significant digits, value = 0.d1d2... x
+// 10^exponent.
 struct Digits {
   std::array<char, longest_double> digit;
   int count = 0;
@@ -42,7 +43,8 @@ void significant_digits(double value, int count, Digits& out) {
   out.exponent = value == 0 ? 0 : (negative ? -magnitude : magnitude) + 1;
 }
 
-// The power of ten above the leading digit of a value that is not 0: 10^(exponent-1) <= |value| < 10^exponent.
+// The power of ten above the leading digit of a value that is not 0: 10^(exponent-1) <= |value| <
+// 10^exponent.
 int decimal_exponent(double value) {
   Digits digits;
   significant_digits(value, 17, digits);
@@ -51,7 +53,8 @@ int decimal_exponent(double value) {
   return digits.exponent;
 }
 
-// Digits of |value| rounded at the decimal place 10^-decimals: value = d1d2...dn x 10^-decimals, n = 0 for zero.
+// Digits of |value| rounded at the decimal place 10^-decimals: value = d1d2...dn x 10^-decimals, n = 0 for
+// zero.
 void digits_to_place(double value, int decimals, Digits& out) {
   out.count = 0;
   if (value == 0) return;
@@ -90,10 +93,9 @@ void asterisks(char* field, int width) {
 // NaN, Infinity or Inf, whichever the width leaves room for.
 void edit_not_finite(char* field, int width, double value) {
   const bool negative = value < 0;
-  for (const std::string_view word :
-       std::isnan(value) ? std::array<std::string_view, 2>{"NaN", "NaN"}
-       : negative        ? std::array<std::string_view, 2>{"-Infinity", "-Inf"}
-                         : std::array<std::string_view, 2>{"Infinity", "Inf"}) {
+  for (const std::string_view word : std::isnan(value) ? std::array<std::string_view, 2>{"NaN", "NaN"}
+                                     : negative        ? std::array<std::string_view, 2>{"-Infinity", "-Inf"}
+                                                       : std::array<std::string_view, 2>{"Infinity", "Inf"}) {
     if (static_cast<int>(word.size()) <= width) return right_justify(field, width, word);
   }
   asterisks(field, width);

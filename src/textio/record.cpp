@@ -61,7 +61,8 @@ RealEdit real_edit(const Edit& edit, int scale) {
   return {edit.width, edit.value, scale};
 }
 
-// Writes the value in turn into a field of its own. False when it is a NaN or an infinity that may not be written.
+// Writes the value in turn into a field of its own. False when it is a NaN or an infinity that may not be
+// written.
 bool append_value(std::string& out, const Edit& edit, int scale, const Values<const void*>& values,
                   bool finite_only) {
   const OutputItem& item = values.item();

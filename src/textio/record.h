@@ -21,9 +21,9 @@
 //   write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, XMOL);
 //   if (!read<"(A8,1X,E10.2)">(NFICON, name, value)) ...
 //
-// Items are integers (int; std::optional<int>, written as asterisks when empty), reals (double), texts (Text<N>,
-// std::string_view), arrays and spans of them, and zip(a, b, ...), which takes one value of each span in turn.
-// A format that is malformed, or has no descriptor for an item's type, does not compile.
+// Items are integers (int; std::optional<int>, written as asterisks when empty), reals (double), texts
+// (Text<N>, std::string_view), arrays and spans of them, and zip(a, b, ...), which takes one value of each
+// span in turn. A format that is malformed, or has no descriptor for an item's type, does not compile.
 namespace varpre {
 
 enum class ItemKind : std::uint8_t { integer, real, text };
@@ -66,7 +66,8 @@ namespace record_detail {
 
 // Appends the records of one output statement, each ended by a line feed. False, with nothing appended, when
 // `finite_only` is set and an item is a NaN or an infinity.
-bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items, bool finite_only);
+bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items,
+                    bool finite_only);
 ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items);
 void format_free(std::string& out, std::span<const OutputItem> items);
 [[noreturn]] void stop_at_number_not_finite();
@@ -145,8 +146,7 @@ template <class... Spans>
 constexpr bool refers_to_values<Zip<Spans...>> = true;
 
 template <class Pointer, class T>
-  requires(!refers_to_values<std::remove_const_t<T>>)
-void add(Item<Pointer>*& out, T& value) {
+requires(!refers_to_values<std::remove_const_t<T>>) void add(Item<Pointer>*& out, T& value) {
   *out++ = values<Pointer>(&value, 1);
 }
 template <class Pointer>
@@ -236,8 +236,9 @@ constexpr bool items_fit(const FormatView& format) {
 
 }  // namespace record_detail
 
-// Writes one statement: whole records, at the end of the unit. A unit that takes finite numbers only (the store
-// file) stops the run at any other (RunStop, number_not_finite); no record of that statement is written then.
+// Writes one statement: whole records, at the end of the unit. A unit that takes finite numbers only (the
+// store file) stops the run at any other (RunStop, number_not_finite); no record of that statement is written
+// then.
 template <FormatText Text, class... Items>
 void write(Unit& unit, const Items&... items) {
   static_assert(record_detail::items_fit<Items...>(Format<Text>::view));
@@ -255,8 +256,8 @@ void write(Listing& listing, const Items&... items) {
   listing.pass_on();
 }
 
-// Writes a free-form record: one blank, then the items; texts follow each other directly, between any other two
-// items stands one blank; integers are right-justified in 11 columns.
+// Writes a free-form record: one blank, then the items; texts follow each other directly, between any other
+// two items stands one blank; integers are right-justified in 11 columns.
 template <class... Items>
 void write_free(Listing& listing, const Items&... items) {
   const auto list = record_detail::describe<const void*>(items...);
@@ -264,8 +265,8 @@ void write_free(Listing& listing, const Items&... items) {
   listing.pass_on();
 }
 
-// Reads one statement from the next record on. Every field up to the end of file or to the first unreadable field
-// has been stored when it returns; the unit stands behind the last record touched.
+// Reads one statement from the next record on. Every field up to the end of file or to the first unreadable
+// field has been stored when it returns; the unit stands behind the last record touched.
 template <FormatText Text, class... Items>
 [[nodiscard]] ReadResult read(Unit& unit, Items&&... items) {
   static_assert(record_detail::items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));

@@ -7,8 +7,8 @@ namespace varpre {
 struct RunStop {
   enum class Ending {
     silent,            // the stage's own message is the last line of the listing
-    number_not_finite  // an output statement for the store file held a NaN or an infinity and was not written:
-                       // the driver writes the message and its abnormal-end banner
+    number_not_finite  // an output statement for the store file held a NaN or an infinity and was not
+                       // written: the driver writes the message and its abnormal-end banner
   };
   Ending ending = Ending::silent;
 };

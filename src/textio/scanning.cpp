@@ -30,7 +30,8 @@ void cut_comment(std::span<char> line) {
   std::fill(std::find(line.begin(), line.end(), '!'), line.end(), ' ');
 }
 
-[[noreturn]] void stop_at_leading_delimiter(std::span<const char> line, std::string_view DELCH, Listing& MSGFIL) {
+[[noreturn]] void stop_at_leading_delimiter(std::span<const char> line, std::string_view DELCH,
+                                            Listing& MSGFIL) {
   const int index = static_cast<int>(DELCH.find(line.front())) + 1;
   write_free(MSGFIL, index, view(line.first(1)), view(line));
   write_free(MSGFIL, std::string_view(" Delimiter found at the beginning of line in COMPDE"));
@@ -69,7 +70,8 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
     if (text.empty()) return;
 
     const std::string_view delimiters = text.substr(0, static_cast<std::size_t>(ILDE(text, DELCH)));
-    if (static_cast<int>(delimiters.size()) > limits.LDEL) stop_at_too_long(delimiter_message, delimiters, MSGFIL);
+    if (static_cast<int>(delimiters.size()) > limits.LDEL)
+      stop_at_too_long(delimiter_message, delimiters, MSGFIL);
     names.DELS[static_cast<std::size_t>(names.NDEL++)] = delimiters;
     text.remove_prefix(delimiters.size());
   }

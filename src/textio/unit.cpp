@@ -92,7 +92,8 @@ Origin Unit::origin() const {
 
 Origin Unit::origin_at(std::size_t offset) const {
   std::size_t after = 0;
-  const auto lines_before = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), '\n');
+  const auto lines_before =
+      std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), '\n');
   return {name, static_cast<int>(lines_before) + 1, line_at(text, offset, after)};
 }
 

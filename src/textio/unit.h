@@ -14,9 +14,9 @@ struct Origin {
   std::string_view text;  // the whole line of the file, uncut
 };
 
-// A numbered channel over one sequential text file, held in memory. Records are lines: each ends at a line feed, a
-// carriage return directly before it and a byte-order mark at the start of the file are not part of any record.
-// Reading and writing take the records in order; writing appends.
+// A numbered channel over one sequential text file, held in memory. Records are lines: each ends at a line
+// feed, a carriage return directly before it and a byte-order mark at the start of the file are not part of
+// any record. Reading and writing take the records in order; writing appends.
 class Unit {
  public:
   enum class Storage {
@@ -36,8 +36,9 @@ class Unit {
   // created empty. Throws std::system_error when the file cannot be opened.
   void open();
 
-  // Connects the unit as the output of this run and stands at the beginning of an empty file. On disk: makes sure
-  // that it can be written, but leaves an earlier file as it is until `replace`. Throws std::system_error.
+  // Connects the unit as the output of this run and stands at the beginning of an empty file. On disk: makes
+  // sure that it can be written, but leaves an earlier file as it is until `replace`. Throws
+  // std::system_error.
   void open_for_replacement();
 
   // Writes the records to the file as it stands. Nothing in memory. Throws std::system_error.
@@ -57,8 +58,8 @@ class Unit {
   // Number of the record last read, from 1; 0 before the first.
   int record_number() const { return record_number_; }
 
-  // Makes this unit the copy of another: each `copy` appends a record as `source` last read it, cut or padded to
-  // `width` characters.
+  // Makes this unit the copy of another: each `copy` appends a record as `source` last read it, cut or padded
+  // to `width` characters.
   void copy(const Unit& source, std::string_view record, std::size_t width);
 
   // Origin of the record last read, through copies back to the file the user wrote.

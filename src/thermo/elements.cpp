@@ -17,11 +17,11 @@ struct TableElement {
 
 // The order fixes the order of every element list.
 constexpr std::array<TableElement, 23> element_table{{
-    {"H ", 0.0010079}, {"C ", 0.012011},  {"O ", 0.0159994}, {"N ", 0.0140067}, {"HE", 0.0040026},
-    {"NE", 0.0201179}, {"AR", 0.039948},  {"KR", 0.0838},    {"XE", 0.13129},   {"F ", 0.0189984},
-    {"NA", 0.0229898}, {"MG", 0.024305},  {"AL", 0.0269815}, {"SI", 0.0280855}, {"P ", 0.0309738},
-    {"S ", 0.03206},   {"CL", 0.035453},  {"K ", 0.0390983}, {"CA", 0.04008},   {"BR", 0.079904},
-    {"I ", 0.126905},  {"Pt", 0.19509},   {"YY", 1.0},
+    {"H ", 0.0010079}, {"C ", 0.012011}, {"O ", 0.0159994}, {"N ", 0.0140067}, {"HE", 0.0040026},
+    {"NE", 0.0201179}, {"AR", 0.039948}, {"KR", 0.0838},    {"XE", 0.13129},   {"F ", 0.0189984},
+    {"NA", 0.0229898}, {"MG", 0.024305}, {"AL", 0.0269815}, {"SI", 0.0280855}, {"P ", 0.0309738},
+    {"S ", 0.03206},   {"CL", 0.035453}, {"K ", 0.0390983}, {"CA", 0.04008},   {"BR", 0.079904},
+    {"I ", 0.126905},  {"Pt", 0.19509},  {"YY", 1.0},
 }};
 
 bool is_empty(const ElementSymbol& symbol) {
@@ -93,7 +93,8 @@ bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
     } else {
       write<
           "(' ','Warning: No element composition defined for species', ' no.',I4,'.',/,"
-          "' This will cause the element vectors', ' and the molar mass to become 0')">(MSGFIL, static_cast<int>(i) + 1);
+          "' This will cause the element vectors', ' and the molar mass to become 0')">(
+          MSGFIL, static_cast<int>(i) + 1);
       species.XMOL[i] = 0.0;
     }
   }

@@ -10,23 +10,23 @@ namespace varpre {
 
 // The elements of one phase and what its species consist of.
 struct Elements {
-  int NE = 0;                                             // elements present
-  std::array<ElementSymbol, NEMAX> SYME;                  // in the order of the built-in table
-  std::array<double, NEMAX> EMOL{};                       // molar masses, kg/mol
-  std::array<std::array<int, NEMAX>, NSMAX> NCOMP{};      // atoms of each element in each species
-  std::array<std::array<double, NEMAX>, NSMAX> XE{};      // mass fraction of each element in each species
+  int NE = 0;                                         // elements present
+  std::array<ElementSymbol, NEMAX> SYME;              // in the order of the built-in table
+  std::array<double, NEMAX> EMOL{};                   // molar masses, kg/mol
+  std::array<std::array<int, NEMAX>, NSMAX> NCOMP{};  // atoms of each element in each species
+  std::array<std::array<double, NEMAX>, NSMAX> XE{};  // mass fraction of each element in each species
 };
 
-// Finds the elements of a phase from the element fields of its species and fills `elements` and the molar masses
-// XMOL (kg/mol): XMOL(i) = sum NCOMP(i,e) EMOL(e), XE(i,e) = NCOMP(i,e) EMOL(e) / XMOL(i). A species without
-// any atom gets a warning and XMOL = 0.
+// Finds the elements of a phase from the element fields of its species and fills `elements` and the molar
+// masses XMOL (kg/mol): XMOL(i) = sum NCOMP(i,e) EMOL(e), XE(i,e) = NCOMP(i,e) EMOL(e) / XMOL(i). A species
+// without any atom gets a warning and XMOL = 0.
 //
-// False, after its message, with more than NEMAX elements or a symbol that the built-in table lacks; species after
-// that one are left as they were.
+// False, after its message, with more than NEMAX elements or a symbol that the built-in table lacks; species
+// after that one are left as they were.
 [[nodiscard]] bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL);
 
-// Writes the molar data block of a phase to the store file: counts, names, molar masses, elements, mass fractions
-// (species by species); only the two counts when the phase has no species.
+// Writes the molar data block of a phase to the store file: counts, names, molar masses, elements, mass
+// fractions (species by species); only the two counts when the phase has no species.
 void INIMOI(const SpeciesView& species, const Elements& elements, Unit& NFISTO);
 
 }  // namespace varpre

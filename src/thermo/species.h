@@ -16,9 +16,9 @@ using ElementSymbol = Text<2>;
 // Gas constant, J/(mol K).
 inline constexpr double gas_constant = 8.3143;
 
-// Polynomial fit of one species over two temperature ranges. The coefficients a1..a7 of a range are multiplied by
-// the gas constant: cp = a1 + a2 T + a3 T^2 + a4 T^3 + a5 T^4 in J/(mol K), a6 and a7 the constants of enthalpy
-// (J/mol) and entropy (J/(mol K)).
+// Polynomial fit of one species over two temperature ranges. The coefficients a1..a7 of a range are
+// multiplied by the gas constant: cp = a1 + a2 T + a3 T^2 + a4 T^3 + a5 T^4 in J/(mol K), a6 and a7 the
+// constants of enthalpy (J/mol) and entropy (J/(mol K)).
 struct ThermoFit {
   std::array<double, 7> HCPL{};  // below the switch temperature
   std::array<double, 7> HCPH{};  // from the switch temperature on
@@ -34,10 +34,10 @@ struct ElementFields {
 // A stretch of the species arrays: the species of one phase, or of several that follow each other.
 struct SpeciesView {
   std::span<SpeciesName> SYMB;
-  std::span<int> IFLAG;          // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
+  std::span<int> IFLAG;  // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
   std::span<ThermoFit> fit;
   std::span<ElementFields> elements;
-  std::span<double> XMOL;        // molar mass, kg/mol
+  std::span<double> XMOL;  // molar mass, kg/mol
 
   int size() const { return static_cast<int>(SYMB.size()); }
 };

@@ -55,7 +55,8 @@ SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const S
     const int first = NS;
     NS += names.NSYM;
     if (NS > NSMAX_left) {
-      write<"('0',2X,'ERROR in GENSYM - Too many species:', ' NS(',I4,') > NSMAX(',I4,')')">(MSGFIL, NS, NSMAX_left);
+      write<"('0',2X,'ERROR in GENSYM - Too many species:', ' NS(',I4,') > NSMAX(',I4,')')">(MSGFIL, NS,
+                                                                                             NSMAX_left);
       return {NS, true};
     }
     for (int k = 0; k < names.NSYM; ++k) {

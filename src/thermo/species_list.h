@@ -10,21 +10,22 @@ namespace varpre {
 
 // What became of a species list.
 struct SpeciesList {
-  int NS = 0;           // species read
-  bool absent = false;  // no heading, no END, or more species than places: the caller goes on without the list
+  int NS = 0;  // species read
+  bool absent =
+      false;  // no heading, no END, or more species than places: the caller goes on without the list
 };
 
-// Finds the list that opens with the heading word HEAD (any letter case, from column 1), reads its names and flags
-// into `species` from its first place on, up to the END record, and prints the list. Searching "Surface ", a record
-// that begins with SURFACE COND opens the surface conditions and is no heading.
+// Finds the list that opens with the heading word HEAD (any letter case, from column 1), reads its names and
+// flags into `species` from its first place on, up to the END record, and prints the list. Searching "Surface
+// ", a record that begins with SURFACE COND opens the surface conditions and is no heading.
 //
-// Reads NFICON from its first record. Names longer than 8 characters are cut to 8. A flag character (* + >) behind
-// a name sets IFLAG; the delimiters of a line are aligned to its end, so that on a line whose last name has none
-// each of them counts for the next name.
+// Reads NFICON from its first record. Names longer than 8 characters are cut to 8. A flag character (* + >)
+// behind a name sets IFLAG; the delimiters of a line are aligned to its end, so that on a line whose last
+// name has none each of them counts for the next name.
 //
 // Fails, with its message in the listing, by `absent`: no heading, end of file before END, more names than
-// `species` has places. Stops the run (RunStop) at a name longer than 50 characters, more than three delimiter
-// characters in a row, or a line that begins with a flag character.
+// `species` has places. Stops the run (RunStop) at a name longer than 50 characters, more than three
+// delimiter characters in a row, or a line that begins with a flag character.
 SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const SpeciesView& species);
 
 }  // namespace varpre

@@ -7,8 +7,8 @@
 namespace varpre {
 namespace {
 
-// One entry of four records: name and element fields, temperature limits, coefficients of the upper range, then
-// those of the lower range.
+// One entry of four records: name and element fields, temperature limits, coefficients of the upper range,
+// then those of the lower range.
 struct Entry {
   Text<16> name;
   ElementFields elements;
@@ -19,7 +19,8 @@ struct Entry {
 
 ReadResult read_entry(Unit& NFITHE, Entry& entry) {
   return read<"(A16,8X,4(A2,I3),2X,2E10.0,E8.0/,5E15.8,/,5E15.8,/,4E15.8)">(
-      NFITHE, entry.name, zip(entry.elements.ELSYM, entry.elements.ELCNT), entry.limits, entry.upper, entry.lower);
+      NFITHE, entry.name, zip(entry.elements.ELSYM, entry.elements.ELCNT), entry.limits, entry.upper,
+      entry.lower);
 }
 
 std::array<double, 7> scaled(const std::array<double, 7>& coefficients) {
@@ -67,8 +68,8 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
     if (result.end_of_file()) break;
     const SpeciesName name(entry.name.view());
     if (!result) {
-      write<
-          "(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(MSGFIL, name);
+      write<"(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(
+          MSGFIL, name);
       break;
     }
     const int number = index.find(name);
@@ -82,7 +83,8 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
   bool LOK = true;
   for (std::size_t i = 0; i < IFOUND.size(); ++i) {
     if (IFOUND[i]) continue;
-    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL, species.SYMB[i]);
+    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL,
+                                                                                        species.SYMB[i]);
     LOK = false;
   }
   if (print) {
@@ -99,8 +101,7 @@ void PRTHD(const SpeciesView& species, Unit& NFISTO) {
       for (double& a : coefficients) a = XMOL == 0 ? 0.0 : a / XMOL;
       return coefficients;
     };
-    write<
-        "(' HL,HH(',I4,')',5(1PE11.4,1X),/, 5(1PE11.4,1X),/, 4(1PE11.4,1X),1PE10.3,1X,1PE10.3,1X,1PE10.3)">(
+    write<"(' HL,HH(',I4,')',5(1PE11.4,1X),/, 5(1PE11.4,1X),/, 4(1PE11.4,1X),1PE10.3,1X,1PE10.3,1X,1PE10.3)">(
         NFISTO, i + 1, per_mass(fit.HCPL), per_mass(fit.HCPH), fit.TLIM);
   }
 }

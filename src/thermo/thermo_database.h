@@ -8,18 +8,18 @@
 
 namespace varpre {
 
-// Reads the thermochemical database NFITHE from its first record to its end and takes the entries of the species:
-// polynomial fits, scaled by the gas constant, temperature limits (the lower one less 20 K, a switch temperature of
-// 0 meaning 1000 K) and element fields. Names are compared over 8 characters without regard to letter case; a later
-// entry replaces an earlier one, and of equal species names only the first receives data. With `print` every fit
-// is listed.
+// Reads the thermochemical database NFITHE from its first record to its end and takes the entries of the
+// species: polynomial fits, scaled by the gas constant, temperature limits (the lower one less 20 K, a switch
+// temperature of 0 meaning 1000 K) and element fields. Names are compared over 8 characters without regard to
+// letter case; a later entry replaces an earlier one, and of equal species names only the first receives
+// data. With `print` every fit is listed.
 //
-// False, after one message each, when a species has no entry. An entry that cannot be read is reported and ends
-// the reading there.
+// False, after one message each, when a species has no entry. An entry that cannot be read is reported and
+// ends the reading there.
 [[nodiscard]] bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print);
 
-// Writes the " HL,HH(" group of each species, three records: the two coefficient sets divided by the molar mass,
-// per kg, and the temperature limits. A species without molar mass gets coefficients 0.
+// Writes the " HL,HH(" group of each species, three records: the two coefficient sets divided by the molar
+// mass, per kg, and the temperature limits. A species without molar mass gets coefficients 0.
 void PRTHD(const SpeciesView& species, Unit& NFISTO);
 
 }  // namespace varpre

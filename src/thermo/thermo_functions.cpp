@@ -37,8 +37,8 @@ double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) 
   return (((a5 * T + a4) * T + a3) * T + a2) * T + a1;
 }
 
-double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit, std::span<const double> XMOL,
-            Listing& MSGFIL) {
+double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit,
+            std::span<const double> XMOL, Listing& MSGFIL) {
   constexpr int most_steps = 61;
   double M = 0;
   for (std::size_t i = 0; i < X.size(); ++i) M += X[i] * XMOL[i];

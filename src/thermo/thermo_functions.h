@@ -8,8 +8,9 @@
 namespace varpre {
 
 // Molar enthalpy [J/mol], entropy [J/(mol K)] and heat capacity at constant pressure [J/(mol K)] of species I
-// (from 1) at temperature T [K], by nested multiplication of its polynomial fit. Below the switch temperature the
-// lower range serves, from it on the upper one; above the upper limit of reliability a warning goes to the listing.
+// (from 1) at temperature T [K], by nested multiplication of its polynomial fit. Below the switch temperature
+// the lower range serves, from it on the upper one; above the upper limit of reliability a warning goes to
+// the listing.
 double CALHI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 double CALSI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
@@ -17,7 +18,7 @@ double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 // Temperature [K] at which a gas mixture of mole fractions X and molar masses XMOL [kg/mol] has the specific
 // enthalpy HSPEC [J/kg]: Newton iteration from 1200 K to a step below 1E-7 of the temperature. Stops the run
 // (RunStop), with its message in the listing, after 61 steps without convergence.
-double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit, std::span<const double> XMOL,
-            Listing& MSGFIL);
+double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit,
+            std::span<const double> XMOL, Listing& MSGFIL);
 
 }  // namespace varpre

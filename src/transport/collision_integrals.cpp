@@ -12,8 +12,9 @@ namespace {
 
 constexpr double dipole_tolerance = 1.0e-5;  // a DSTAR this close to 0 is 0
 
-// First of the three neighbouring points, counted from 0, whose first interval holds x (the second one for the last
-// three): the last bracket with points[first] < x <= points[first + 2]. -1 when x lies at or before all points.
+// First of the three neighbouring points, counted from 0, whose first interval holds x (the second one for
+// the last three): the last bracket with points[first] < x <= points[first + 2]. -1 when x lies at or before
+// all points.
 int bracket(std::span<const float> points, double x) {
   const auto above = std::lower_bound(points.begin(), points.end(), x);
   const int below = static_cast<int>(above - points.begin()) - 1;
@@ -64,7 +65,8 @@ double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL
   std::array<double, 3> V{};
   for (int k = 0; k < 3; ++k) {
     const auto& line = table[static_cast<std::size_t>(row + k)];
-    V[static_cast<std::size_t>(k)] = polar ? MXIINT(DSTAR, three(DELTA, column), three(line, column)) : line[0];
+    V[static_cast<std::size_t>(k)] =
+        polar ? MXIINT(DSTAR, three(DELTA, column), three(line, column)) : line[0];
   }
   return MXIINT(TSTAR, three(TSTERN, row), V);
 }

@@ -10,16 +10,17 @@ namespace varpre {
 enum class CollisionIntegral { diffusion = 1, viscosity = 2 };
 
 // Reduced collision integral at the reduced temperature TSTAR = T/EPS and the reduced dipole moment DSTAR, by
-// three-point interpolation in the tables of Monchick and Mason, above TSTAR = 100 by a cubic formula. LOK becomes
-// true, or false with a message and a result of 0 outside 0.09999 <= TSTAR <= 500 (100 when DSTAR is not 0) and
-// 0 <= DSTAR <= 2.5, and between 0.09999 and the first row, 0.1.
+// three-point interpolation in the tables of Monchick and Mason, above TSTAR = 100 by a cubic formula. LOK
+// becomes true, or false with a message and a result of 0 outside 0.09999 <= TSTAR <= 500 (100 when DSTAR is
+// not 0) and 0 <= DSTAR <= 2.5, and between 0.09999 and the first row, 0.1.
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK);
 
-// Three-point interpolation of Y at X, XT increasing: the line through the near two points dominates, the other one
-// enters with a weight that grows to a third at the middle point.
+// Three-point interpolation of Y at X, XT increasing: the line through the near two points dominates, the
+// other one enters with a weight that grows to a third at the middle point.
 double MXIINT(double X, const std::array<double, 3>& XT, const std::array<double, 3>& YT);
 
-// Parker's temperature factor of the rotational collision number at T [K] for the well depth EPS [K], 1 at 298 K.
+// Parker's temperature factor of the rotational collision number at T [K] for the well depth EPS [K], 1 at
+// 298 K.
 double MXIPAR(double T, double EPS);
 
 }  // namespace varpre

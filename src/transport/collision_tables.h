@@ -2,8 +2,9 @@
 
 #include <array>
 
-// Reduced collision integrals of the Stockmayer potential (Monchick and Mason). Single-precision values, widened
-// when they are used. Rows: reduced temperature T* (TSTERN); columns: reduced dipole moment delta* (DELTA).
+// Reduced collision integrals of the Stockmayer potential (Monchick and Mason). Single-precision values,
+// widened when they are used. Rows: reduced temperature T* (TSTERN); columns: reduced dipole moment delta*
+// (DELTA).
 namespace varpre {
 
 inline constexpr int temperature_rows = 37;

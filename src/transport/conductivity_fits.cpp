@@ -32,8 +32,8 @@ bool exchanges_internal_energy(const SpeciesName& name) {
 }
 
 // Evaluates one species at every grid temperature; false when a collision integral is undefined.
-bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M, std::span<const ThermoFit> fit,
-             const FitGrid& grid, Properties& properties, Listing& MSGFIL) {
+bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M,
+             std::span<const ThermoFit> fit, const FitGrid& grid, Properties& properties, Listing& MSGFIL) {
   const double EPS = molecule.EPS;
   const double sigma2 = molecule.SIGMA * molecule.SIGMA;
   const double sigma3 = molecule.SIGMA * sigma2;
@@ -73,7 +73,8 @@ bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M,
   return true;
 }
 
-// Fits one property; false, after the message, when that fails. The three properties differ in their texts only.
+// Fits one property; false, after the message, when that fails. The three properties differ in their texts
+// only.
 template <FormatText Heading, FormatText Coefficients, FormatText Warning>
 bool fit_property(std::span<const double> V, const SpeciesName& name, const FitGrid& grid, bool print,
                   Listing& MSGFIL, FitCoefficients& COEF) {
@@ -91,8 +92,8 @@ bool fit_property(std::span<const double> V, const SpeciesName& name, const FitG
   return true;
 }
 
-bool fit_all(const Properties& properties, const SpeciesName& name, const FitGrid& grid, bool print, Listing& MSGFIL,
-             ConductivityFits& fits) {
+bool fit_all(const Properties& properties, const SpeciesName& name, const FitGrid& grid, bool print,
+             Listing& MSGFIL, ConductivityFits& fits) {
   return fit_property<
              "(1X,4X,' VALUES OF HEAT CONDUCTIVITY (J/(M*K*S))',/)",
              "(1X,4X,'COEFF. OF LAMBDA :',4(3X,1PE9.2),/)",
@@ -104,8 +105,7 @@ bool fit_all(const Properties& properties, const SpeciesName& name, const FitGri
              "(3X,'WARNING: FIT OF XLM       COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,'%  FOR SPECIES ', A,"
              "' AT ',0PF5.0,' K')">(properties.lambda_mono, name, grid, print, MSGFIL, fits.XLMO) &&
          fit_property<
-             "(1X,4X,' VALUES OF VISCOSITY (KG/(M*S))',/)",
-             "(1X,4X,'COEFF. OF ETA    :',4(3X,1PE9.2))",
+             "(1X,4X,' VALUES OF VISCOSITY (KG/(M*S))',/)", "(1X,4X,'COEFF. OF ETA    :',4(3X,1PE9.2))",
              "(3X,'WARNING: FIT OF VISCOSITY COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,'%  FOR SPECIES ', A,"
              "' AT ',0PF5.0,' K')">(properties.eta, name, grid, print, MSGFIL, fits.ETA);
 }

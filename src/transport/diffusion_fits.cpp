@@ -21,7 +21,8 @@ struct Pair {
   double DSTAR;  // reduced dipole moment
 };
 
-// A polar and a nonpolar species: the dipole induces a moment, which deepens the well and draws the pair together.
+// A polar and a nonpolar species: the dipole induces a moment, which deepens the well and draws the pair
+// together.
 Pair induced_pair(const Molecule& polar, const Molecule& nonpolar) {
   constexpr double minus_one_sixth = -1.0F / 6.0F;
   const double dipole = 7243.23F * (polar.DI1 * polar.DI1) / (polar.EPS * cube(polar.SIGMA));
@@ -61,8 +62,9 @@ bool diffusion_coefficients(const Pair& pair, double Mi, double Mj, const FitGri
 
 }  // namespace
 
-bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL, std::span<const Molecule> molecules,
-            const FitGrid& grid, bool print, Listing& MSGFIL, std::vector<FitCoefficients>& DBIN) {
+bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
+            std::span<const Molecule> molecules, const FitGrid& grid, bool print, Listing& MSGFIL,
+            std::vector<FitCoefficients>& DBIN) {
   constexpr double worst_fit = 0.02F;
   if (print) write<"(/,7X,'RESULTS OF GENDIF AT P = 1.00 BAR')">(MSGFIL);
   DBIN.reserve(SYMB.size() * (SYMB.size() + 1) / 2);

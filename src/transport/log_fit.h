@@ -17,9 +17,10 @@ struct FitGrid {
 
   std::size_t points() const { return T.size(); }
 
-  std::vector<double> T;               // K, increasing
-  std::vector<FitCoefficients> A;      // design matrix, one row per point: 1, ln T, (ln T)^2, (ln T)^3
-  std::array<FitCoefficients, 4> L{};  // lower triangle of the Cholesky factor of A'A, its diagonal as reciprocals
+  std::vector<double> T;           // K, increasing
+  std::vector<FitCoefficients> A;  // design matrix, one row per point: 1, ln T, (ln T)^2, (ln T)^3
+  std::array<FitCoefficients, 4>
+      L{};  // lower triangle of the Cholesky factor of A'A, its diagonal as reciprocals
   enum class State { solvable, too_few_points, stationary } state = State::solvable;
 };
 
@@ -31,13 +32,13 @@ struct FitResult {
   int IMAX = 1;       // point where it occurs, from 1; of equal deviations the last
 };
 
-// Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the listing gets
-// a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value is not positive or
-// not finite, or the normal equations cannot be solved.
+// Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the
+// listing gets a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value
+// is not positive or not finite, or the normal equations cannot be solved.
 FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL);
 
-// Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its message, when
-// there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5.
+// Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its
+// message, when there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5.
 bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, Listing& MSGFIL);
 
 }  // namespace varpre

@@ -17,8 +17,7 @@ std::string_view geometry_word(int IGEOM) {
 }
 
 void print_properties(const SpeciesName& name, const Molecule& molecule, Listing& MSGFIL) {
-  write<
-      "(1H ,1X,A,': M  =',1PE9.2,' G/MOL,',2X,'SIG=',1PE9.2, ' A   ,',2X,'EPS=',1PE9.2,' K')">(
+  write<"(1H ,1X,A,': M  =',1PE9.2,' G/MOL,',2X,'SIG=',1PE9.2, ' A   ,',2X,'EPS=',1PE9.2,' K')">(
       MSGFIL, name, molecule.XMDB, molecule.SIGMA, molecule.EPS);
   write<"(1H ,7X,'DI1=',1PE9.2,6X,',  ','DI2=',1PE9.2,5X,',  ', 'DI3=',1PE9.2,2X,',  ',A8)">(
       MSGFIL, molecule.DI1, molecule.DI2, molecule.DI3, geometry_word(molecule.IGEOM));
@@ -26,8 +25,8 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
 
 }  // namespace
 
-bool GENSPE(std::span<const SpeciesName> SYMB, Unit& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
-            bool print) {
+bool GENSPE(std::span<const SpeciesName> SYMB, Unit& NFIMOL, Listing& MSGFIL,
+            std::vector<Molecule>& molecules, bool print) {
   const NameIndex index(SYMB);
   bool LOK = true;
   molecules.assign(SYMB.size(), {});

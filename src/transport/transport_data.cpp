@@ -40,8 +40,8 @@ struct TransportFits {
   std::vector<FitCoefficients> DBIN;  // pairs (1,1), (2,1), (2,2), ...
 };
 
-bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, const FitGrid& grid, bool print,
-                   Listing& MSGFIL, TransportFits& fits) {
+bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, const FitGrid& grid,
+                   bool print, Listing& MSGFIL, TransportFits& fits) {
   return GENLAM(gas.SYMB, gas.fit, gas.XMOL, molecules, grid, print, MSGFIL, fits.single) &&
          GENDIF(gas.SYMB, gas.XMOL, molecules, grid, print, MSGFIL, fits.DBIN);
 }
@@ -49,7 +49,9 @@ bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
                  Unit& NFISTO) {
   const int NG = gas.size();
-  const auto single = [&](int i) -> const ConductivityFits& { return fits.single[static_cast<std::size_t>(i - 1)]; };
+  const auto single = [&](int i) -> const ConductivityFits& {
+    return fits.single[static_cast<std::size_t>(i - 1)];
+  };
   for (int i = 1; i <= NG; ++i) write<"(' XLAM(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLAM);
   for (int i = 1; i <= NG; ++i) write<"(' XLMO(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLMO);
   for (int i = 1; i <= NG; ++i) write<"(' ETA (',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).ETA);
@@ -97,8 +99,8 @@ bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::sp
 
 }  // namespace
 
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print, Listing& MSGFIL,
-            Unit& NFISTO) {
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print,
+            Listing& MSGFIL, Unit& NFISTO) {
   std::vector<Molecule> molecules;
   bool LOK = GENSPE(gas.SYMB, NFIMOL, MSGFIL, molecules, print);
   write<"(2X)">(MSGFIL);

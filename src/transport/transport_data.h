@@ -12,10 +12,10 @@ struct TemperatureInterval {
   double TB;  // upper end
 };
 
-// The transport stage: looks up the gas species in the molecular database NFIMOL, fits their transport coefficients
-// on the interval and writes the transport block to the store file. Any failure ends the run (RunStop) with the
-// stage's own banner behind its message.
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print, Listing& MSGFIL,
-            Unit& NFISTO);
+// The transport stage: looks up the gas species in the molecular database NFIMOL, fits their transport
+// coefficients on the interval and writes the transport block to the store file. Any failure ends the run
+// (RunStop) with the stage's own banner behind its message.
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print,
+            Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre
