@@ -49,7 +49,7 @@ struct FormatView {
 template <std::size_t N>
 struct FormatText {
   char chars[N] = {};
-  consteval FormatText(const char (&text)[N]) {
+  consteval FormatText(const char (&text)[N]) {  // NOLINT(google-explicit-constructor)
     for (std::size_t i = 0; i < N; ++i) chars[i] = text[i];
   }
   constexpr std::string_view view() const { return {chars, N - 1}; }

@@ -17,27 +17,27 @@ std::uint64_t key_of(const SpeciesName& name) {
 
 }  // namespace
 
-NameIndex::NameIndex(std::span<const SpeciesName> names) : places_(std::bit_ceil(2 * names.size() + 1)) {
+NameIndex::NameIndex(std::span<const SpeciesName> names) : slots_(std::bit_ceil(2 * names.size() + 1)) {
   int number = 0;
   for (const SpeciesName& name : names) {
     ++number;
     const std::uint64_t key = key_of(name);
-    Place& found = const_cast<Place&>(place(key));
+    Slot& found = slots_[slot(key)];
     if (found.number == 0) found = {key, number};
   }
 }
 
 int NameIndex::find(const SpeciesName& name) const {
-  return place(key_of(name)).number;
+  return slots_[slot(key_of(name))].number;
 }
 
-// Where a key stands, or the free place where it would go.
-const NameIndex::Place& NameIndex::place(std::uint64_t key) const {
+// Where a key stands, or the free slot where it would go.
+std::size_t NameIndex::slot(std::uint64_t key) const {
   constexpr std::uint64_t golden_ratio = 0x9E3779B97F4A7C15;
-  const std::size_t mask = places_.size() - 1;
+  const std::size_t mask = slots_.size() - 1;
   std::size_t at = (key * golden_ratio >> 32) & mask;
-  while (places_[at].number != 0 && places_[at].key != key) at = (at + 1) & mask;
-  return places_[at];
+  while (slots_[at].number != 0 && slots_[at].key != key) at = (at + 1) & mask;
+  return at;
 }
 
 }  // namespace varpre

@@ -68,13 +68,13 @@ class NameIndex {
   int find(const SpeciesName& name) const;
 
  private:
-  struct Place {
+  struct Slot {
     std::uint64_t key = 0;
     int number = 0;  // 0: free
   };
-  const Place& place(std::uint64_t key) const;
+  std::size_t slot(std::uint64_t key) const;
 
-  std::vector<Place> places_;  // a power of two, at most half of them taken
+  std::vector<Slot> slots_;  // a power of two, at most half of them taken
 };
 
 }  // namespace varpre
