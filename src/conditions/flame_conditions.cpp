@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "textio/record.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -61,6 +62,7 @@ constexpr std::array<ConditionKeyword, condition_count> keywords{{
 }};
 
 using Values = std::array<double, condition_count>;  // VCOND
+using Places = std::array<Place, condition_count>;   // where they are given
 
 constexpr double tolerance = 1.0E-5F;  // of a whole number written with decimals
 
@@ -91,32 +93,53 @@ bool find_heading(Unit& NFICON, Listing& MSGFIL) {
     if (record[0].view() == "COND") return true;
   }
   write<"('1',5X,' No Heading for conditions found: ',6A4)">(MSGFIL, record);
+  MSGFIL.findings.error(whole(NFICON), "no heading 'COND' of the flame conditions",
+                        headings_of(NFICON, "COND", condition_headings));
   return false;
 }
 
 // Takes the keyword records up to END and checks that the required ones are there; false after the message.
-bool read_conditions(Unit& NFICON, Listing& MSGFIL, Values& VCOND) {
+bool read_conditions(Unit& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines) {
   std::array<bool, condition_count> given{};
+  const Place heading = here(NFICON, 1, 4);
   for (;;) {
     Text<4> word;
     double value = 0;
     const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
     if (result.end_of_file()) {
       write<"(/,5X,'NO END OF CONDITIONS')">(MSGFIL);
+      MSGFIL.findings.error(heading, "the flame conditions that begin here are not closed by END",
+                            "END stands in columns 1-3, column 4 is blank");
       return false;
     }
     if (word.view() == "END ") break;
     if (word.view() == "****") continue;
     const auto found = std::find_if(keywords.begin(), keywords.end(),
                                     [&](const ConditionKeyword& k) { return k.word == word.view(); });
-    if (found == keywords.end() || !result) return report(word.view(), MSGFIL);
+    if (found == keywords.end()) {
+      Nearest nearest(word.view());
+      for (const ConditionKeyword& k : keywords) nearest.offer(k.word);
+      MSGFIL.findings.error(
+          here(NFICON, 1, 4), message("unknown keyword '", word, "' in the flame conditions"),
+          nearest.help().empty() ? "columns 1-4 hold a keyword, columns 6-15 its value" : nearest.help());
+      return report(word.view(), MSGFIL);
+    }
+    const auto name_of = [&](int) { return message("the value of ", word); };
+    if (!result) {
+      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
+      return report(word.view(), MSGFIL);
+    }
+    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
     const auto place = static_cast<std::size_t>(found - keywords.begin());
     VCOND[place] = value;
     given[place] = true;
+    lines[place] = here(NFICON, 6, 10);
   }
   for (std::size_t i = 0; i < keywords.size(); ++i) {
     if (!keywords[i].required || given[i]) continue;
     write<"(/,5X,'DATA ON FLAME CONDITIONS INCOMPLETE')">(MSGFIL);
+    MSGFIL.findings.error(heading, message("the flame conditions lack ", keywords[i].word),
+                          "GE, NG, RI, RO, TE and NT must be given");
     return false;
   }
   return true;
@@ -170,16 +193,22 @@ void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Lis
 
 bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
   Values VCOND{};
+  Places lines{};
   std::transform(keywords.begin(), keywords.end(), VCOND.begin(),
                  [](const ConditionKeyword& k) { return k.standard; });
-  if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND)) return false;
+  if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND, lines)) return false;
 
   const auto geometry = in_five_columns(code_of(VCOND[GE]));
   const auto grid = in_five_columns(count_of(VCOND[NG]));
   const auto grid_K = in_five_columns(count_of(VCOND[NGK]));
-  if (!geometry) return report(keywords[GE].word, MSGFIL);
-  if (!grid) return report(keywords[NG].word, MSGFIL);
-  if (!grid_K) return report(keywords[NGK].word, MSGFIL);
+  const auto out_of_columns = [&](Condition c) {
+    MSGFIL.findings.error(lines[c],
+                          message(keywords[c].word, " does not fit five columns as an integer: ", VCOND[c]));
+    return report(keywords[c].word, MSGFIL);
+  };
+  if (!geometry) return out_of_columns(GE);
+  if (!grid) return out_of_columns(NG);
+  if (!grid_K) return out_of_columns(NGK);
 
   if (VCOND[RS] == 0) VCOND[RS] = VCOND[STEP];
   write_block(VCOND, *grid, *grid_K, *geometry, NFISTO);

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <numeric>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "textio/record.h"
 #include "textio/run_stop.h"
 #include "textio/scanning.h"
+#include "thermo/headings.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -20,6 +22,7 @@ struct Given {
   bool H = false;
   bool RHO = false;
   int composition = 0;  // records with the amount of a species
+  Place heading;        // of the block
 };
 
 // A keyword of a block; keywords win over species of the same name.
@@ -56,25 +59,36 @@ bool find_heading(std::string_view HEAD, Unit& NFICON) {
   return true;
 }
 
-[[noreturn]] void stop_at_unreadable(const SpeciesName& name, Listing& MSGFIL) {
+constexpr std::string_view value_columns = "columns 1-8 hold a keyword or a species, columns 10-19 its value";
+
+[[noreturn]] void stop_at_unreadable(const SpeciesName& name, const Unit& NFICON, const ReadResult& result,
+                                     Listing& MSGFIL) {
   write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
+  report_unreadable(MSGFIL.findings, NFICON, result, message("the value of ", name));
   stop(MSGFIL);
 }
 
 // Takes the amount of a species.
-void set_amount(const SpeciesName& name, bool readable, double value, const NameIndex& index,
+void set_amount(const SpeciesName& name, double value, const ReadResult& result,
+                std::span<const SpeciesName> SYMB, const NameIndex& index, const Unit& NFICON,
                 MixtureState& mixture, Listing& MSGFIL) {
   const int number = index.find(name);
   if (number == 0) {
     write<"(1H1,5X,'ERROR - Wrong symbol in reaction conditions : ', A,'...')">(MSGFIL, name);
+    Nearest nearest(name.view());
+    nearest.offer_all(SYMB);
+    for (const Keyword& keyword : keywords) nearest.offer(keyword.word);
+    MSGFIL.findings.error(here(NFICON, 1, 8), message("'", name, "' is neither a keyword nor a species"),
+                          nearest.help().empty() ? std::string(value_columns) : nearest.help());
     stop(MSGFIL);
   }
   double& X = mixture.X[static_cast<std::size_t>(number - 1)];
   if (X > 0) {
     write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
+    MSGFIL.findings.error(here(NFICON, 1, 8), message("the amount of species '", name, "' is given twice"));
     stop(MSGFIL);
   }
-  if (!readable) stop_at_unreadable(name, MSGFIL);
+  if (!result) stop_at_unreadable(name, NFICON, result, MSGFIL);
   X = value;
 }
 
@@ -82,12 +96,14 @@ void set_amount(const SpeciesName& name, bool readable, double value, const Name
 Given read_values(std::span<const SpeciesName> SYMB, Unit& NFICON, MixtureState& mixture, Listing& MSGFIL) {
   const NameIndex index(SYMB);
   Given given;
+  given.heading = here(NFICON, 1, 8);
   for (;;) {
     SpeciesName name;
     double value = 0;
     const ReadResult result = read<"(A8,1X,E10.2)">(NFICON, name, value);
     if (result.end_of_file()) {
       write<"(1H ,5X,'ERROR - No end of reaction conditions')">(MSGFIL);
+      MSGFIL.findings.error(given.heading, "the mixture that begins here is not closed by END");
       stop(MSGFIL);
     }
     if (EQUSYM(3, name.view(), "END")) return given;
@@ -95,12 +111,18 @@ Given read_values(std::span<const SpeciesName> SYMB, Unit& NFICON, MixtureState&
     const auto keyword = std::find_if(keywords.begin(), keywords.end(), [&](const Keyword& k) {
       return EQUSYM(static_cast<int>(k.word.size()), name.view(), k.word);
     });
+    warn_of_columns(MSGFIL.findings, NFICON, result, [&](int) { return message("the value of ", name); });
     if (keyword == keywords.end()) {
-      set_amount(name, bool(result), value, index, mixture, MSGFIL);
+      set_amount(name, value, result, SYMB, index, NFICON, mixture, MSGFIL);
       ++given.composition;
       continue;
     }
-    if (!result) stop_at_unreadable(name, MSGFIL);
+    if (!result) stop_at_unreadable(name, NFICON, result, MSGFIL);
+    if (value <= 0 && (keyword->word == "P   " || keyword->word == "T   ")) {
+      MSGFIL.findings.warning(here(NFICON, 10, 10),
+                              message(keyword->word == "P   " ? "the pressure" : "the temperature",
+                                      " of this mixture is not positive: ", value));
+    }
     mixture.*keyword->value = value * keyword->factor;
     if (keyword->given != nullptr) given.*keyword->given = true;
   }
@@ -112,29 +134,38 @@ double sum(std::span<const double> values) {
 
 // Checks that the block gives what is needed, and nothing twice.
 void check(const Given& given, std::span<const double> gas_amounts, int NTOT, Listing& MSGFIL) {
+  std::string_view what;
   if (!given.P) {
     write<"(1H1,5X,'ERROR - Initial P or V not specified')">(MSGFIL);
+    what = "this mixture has no pressure (P, in bar)";
   } else if (!given.T && !given.H) {
     write<
         "(1H1,5X,'ERROR - Neither initial T nor initial enthalpy ',/, '1',5X,"
         "'        specified for adiabatic reactor        ')">(MSGFIL);
+    what = "this mixture has neither a temperature (T) nor an enthalpy (H(T0))";
   } else if (given.T && given.H) {
     write<
         "(1H1,5X,'ERROR - Initial T and initial enthalpy ',/, '1',5X,"
         "'        specified for adiabatic reactor        ')">(MSGFIL);
+    what = "this mixture has both a temperature (T) and an enthalpy (H(T0))";
   } else if (given.RHO) {
     write<
         "(1H1,5X,'ERROR - Initial density and pressure   ',/, '1',5X,"
         "'        specified at the same time             ')">(MSGFIL);
+    what = "this mixture has a density (RHO), which is always computed";
   } else if (given.composition > NTOT) {
     write<"(1H1,5X,'ERROR - More than ',I2,' initial values defined')">(MSGFIL, NTOT);
+    what = "this mixture has more amounts than there are species";
   } else if (given.composition == 0) {
     write<"(1H ,5X,'ERROR - No initial composition specified')">(MSGFIL);
+    what = "this mixture has no composition";
   } else if (!(sum(gas_amounts) > 0)) {
     write<"(1H ,5X,'ERROR - No gas-phase composition specified')">(MSGFIL);
+    what = "the amounts of the gas species of this mixture do not add up to a positive number";
   } else {
     return;
   }
+  MSGFIL.findings.error(given.heading, what);
   stop(MSGFIL);
 }
 
@@ -199,6 +230,9 @@ void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const 
             Unit& NFICON, Listing& MSGFIL, MixtureState& mixture) {
   if (!find_heading(HEAD, NFICON)) {
     write<"(1H ,5X,'WARNING - No composition specified')">(MSGFIL);
+    MSGFIL.findings.warning(whole(NFICON),
+                            message("no mixture '", HEAD, "': the store file gets zeros for it"),
+                            headings_of(NFICON, HEAD, condition_headings));
     return;
   }
   mixture = {};

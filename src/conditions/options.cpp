@@ -34,6 +34,9 @@ bool find_heading(Unit& NFICON, Listing& MSGFIL) {
     write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(record).subspan(1));
   }
   write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, record[0]);
+  const bool at_end = record[0].first(4) == "COMM" || NFICON.record_number() == 0;
+  MSGFIL.findings.error(at_end ? whole(NFICON) : here(NFICON, 1, 4), "the heading OPTIONS is due here",
+                        "the file begins with title lines (COMMENT ...) and OPTIONS; letter case counts");
   return fail(MSGFIL);
 }
 
@@ -45,6 +48,8 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
                                   [&](std::string_view option) { return option.substr(0, 4) == word; });
   if (found == NTOPT.end()) {
     write<"(1H1,5X,'ERROR - Option ',A6,I3,' is incorrect')">(MSGFIL, field.name, *field.value);
+    MSGFIL.findings.error(field.place, message("unknown option '", field.name, "'"),
+                          nearest_option(field.name, NTOPT));
     return false;
   }
   IOPT.slots[static_cast<std::size_t>(found - NTOPT.begin())] = *field.value == 0 ? 1 : *field.value;
@@ -53,12 +58,19 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
 
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
 bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
+  const Place heading = here(NFICON, 1, 4);
   bool LOK = true;
+  bool readable = true;
   complete = false;
-  for (OptionRecord record; read_option_record(NFICON, record);) {
+  for (OptionRecord record; read_option_record(NFICON, MSGFIL.findings, record);) {
     const auto end =
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
-    if (std::any_of(record.begin(), end, [](const OptionField& f) { return !f.value; })) break;
+    const auto unreadable = std::find_if(record.begin(), end, [](const OptionField& f) { return !f.value; });
+    if (unreadable != end) {
+      report_option_value(*unreadable, MSGFIL.findings);
+      readable = false;
+      break;
+    }
     std::for_each(record.begin(), end,
                   [&](const OptionField& f) { LOK = set_option(f, IOPT, MSGFIL) && LOK; });
     if (end == record.end()) continue;
@@ -66,19 +78,52 @@ bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& compl
     return LOK;
   }
   write<"(1H1,5X,'ERROR - Unreadable options or no END of options')">(MSGFIL);
+  if (readable) MSGFIL.findings.error(heading, "the options that begin here are not closed by END");
   return fail(MSGFIL);
 }
 
 }  // namespace
 
-bool read_option_record(Unit& NFICON, OptionRecord& record) {
+bool read_option_record(Unit& NFICON, Findings& findings, OptionRecord& record) {
+  constexpr int field_width = 10;  // name 6, value 3, blank 1
   std::array<Text<6>, fields_per_record> names;
   std::array<Text<3>, fields_per_record> values;
-  if (!read<"(7(A6,A3,1X))">(NFICON, zip(names, values))) return false;
+  std::array<Text<1>, fields_per_record> behind;
+  if (!read<"(7(A6,A3,A1))">(NFICON, zip(names, values, behind))) return false;
   for (std::size_t k = 0; k < record.size(); ++k) {
-    record[k] = {OptionName(names[k].view()), read_integer(values[k].view())};
+    const Place place = here(NFICON, field_width * static_cast<int>(k) + 1, field_width - 1);
+    record[k] = {OptionName(names[k].view()), read_integer(values[k].view()), place};
+    const char c = behind[k].chars[0];
+    if (c >= '0' && c <= '9' && !record[k].ends_section()) {
+      findings.warning(
+          {place.unit, place.record, place.column + field_width - 1},
+          message("the digit in column ", place.column + field_width - 1,
+                  " is not read: it stands beside the value of option '", names[k], "'"),
+          "the columns look shifted: fields are ten wide, the name in the first six columns, the value in "
+          "the next three");
+    }
   }
   return true;
+}
+
+void report_option_value(const OptionField& field, Findings& findings) {
+  constexpr int name_width = 6;
+  constexpr int value_width = 3;
+  const int column = field.place.column + name_width;
+  findings.error({field.place.unit, field.place.record, column, value_width},
+                 message("cannot read the value of option '", field.name,
+                         "': expected an integer in columns ", column, "-", column + value_width - 1),
+                 "option fields are ten columns wide: six for the name, three for the value, one blank");
+}
+
+std::string nearest_option(const OptionName& name, const OptionNames& options) {
+  Nearest nearest(name.view());
+  for (const std::string_view option : options) {
+    if (option.starts_with('-')) continue;
+    nearest.offer(option);
+    nearest.offer(option.substr(0, trimmed(name.view()).size()));
+  }
+  return nearest.help();
 }
 
 void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& MSGFIL) {

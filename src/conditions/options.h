@@ -33,14 +33,22 @@ inline constexpr int PLN2D = 51;
 struct OptionField {
   OptionName name;
   std::optional<int> value;
+  Place place;  // the name and the value
 
   bool ends_section() const { return name.first(3) == "END"; }
 };
 constexpr int fields_per_record = 7;
 using OptionRecord = std::array<OptionField, fields_per_record>;
 
-// Reads the seven fields of the next record; false at end of file.
-[[nodiscard]] bool read_option_record(Unit& NFICON, OptionRecord& record);
+// Reads the seven fields of the next record; false at end of file. Warns of values that run into the next
+// column.
+[[nodiscard]] bool read_option_record(Unit& NFICON, Findings& findings, OptionRecord& record);
+
+// Reports an option field whose value cannot be read.
+void report_option_value(const OptionField& field, Findings& findings);
+
+// The option that a misspelt name probably means.
+std::string nearest_option(const OptionName& name, const OptionNames& options);
 
 // Lists the slots that are not 0 as pairs (name, value), five to a record; the last record holds the pairs
 // that are left, or none.

@@ -19,60 +19,98 @@ struct Particles {
   std::vector<double> XPA;         // their initial fractions
 };
 
-// Stands behind the next record that begins with a word of four characters; false when there is none.
-bool find_record(std::string_view word, Unit& NFICON) {
+// Stands behind the next record that begins with a word of four characters; false, after the finding, when
+// there is none.
+bool find_record(std::string_view word, Unit& NFICON, Findings& findings) {
   Text<4> record;
   do {
-    if (!read<"(A4)">(NFICON, record)) return false;
+    if (!read<"(A4)">(NFICON, record)) {
+      findings.error(
+          whole(NFICON), message("no record '", word, "' of the particle data where it is due"),
+          "the section holds, in this order: PART, NRGP, PASP and the names, END, PARi and the fractions, END");
+      return false;
+    }
   } while (record.view() != word);
   return true;
 }
 
-bool read_grid_size(Unit& NFICON, int& NRGP) {
+bool read_grid_size(Unit& NFICON, int& NRGP, Findings& findings) {
   Text<4> word;
+  const Place heading = here(NFICON, 1, 4);
   do {
-    if (!read<"(A4,1X,I6)">(NFICON, word, NRGP)) return false;
+    const ReadResult result = read<"(A4,1X,I6)">(NFICON, word, NRGP);
+    if (result.end_of_file()) {
+      findings.error(heading, "the particle data that begin here have no record NRGP");
+      return false;
+    }
+    if (!result) {
+      report_unreadable(findings, NFICON, result, "the particle grid size");
+      return false;
+    }
   } while (word.view() != "NRGP");
   return true;
 }
 
-bool read_names(Unit& NFICON, std::vector<SpeciesName>& names) {
+bool read_names(Unit& NFICON, std::vector<SpeciesName>& names, Findings& findings) {
+  const Place heading = here(NFICON, 1, 4);
   for (;;) {
     std::array<SpeciesName, 7> record;
-    if (!read<"(7(A8,1X))">(NFICON, record)) return false;
+    if (!read<"(7(A8,1X))">(NFICON, record)) {
+      findings.error(heading, "the particle species that begin here are not closed by END");
+      return false;
+    }
     if (record[0].first(3) == "END") return true;
     std::copy_if(record.begin(), record.end(), std::back_inserter(names),
                  [](const SpeciesName& name) { return !name.blank(); });
-    if (names.size() > NSMAX) return false;
+    if (names.size() > NSMAX) {
+      findings.error(here(NFICON), message("more than ", NSMAX, " particle species"));
+      return false;
+    }
   }
 }
 
 // Grid size and list of the section, up to the heading of the fractions.
-bool read_section(Unit& NFICON, Particles& particles) {
+bool read_section(Unit& NFICON, Particles& particles, Findings& findings) {
   NFICON.rewind();
-  return find_record("PART", NFICON) && read_grid_size(NFICON, particles.NRGP) &&
-         find_record("PASP", NFICON) && read_names(NFICON, particles.names) && find_record("PARi", NFICON);
+  return find_record("PART", NFICON, findings) && read_grid_size(NFICON, particles.NRGP, findings) &&
+         find_record("PASP", NFICON, findings) && read_names(NFICON, particles.names, findings) &&
+         find_record("PARi", NFICON, findings);
 }
 
 // Takes the fraction records up to END; false, some with a message of their own, at an error.
 bool read_fractions(Unit& NFICON, Listing& MSGFIL, Particles& particles) {
+  const Place heading = here(NFICON, 1, 4);
   particles.XPA.assign(particles.names.size(), 0.0);
   for (;;) {
     SpeciesName name;
     double value = 0;
     const ReadResult result = read<"(A8,1X,E10.2)">(NFICON, name, value);
-    if (result.end_of_file()) return false;
+    if (result.end_of_file()) {
+      MSGFIL.findings.error(heading, "the particle fractions that begin here are not closed by END");
+      return false;
+    }
     if (name.first(3) == "END") return true;
     if (name.first(4) == "****") continue;
     const auto found = std::find(particles.names.begin(), particles.names.end(), name);
     if (found == particles.names.end()) {
       write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
+      MSGFIL.findings.error(here(NFICON, 1, 8),
+                            message("'", name, "' is not in the list of particle species"),
+                            Nearest(name.view()).offer_all(particles.names).help());
       return false;
     }
-    if (!result) return false;
+    const auto name_of = [&](int) { return message("the fraction of ", name); };
+    if (!result) {
+      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
+      return false;
+    }
+    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
     double& XPA = particles.XPA[static_cast<std::size_t>(found - particles.names.begin())];
     if (XPA > 0 || value < 0) {
       write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
+      MSGFIL.findings.error(here(NFICON, 1, 19), value < 0
+                                                     ? message("the fraction of ", name, " is negative")
+                                                     : message("the fraction of ", name, " is given twice"));
       return false;
     }
     XPA = value;
@@ -90,16 +128,31 @@ void normalise(std::vector<double>& XPA) {
   }
 }
 
-// Finds a species in the database and copies its data; false when it is not there or cannot be read.
-bool write_species(const SpeciesName& name, Unit& thermliq, Unit& NFISTO) {
+// Finds a species in the database and copies its data; false, after the finding, when it is not there or
+// cannot be read.
+bool write_species(const SpeciesName& name, Unit& thermliq, Findings& findings, Unit& NFISTO) {
   SpeciesName record;
   thermliq.rewind();
   do {
-    if (!read<"(A8)">(thermliq, record)) return false;
+    if (!read<"(A8)">(thermliq, record)) {
+      findings.error(whole(thermliq), message("no data of particle species '", name, "' in this file"),
+                     "a record with the name, letter for letter, precedes four records of six values each");
+      return false;
+    }
   } while (record != name);
   write<"(A8)">(NFISTO, name);
   std::array<double, 24> data{};
-  if (!read<"(6(1PE11.4,1X))">(thermliq, data)) return false;
+  const Place name_record = here(thermliq, 1, 8);
+  const ReadResult result = read<"(6(1PE11.4,1X))">(thermliq, data);
+  const auto name_of = [&](int number) {
+    return message("value ", number, " of particle species '", name, "'");
+  };
+  if (result.end_of_file())
+    findings.error(name_record, "the file ends before the 24 values of this particle species");
+  if (result.is_unreadable())
+    report_unreadable(findings, thermliq, result, name_of(result.unreadable.number));
+  if (!result) return false;
+  warn_of_columns(findings, thermliq, result, name_of);
   const auto group = [&](std::size_t k) { return std::span<const double>(data).subspan(4 * k, 4); };
   write<"('XTROL,VOLCH,WAFSRK,WAF:',4(1PE11.4,1X))">(NFISTO, group(0));
   write<"('PCRIT,TCRIT,TBOIL,VPA: ',4(1PE11.4,1X))">(NFISTO, group(1));
@@ -119,7 +172,7 @@ bool write_block(const Particles& particles, Unit& thermliq, Listing& MSGFIL, Un
   write<"('PARDAT OF CONDENSED SPECIES')">(NFISTO);
   write<"('--* OUTPUT OF SPECIES DATA')">(MSGFIL);
   for (const SpeciesName& name : particles.names) {
-    if (!write_species(name, thermliq, NFISTO)) return false;
+    if (!write_species(name, thermliq, MSGFIL.findings, NFISTO)) return false;
   }
   write<"(' XPA     ',3X,5(1PE11.4,1X))">(NFISTO, std::span(particles.XPA));
   write<"('<')">(NFISTO);
@@ -128,9 +181,14 @@ bool write_block(const Particles& particles, Unit& thermliq, Listing& MSGFIL, Un
 
 bool process(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
   Particles particles;
-  if (!read_section(NFICON, particles)) return false;
+  if (!read_section(NFICON, particles, MSGFIL.findings)) return false;
   if (static_cast<int>(particles.names.size()) != NPART) {
     write_free(MSGFIL, std::string_view(" *** NUMBER OF PARTICLE SPECIES INCONSISTENT *** "));
+    MSGFIL.findings.error(
+        here(NFICON, 1, 4),
+        message("the list of particle species has ", static_cast<int>(particles.names.size()),
+                " names read in columns of nine, but ", NPART, " read by blanks"),
+        "names stand in columns 1-8, 10-17, 19-26, 28-35, 37-44, 46-53 and 55-62");
     return false;
   }
   if (!read_fractions(NFICON, MSGFIL, particles)) return false;
@@ -140,12 +198,12 @@ bool process(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFI
 
 }  // namespace
 
-void GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
+bool GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
   thermliq.open();
   write<"('--* PROCESSING PARTICLE DATA')">(MSGFIL);
-  if (!process(NPART, NFICON, thermliq, MSGFIL, NFISTO)) {
-    write<"('*!* ERROR WHILE PROCESSING PARTICLE SPECIES DATA')">(MSGFIL);
-  }
+  const bool complete = process(NPART, NFICON, thermliq, MSGFIL, NFISTO);
+  if (!complete) write<"('*!* ERROR WHILE PROCESSING PARTICLE SPECIES DATA')">(MSGFIL);
+  return complete;
 }
 
 }  // namespace varpre

@@ -11,6 +11,7 @@ namespace varpre {
 // driver read.
 //
 // Every error is reported in the listing and ends the stage; what was appended before it stays.
-void GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO);
+// Returns whether the block is complete.
+bool GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

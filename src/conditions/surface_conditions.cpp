@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "textio/record.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -53,17 +54,21 @@ bool find_heading(Unit& NFICON, Listing& MSGFIL) {
     if (record.first(heading.size()) == heading) return true;
   }
   write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, record);
+  MSGFIL.findings.error(whole(NFICON), message("no heading '", heading, "'"),
+                        headings_of(NFICON, heading, condition_headings));
   return false;
 }
 
 // Takes the keyword records up to END; false after the message.
-bool read_values(Unit& NFICON, Listing& MSGFIL, Values& values) {
+bool read_values(Unit& NFICON, const Place& heading, Listing& MSGFIL, Values& values) {
   for (;;) {
     Text<8> word;
     double value = 0;
     const ReadResult result = read<"(A8,1X,E11.4)">(NFICON, word, value);
     if (result.end_of_file()) {
       write<"(6X,'NO END OF SURFACE CONDITIONS')">(MSGFIL);
+      MSGFIL.findings.error(heading, "the surface conditions that begin here are not closed by END",
+                            "END stands in columns 1-3, column 4 is blank");
       return false;
     }
     if (word.first(4) == "END ") return true;
@@ -71,12 +76,19 @@ bool read_values(Unit& NFICON, Listing& MSGFIL, Values& values) {
                                     [&](const Property& p) { return p.word == word.first(4); });
     if (found == properties.end()) {
       write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+      Nearest nearest(word.view());
+      for (const Property& p : properties) nearest.offer(p.word);
+      MSGFIL.findings.error(
+          here(NFICON, 1, 8), message("unknown keyword '", word, "' in the surface conditions"),
+          nearest.help().empty() ? "columns 1-4 hold a keyword, columns 10-20 its value" : nearest.help());
       return false;
     }
     if (!result) {
       write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+      report_unreadable(MSGFIL.findings, NFICON, result, message("the value of ", word));
       return false;
     }
+    warn_of_columns(MSGFIL.findings, NFICON, result, [&](int) { return message("the value of ", word); });
     Given& given = values[static_cast<std::size_t>(found - properties.begin())];
     given.value = value;
     ++given.count;
@@ -84,9 +96,18 @@ bool read_values(Unit& NFICON, Listing& MSGFIL, Values& values) {
 }
 
 // Complains of a property that is not given exactly once.
-bool given_once(std::size_t i, const Values& values, Listing& MSGFIL) {
+bool given_once(std::size_t i, const Values& values, const Place& heading, Listing& MSGFIL) {
   if (values[i].count == 1) return true;
   write<"(1X,5X,A,A)">(MSGFIL, properties[i].complaint, properties[i].consequence);
+  const std::string what =
+      message(properties[i].word, values[i].count == 0 ? " is not given" : " is given more than once",
+              " in the surface conditions");
+  if (i < wall_properties) {
+    MSGFIL.findings.warning(heading, what, message("its value is ", values[i].value));
+  } else {
+    MSGFIL.findings.error(heading, what,
+                          "a counter flow needs the catalyst's dimensions CATD, CATB and CATL, once each");
+  }
   return false;
 }
 
@@ -96,12 +117,13 @@ bool GENCOW(bool counter_flow, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
   if (!find_heading(NFICON, MSGFIL)) return false;
   Values values{};
   for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;
-  if (!read_values(NFICON, MSGFIL, values)) return false;
+  const Place heading = here(NFICON, 1, 12);
+  if (!read_values(NFICON, heading, MSGFIL, values)) return false;
 
-  for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, MSGFIL);
+  for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, heading, MSGFIL);
   const std::size_t count = counter_flow ? values.size() : wall_properties;
   for (std::size_t i = wall_properties; i < count; ++i) {
-    if (!given_once(i, values, MSGFIL)) return false;  // the solver cannot do without
+    if (!given_once(i, values, heading, MSGFIL)) return false;  // the solver cannot do without
   }
 
   for (std::size_t i = 0; i < count; ++i) {

@@ -8,6 +8,7 @@
 
 #include "conditions/options.h"
 #include "textio/record.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -63,13 +64,17 @@ bool find_record(std::string_view word, Unit& NFICON) {
 
 // Reads the option entries up to the END record, its own other entries included; false after the message.
 bool read_entries(Unit& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
+  const Place heading = here(NFICON, 1, 4);
   for (OptionRecord record;;) {
-    if (!read_option_record(NFICON, record)) {
+    if (!read_option_record(NFICON, MSGFIL.findings, record)) {
       write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
+      MSGFIL.findings.error(heading, "the two-dimensional options that begin here are not closed by END");
       return false;
     }
     if (entries.size() + record.size() > NUMOPT) {
       write<"('*!* ERROR: MORE THAN 60 2D-OPTIONS!')">(MSGFIL);
+      MSGFIL.findings.error(here(NFICON), message("more than ", NUMOPT, " two-dimensional options"),
+                            "eight records of seven fields can be taken, the END record counted");
       return false;
     }
     const bool last = record[0].ends_section();
@@ -77,7 +82,10 @@ bool read_entries(Unit& NFICON, Listing& MSGFIL, std::vector<OptionField>& entri
       record[0].name = "";
       for (OptionField& field : record) field.value = field.value.value_or(0);
     }
-    if (std::any_of(record.begin(), record.end(), [](const OptionField& f) { return !f.value; })) {
+    const auto unreadable =
+        std::find_if(record.begin(), record.end(), [](const OptionField& f) { return !f.value; });
+    if (unreadable != record.end()) {
+      report_option_value(*unreadable, MSGFIL.findings);
       write<"('*!* ERROR WHILE READING OPITONS FROM INPUT-FILE!')">(MSGFIL);
       return false;
     }
@@ -97,6 +105,8 @@ OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
         std::any_of(N2TOPT.begin(), N2TOPT.end(), [&](std::string_view o) { return matches(entry, o); });
     if (entry.name.blank() || known) continue;
     write<"('*!* WARNING: OPTION ',A8,'NOT FOUND IN OPTIONSLIST!')">(MSGFIL, entry.name);
+    MSGFIL.findings.warning(entry.place, message("unknown two-dimensional option '", entry.name, "'"),
+                            nearest_option(entry.name, N2TOPT));
   }
   for (const OptionField& entry : entries) {
     for (std::size_t n = 0; n < N2TOPT.size(); ++n) {
@@ -108,19 +118,33 @@ OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
 
 // Takes the keyword records up to the first other one; false after the message.
 bool read_parameters(Unit& NFICON, Listing& MSGFIL, ParameterValues& values) {
+  const Place heading = here(NFICON, 1, 4);
   for (;;) {
     Text<4> word;
     double value = 0;
     const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
     if (result.end_of_file()) {
       write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
+      MSGFIL.findings.error(heading, "the two-dimensional parameters that begin here are not closed by END");
       return false;
     }
     if (word.view() == "****") continue;
     const auto found = std::find_if(parameters.begin(), parameters.end(),
                                     [&](const Parameter& p) { return p.word == word.view(); });
-    if (found == parameters.end()) return true;
+    if (found == parameters.end()) {
+      Nearest nearest(word.view());
+      for (const Parameter& p : parameters) nearest.offer(p.word);
+      if (word.first(3) != "END") {
+        MSGFIL.findings.warning(here(NFICON, 1, 4),
+                                message("'", word, "' is no two-dimensional parameter: it ends the section"),
+                                nearest.help());
+      }
+      return true;
+    }
+    const auto name_of = [&](int) { return message("the value of ", word); };
+    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
     if (!result) {
+      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
       write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
       return false;
     }
@@ -155,27 +179,31 @@ std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
 
 }  // namespace
 
-void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+bool G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
   if (!find_record("2DOP", NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
-    return;
+    MSGFIL.findings.error(whole(NFICON), "no heading '2DOP' of the two-dimensional options",
+                          headings_of(NFICON, "2DOP", condition_headings));
+    return false;
   }
   write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
   write_free(MSGFIL);
   std::vector<OptionField> entries;
-  if (!read_entries(NFICON, MSGFIL, entries)) return;
+  if (!read_entries(NFICON, MSGFIL, entries)) return false;
   const OptionVector IOPT2 = assign(entries, MSGFIL);
   write<"(3X,'2DOptions : ')">(MSGFIL);
   list_options(N2TOPT, IOPT2, MSGFIL);
 
   if (!find_record("2DIN", NFICON)) {
     write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
-    return;
+    MSGFIL.findings.error(whole(NFICON), "no heading '2DIN' of the two-dimensional parameters",
+                          headings_of(NFICON, "2DIN", condition_headings));
+    return false;
   }
   ParameterValues values{};
   std::transform(parameters.begin(), parameters.end(), values.begin(),
                  [](const Parameter& p) { return p.standard; });
-  if (!read_parameters(NFICON, MSGFIL, values)) return;
+  if (!read_parameters(NFICON, MSGFIL, values)) return false;
 
   std::vector<StoreRecord> records = records_of(NFISTO);
   replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
@@ -183,7 +211,8 @@ void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
                              [](const StoreRecord& record) { return record.first(8) == radius_record; });
   if (records.end() - radius <= weight_record) {
     write<"('*!* ERROR: NO FLAME CONDITIONS IN THE STORE FILE!')">(MSGFIL);
-    return;
+    MSGFIL.findings.error(whole(NFISTO), "no flame conditions in the store file");
+    return false;
   }
   const auto first_listed = radius - records.begin();
   const std::vector<StoreRecord> inserted = parameter_records(values);
@@ -197,6 +226,7 @@ void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
 
   NFISTO.clear();
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
+  return true;
 }
 
 }  // namespace varpre

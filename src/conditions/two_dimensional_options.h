@@ -11,6 +11,7 @@ namespace varpre {
 // blanks.
 //
 // An unknown option is a warning. Every error is reported in the listing and leaves the store file as it was.
-void G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
+// Returns whether the store file was edited.
+bool G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

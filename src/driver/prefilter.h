@@ -5,6 +5,9 @@
 
 namespace varpre {
 
+// Characters of a line that the stages can read.
+constexpr int copied_width = 80;
+
 // Copies the lines of an input unit to another one, each cut or padded to 80 characters, without comment
 // lines (those that begin with **** or ----), and stands before the first record of the copy. The copy knows
 // the origin of its records.

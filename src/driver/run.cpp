@@ -18,6 +18,7 @@
 #include "textio/record.h"
 #include "textio/run_stop.h"
 #include "thermo/elements.h"
+#include "thermo/headings.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"
 #include "transport/transport_data.h"
@@ -58,6 +59,11 @@ class Sequence {
         NFIPAR(files.particles),
         MSGFIL(files.listing) {}
 
+  // What the run is about, or was when it ended.
+  std::string_view stage() const { return stage_; }
+  // The stage that failed although the run went on to its normal end.
+  std::string_view incomplete() const { return incomplete_; }
+
   // Throws AbnormalEnd where a check fails.
   void all_stages() {
     write<"('>INPUT DATA FROM PROGRAM VARPRE')">(NFISTO);
@@ -92,6 +98,7 @@ class Sequence {
   }
 
   void read_options() {
+    stage_ = "the options";
     const bool LOK = GENOPT(NFICON, MSGFIL, NFISTO, IOPT);
     separator();
     check(LOK);
@@ -99,8 +106,13 @@ class Sequence {
   }
 
   void read_gas_species() {
+    stage_ = "the gas-phase species";
     const SpeciesList list = GENSYM("Gas Phas", NFICON, MSGFIL, places_after(0));
     separator();
+    if (!list.heading) {
+      MSGFIL.findings.error(whole(NFICON), "no heading 'GAS PHASE' of the gas-phase species list",
+                            headings_of(NFICON, "Gas Phas", condition_headings));
+    }
     check(!list.absent);
     NGAS = list.NS;
     // Between here and the next check other stages run: a failure is kept until then.
@@ -109,6 +121,7 @@ class Sequence {
   }
 
   void read_surface_species() {
+    stage_ = "the surface species";
     const SpeciesList list = GENSYM("Surface ", NFICON, MSGFIL, places_after(NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
@@ -121,6 +134,7 @@ class Sequence {
   }
 
   void fit_transport() {
+    stage_ = "the transport data";
     INIMOI(gas(), gas_elements_, NFISTO);
     GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
     check(LOK_species);
@@ -128,6 +142,7 @@ class Sequence {
   }
 
   void read_surface_conditions() {
+    stage_ = "the surface conditions";
     if (NSURF > 0) PRTHD(surface(), NFISTO);
     if (NSURF == 0 && IOPT(SOLID) != 1) return;
     const bool LOK = GENCOW(IOPT(IMPULSE) == -2, NFICON, MSGFIL, NFISTO);
@@ -136,6 +151,7 @@ class Sequence {
   }
 
   void read_gas_mechanism(const ReactionNames& names) {
+    stage_ = "the gas-phase mechanism";
     const MechanismOptions options{.solver_reverses = IOPT(REVSIM) != 0};
     Mechanism mechanism;
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
@@ -146,6 +162,7 @@ class Sequence {
   }
 
   void read_surface_mechanism() {
+    stage_ = "the surface mechanism";
     if (NSURF == 0) return;
     const ReactionNames names(all().SYMB);
     Mechanism mechanism;
@@ -155,6 +172,7 @@ class Sequence {
   }
 
   void read_particle_species() {
+    stage_ = "the particle species list";
     const SpeciesList list = GENSYM("PASPECIES", NFICON, MSGFIL, places_after(NGAS + NSURF));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
@@ -164,6 +182,7 @@ class Sequence {
   }
 
   void read_further_reactions() {
+    stage_ = "the complex and photo reactions";
     bool LOK = GENCRE(all().SYMB, NR, IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO);
     separator();
     check(LOK);
@@ -173,6 +192,7 @@ class Sequence {
   }
 
   void read_mixtures(double ZMIX, std::string_view HEADF) {
+    stage_ = "the boundary mixtures";
     const auto mixture = std::make_unique<MixtureState>();
     NFICON.rewind();
     CHICON(HEADF, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
@@ -184,6 +204,7 @@ class Sequence {
   }
 
   void read_flame_conditions() {
+    stage_ = "the flame conditions";
     const bool LOK = INICON(IOPT, NFICON, MSGFIL, NFISTO);
     separator();
     check(LOK);
@@ -191,8 +212,12 @@ class Sequence {
 
   // The late stages, which append to the finished store file and edit it.
   void edit_store_file() {
-    if (IOPT(IMPULSE) == -5) GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO);
-    if (IOPT(PLN2D) == 1) G2OPT(NFICON, MSGFIL, NFISTO);
+    const auto note_failure = [&](bool complete, std::string_view stage) {
+      if (!complete && incomplete_.empty()) incomplete_ = stage;
+    };
+    if (IOPT(IMPULSE) == -5)
+      note_failure(GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO), "the particle data");
+    if (IOPT(PLN2D) == 1) note_failure(G2OPT(NFICON, MSGFIL, NFISTO), "the two-dimensional options");
   }
 
   Unit& NFIMOL;
@@ -203,6 +228,8 @@ class Sequence {
   Unit& NFIPAR;
   Listing& MSGFIL;
 
+  std::string_view stage_;
+  std::string_view incomplete_;
   OptionVector IOPT;
   bool LPRT = false;  // extended printing
   bool LOK_species = true;
@@ -228,19 +255,44 @@ void filter(Unit& input, Unit& copy, Listing& MSGFIL) {
   copy.save();
 }
 
-RunEnd run_stages(Files& files) {
+// Warns of what was cut off the lines that the stages have read, where nothing more exact was said. What
+// stands behind a "!" was hardly meant to be read.
+void warn_of_cut_lines(const Unit& copy, Findings& findings) {
+  for (const int record : copy.cut_records) {
+    if (copy.origin(record).text.substr(0, copied_width).find('!') != std::string_view::npos) continue;
+    findings.warning({&copy, record, copied_width + 1, 1}, "text beyond column 80 is not read");
+  }
+}
+
+RunEnd run_stages(Sequence& sequence, Listing& MSGFIL) {
   try {
-    std::make_unique<Sequence>(files)->all_stages();
+    sequence.all_stages();
     return RunEnd::normal;
   } catch (const AbnormalEnd&) {
-    write_abnormal_end(files.listing);
+    write_abnormal_end(MSGFIL);
   } catch (const RunStop& stop) {
     if (stop.ending == RunStop::Ending::number_not_finite) {
-      write<"(' ',5X,'ERROR - A number for the store file is not finite')">(files.listing);
-      write_abnormal_end(files.listing);
+      write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
+      write_abnormal_end(MSGFIL);
     }
   }
   return RunEnd::abnormal;
+}
+
+std::string diagnostics(const Files& files, const Sequence& sequence, RunEnd end) {
+  Findings findings = files.listing.findings;
+  warn_of_cut_lines(files.conditions_copy, findings);
+  warn_of_cut_lines(files.mechanism_copy, findings);
+  if (end == RunEnd::abnormal && findings.errors() == 0) {
+    findings.error(whole(files.conditions_copy),
+                   message("the data of this run lead to a number that is not finite in ", sequence.stage()),
+                   "the last message of the listing names it");
+  }
+  if (end == RunEnd::abnormal)
+    return findings.render(message("incomplete (ended in ", sequence.stage(), ")"));
+  if (!sequence.incomplete().empty())
+    return findings.render(message("incomplete (", sequence.incomplete(), ")"));
+  return findings.render("complete");
 }
 
 }  // namespace
@@ -267,18 +319,19 @@ Files Files::in_memory() {
   return {Unit::Storage::memory, Listing::no_file};
 }
 
-RunEnd run(Files& files) {
+RunResult run(Files& files) {
   open_files(files);
   write_banner(files.listing);
   filter(files.conditions, files.conditions_copy, files.listing);
   filter(files.mechanism, files.mechanism_copy, files.listing);
   filter(files.thermo, files.thermo_copy, files.listing);
 
-  const RunEnd end = run_stages(files);
+  const auto sequence = std::make_unique<Sequence>(files);
+  const RunEnd end = run_stages(*sequence, files.listing);
   files.store.replace();
   if (end == RunEnd::normal) write_normal_end(files.listing);
   files.listing.flush();
-  return end;
+  return {end, diagnostics(files, *sequence, end)};
 }
 
 }  // namespace varpre

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "textio/listing.h"
 #include "textio/unit.h"
 
@@ -29,9 +31,15 @@ struct Files {
 
 enum class RunEnd { normal, abnormal };
 
+// How a run ended.
+struct RunResult {
+  RunEnd end = RunEnd::normal;
+  std::string diagnostics;  // for standard error; nothing when there is nothing to say
+};
+
 // One run: opens the files, runs the stages in their order, and saves the copies and the store file. Whatever
 // the input holds, the run ends in an orderly way, with its banner or its message in the listing. Throws
 // std::system_error when a file cannot be opened, read or written.
-RunEnd run(Files& files);
+RunResult run(Files& files);
 
 }  // namespace varpre

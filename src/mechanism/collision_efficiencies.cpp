@@ -7,6 +7,7 @@
 #include "textio/record.h"
 #include "textio/run_stop.h"
 #include "textio/scanning.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -21,6 +22,7 @@ struct Block {
   std::array<SpeciesName, most_species> species;
   std::array<double, most_species> efficiencies{};
   std::size_t count = 0;  // species
+  Place line;             // its first record
 };
 
 // Efficiency rows of the third bodies 1..NCOLL over the species 1..NS.
@@ -59,25 +61,44 @@ Unit* find_section_in_either(Unit& NFIMEC, Unit& NFICON, bool& troe) {
   return nullptr;
 }
 
-bool fail_without_end(Listing& MSGFIL) {
+bool fail_without_end(const Place& section, Listing& MSGFIL) {
   write<"('1',5X,'ERROR: no END of the collision efficiencies')">(MSGFIL);
+  MSGFIL.findings.error(section, "the collision efficiencies that begin here are not closed by END");
   return false;
 }
 
+// Warns of efficiencies beyond column 80, which is all of the ninth species and those behind it.
+void warn_of_lost_efficiencies(const Block& block, Unit& unit, Findings& findings) {
+  constexpr std::size_t species_in_80_columns = 8;
+  if (block.count <= species_in_80_columns) return;
+  const auto cut = std::find(unit.cut_records.begin(), unit.cut_records.end(), unit.record_number());
+  if (cut == unit.cut_records.end()) return;
+  unit.cut_records.erase(cut);  // this says it all
+  findings.warning(here(unit, 81, 8),
+                   message("text beyond column 80 is not read: the efficiencies count as 0 from ",
+                           block.species[species_in_80_columns], " on"),
+                   "a second definition of the same third body can name further species");
+}
+
 // Reads the two records of a block, or the END record (`end`); false after the message.
-bool read_block(Unit& unit, Block& block, bool& end, Listing& MSGFIL) {
+bool read_block(Unit& unit, const Place& section, Block& block, bool& end, Listing& MSGFIL) {
   Line line;
   block = {};
-  if (!read<"(A)">(unit, line)) return fail_without_end(MSGFIL);
+  if (!read<"(A)">(unit, line)) return fail_without_end(section, MSGFIL);
   block.name = line.first(8);
+  block.line = here(unit, 1, 8);
   end = EQUSYM(3, line.view(), "END");
   if (end) return true;
 
   NameList list;
-  const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL);
-  SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL);
+  const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL, block.line);
+  SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, block.line);
   if (list.NDEL == 0 || list.DELS[0] != "=") {
     write<"('wrong first delimiter in gencef')">(MSGFIL);
+    MSGFIL.findings.error(
+        block.line, "no \"=\" behind the name of this third body",
+        "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow in the "
+        "next record");
     throw RunStop{};
   }
   for (int k = 1; k < list.NSYM; ++k) {
@@ -85,15 +106,27 @@ bool read_block(Unit& unit, Block& block, bool& end, Listing& MSGFIL) {
     if (name.blank()) continue;  // behind two delimiters at the end of the line
     if (block.count == most_species) {
       write<"('1',5X,'ERROR: more than 15 species for third body : ',A)">(MSGFIL, block.name);
+      MSGFIL.findings.error(locate(block.line, name.view()),
+                            message("'", name, "' is the 16th species of third body ", block.name),
+                            "a second definition of the same third body can name further species");
       return false;
     }
     block.species[block.count++] = name;
   }
 
   const ReadResult result = read<"(9X,15(F8.3,1X))">(unit, block.efficiencies);
-  if (result.end_of_file()) return fail_without_end(MSGFIL);
-  if (result) return true;
+  if (result.end_of_file()) return fail_without_end(section, MSGFIL);
+  const auto name_of = [&](int number) {
+    const auto k = static_cast<std::size_t>(number - 1);
+    return k < block.count ? message("the efficiency of ", block.species[k]) : message("efficiency ", number);
+  };
+  if (result) {
+    warn_of_columns(MSGFIL.findings, unit, result, name_of);
+    warn_of_lost_efficiencies(block, unit, MSGFIL.findings);
+    return true;
+  }
   write<"('1',5X,'ERROR: unreadable efficiencies of third body : ',A)">(MSGFIL, block.name);
+  report_unreadable(MSGFIL.findings, unit, result, name_of(result.unreadable.number));
   return false;
 }
 
@@ -121,7 +154,11 @@ void set_efficiencies(const Block& block, const ReactionNames& names, std::span<
       row[static_cast<std::size_t>(s - 1)] = block.efficiencies[k];
       found = true;
     }
-    if (!found) write<"(' ',5X,'Warning: Third body ',A,' not found in species',' list')">(MSGFIL, name);
+    if (found) continue;
+    write<"(' ',5X,'Warning: Third body ',A,' not found in species',' list')">(MSGFIL, name);
+    MSGFIL.findings.warning(locate(block.line, name.view()),
+                            message("'", name, "' is not in the species list: its efficiency is dropped"),
+                            Nearest(name.view()).offer_all(names.species()).help());
   }
 }
 
@@ -152,12 +189,19 @@ void list_block(const Block& block, std::size_t name_width, Listing& MSGFIL) {
 }
 
 // Checks definitions against the mechanism, third body by third body; false after the message.
-bool check_definitions(const Mechanism& mechanism, std::span<const bool> defined, Listing& MSGFIL) {
+bool check_definitions(const Mechanism& mechanism, std::span<const Place> defined, const Place& section,
+                       Listing& MSGFIL) {
   for (std::size_t c = 1; c < static_cast<std::size_t>(mechanism.NCOLL); ++c) {
     const SpeciesName partner(MCOLLI[c]);
-    if (defined[c] && !mechanism.used[c]) {
+    const bool is_defined = defined[c].unit != nullptr;
+    if (is_defined && !mechanism.used[c]) {
+      MSGFIL.findings.warning(defined[c],
+                              message("third body ", partner, " is defined, but no reaction uses it"));
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
-    } else if (!defined[c] && mechanism.used[c]) {
+    } else if (!is_defined && mechanism.used[c]) {
+      MSGFIL.findings.error(
+          section, message("third body ", partner, " is used in the mechanism, but not defined here"),
+          message("every third body but M needs a definition, if only ", partner, " = with no species"));
       write<"('1',5X,'ERROR: ',A,' referenced in mechanism, but not defined')">(MSGFIL, partner);
       return false;
     }
@@ -172,37 +216,50 @@ bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC
   const int NCOLL = mechanism.NCOLL;
   if (NCOLL * names.NS() > NEFMAX) {
     write<"('1',5X,'ERROR: collision efficiencies exceed ',I5,' places')">(MSGFIL, NEFMAX);
+    MSGFIL.findings.error(whole(NFIMEC),
+                          message(NCOLL, " third bodies for ", names.NS(), " species need ",
+                                  NCOLL * names.NS(), " efficiencies; there is room for ", NEFMAX),
+                          "the highest third body that the mechanism uses decides, not their number");
     return false;
   }
   bool troe = false;
   Unit* const unit = find_section_in_either(NFIMEC, NFICON, troe);
   if (unit == nullptr) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
+    MSGFIL.findings.error(
+        whole(NFIMEC),
+        message("no heading 'COLL' of the collision efficiencies, here or in ", NFICON.origin(0).file),
+        headings_of(NFIMEC, "COLL", mechanism_headings));
     return false;
   }
 
+  const Place section = {unit, unit->record_number() - (troe ? 1 : 0), 1, 4};
   Efficiencies EFF(NCOLL, names.NS());
   if (troe) EFF.fill(1.0);
   const std::size_t name_width = longest_name(names.species());
-  std::array<bool, partner_count> defined{};
+  std::array<Place, partner_count> defined{};  // the last definition of each
   int blocks = 0;
   for (Block block;; ++blocks) {
     bool end = false;
-    if (!read_block(*unit, block, end, MSGFIL)) return false;
+    if (!read_block(*unit, section, block, end, MSGFIL)) return false;
     if (end) break;
     const int c = third_body(block.name, NCOLL);
     if (c == 0) {
       write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
+      MSGFIL.findings.error(
+          block.line, message("'", block.name, "' is no third body that can be defined here"),
+          message("columns 1-8 hold one of ", MCOLLI[1], " to ", MCOLLI[static_cast<std::size_t>(NCOLL - 1)],
+                  ", the last one that the mechanism uses"));
       return false;
     }
-    defined[static_cast<std::size_t>(c - 1)] = true;
+    defined[static_cast<std::size_t>(c - 1)] = block.line;
     set_efficiencies(block, names, EFF.row(c), MSGFIL);
     list_block(block, name_width, MSGFIL);
   }
 
   const SpeciesName M(MCOLLI[0]);
   if (mechanism.used[0]) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
-  if (!check_definitions(mechanism, defined, MSGFIL)) return false;
+  if (!check_definitions(mechanism, defined, section, MSGFIL)) return false;
   if (blocks == 0) {
     write<"(' ',7X,' no additional third bodies defined besides ',A)">(MSGFIL, M);
   } else {

@@ -22,6 +22,7 @@ struct ComplexReaction {
   double ABR = 0;                      // pre-exponential factor
   double TBR = 0;                      // temperature exponent
   double EBR = 0;                      // activation energy; kJ/mol until it is listed, then J/mol
+  Place line;                          // its first record
 };
 
 // `count` slots of a reaction from `first` on, in the order in which a record holds them.
@@ -45,9 +46,25 @@ bool find_section(Unit& NFIMEC) {
   return true;
 }
 
-bool read_reaction(Unit& NFIMEC, ComplexReaction& r) {
-  return bool(read<"(3(A1,F4.1,1X,A8,1X,F3.0,1X),E10.3)">(NFIMEC, slots(r, 0, half), r.ABR)) &&
-         bool(read<"(3(A1,F4.1,1X,A8,1X,F3.0,1X),2F5.1)">(NFIMEC, slots(r, half, half), r.TBR, r.EBR));
+// Reads the two records of a reaction; false, after the finding, when one is missing or cannot be read.
+bool read_reaction(Unit& NFIMEC, ComplexReaction& r, Findings& findings) {
+  const auto examine = [&](const ReadResult& result, std::string_view side) {
+    const auto name_of = [&](int) { return message("a value of the ", side); };
+    if (result.end_of_file()) {
+      findings.error(whole(NFIMEC), "the file ends before the last complex reaction",
+                     "the section holds the number of reactions, then two records for each");
+    } else if (result.is_unreadable()) {
+      report_unreadable(findings, NFIMEC, result, name_of(0));
+    } else {
+      warn_of_columns(findings, NFIMEC, result, name_of);
+    }
+    return bool(result);
+  };
+  r.line = {&NFIMEC, NFIMEC.record_number() + 1, 1, 57};
+  return examine(read<"(3(A1,F4.1,1X,A8,1X,F3.0,1X),E10.3)">(NFIMEC, slots(r, 0, half), r.ABR),
+                 "reactants") &&
+         examine(read<"(3(A1,F4.1,1X,A8,1X,F3.0,1X),2F5.1)">(NFIMEC, slots(r, half, half), r.TBR, r.EBR),
+                 "products");
 }
 
 void list_reaction(int number, ComplexReaction& r, Listing& MSGFIL) {
@@ -59,13 +76,20 @@ void list_reaction(int number, ComplexReaction& r, Listing& MSGFIL) {
                                                                                              r.TBR, r.EBR);
 }
 
-// Numbers of the named species; of equal names in SYMB the last. False at a name that is not there.
-bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r) {
+// Numbers of the named species; of equal names in SYMB the last. False, after the finding, at a name that is
+// not there.
+bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findings& findings) {
   for (std::size_t m = 0; m < r.name.size(); ++m) {
     for (std::size_t k = 0; k < SYMB.size(); ++k) {
       if (EQUSYM(8, r.name[m].view(), SYMB[k].view())) r.NUMS[m] = static_cast<int>(k) + 1;
     }
-    if (r.NUMS[m] == 0 && !r.name[m].blank()) return false;
+    if (r.NUMS[m] != 0 || r.name[m].blank()) continue;
+    Place place = r.line;
+    place.record += m < half ? 0 : 1;
+    findings.error(locate(place, r.name[m].view()),
+                   message("unknown species '", r.name[m], "' in a complex reaction"),
+                   Nearest(r.name[m].view()).offer_all(SYMB).help());
+    return false;
   }
   return true;
 }
@@ -88,6 +112,8 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
   } else if (!read<"(I4)">(NFIMEC, NBRUT) || NBRUT < 0) {
     write<"('1',5X,'ERROR: unreadable number of complex reactions')">(MSGFIL);
+    MSGFIL.findings.error(here(NFIMEC, 1, 4), "the number of complex reactions is due here",
+                          message("columns 1-4 hold a number from 0 to ", MNCRE));
     return false;
   }
   write<"(I5,' COMPLEX REACTIONS')">(NFISTO, NBRUT);
@@ -105,7 +131,7 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
     return true;
   };
   const bool read_all = for_each([&](int i, ComplexReaction& r) {
-    if (read_reaction(NFIMEC, r)) return true;
+    if (read_reaction(NFIMEC, r, MSGFIL.findings)) return true;
     write<"('1',5X,'ERROR: unreadable complex reaction ',I2)">(MSGFIL, i);
     return false;
   });
@@ -114,6 +140,8 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   const bool listed_all = for_each([&](int i, ComplexReaction& r) {
     if (!reactants_optional && filled_slots(r, 0) == 0) {
       write<"('1',5X,'ERROR: Wrong entry in complex reaction ',I2)">(MSGFIL, i);
+      MSGFIL.findings.error(r.line, "the complex reaction has no reactants",
+                            "each reactant has its coefficient in columns 2-5, 21-24 or 40-43");
       return false;
     }
     list_reaction(NR + i, r, MSGFIL);
@@ -123,7 +151,7 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   if (!listed_all) return false;
 
   const bool resolved_all = for_each([&](int i, ComplexReaction& r) {
-    if (resolve_names(SYMB, r)) return true;
+    if (resolve_names(SYMB, r, MSGFIL.findings)) return true;
     write<"('1',5X,'ERROR: Wrong entry in complex reaction no.',I2)">(MSGFIL, i);
     return false;
   });

@@ -6,11 +6,13 @@
 #include <optional>
 
 #include "mechanism/integer_power.h"
+#include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction_line.h"
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reverse_reaction.h"
 #include "textio/record.h"
 #include "textio/scanning.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -72,6 +74,8 @@ class Reader {
          Unit& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
       : phase_(phase),
         fit_(species.fit),
+        balance_(species.elements),
+        reverse_check_(species.fit),
         names_(names),
         options_(options),
         NFIMEC_(NFIMEC),
@@ -79,35 +83,54 @@ class Reader {
         reactions_(reactions),
         duplicates_(options.most_reactions) {}
 
-  // All reactions up to the END line; false after the message.
-  bool read_all() {
+  // All reactions up to the END line; false after the message. `heading` is where they begin.
+  bool read_all(const Place& heading) {
     for (ReactionLine line;;) {
       switch (INIMIN(phase_, names_, NFIMEC_, MSGFIL_, line)) {
         case LineResult::rejected: return false;
-        case LineResult::end_of_mechanism: write<"(' ',2X)">(MSGFIL_); return true;
+        case LineResult::end_of_file:
+          MSGFIL_.findings.error(heading, "the mechanism that begins here is not closed by END");
+          return false;
+        case LineResult::end_of_mechanism:
+          write<"(' ',2X)">(MSGFIL_);
+          reverse_check_.report(MSGFIL_.findings);
+          return true;
         case LineResult::reaction: break;
       }
       line.reaction.MAT = ISTDEC(line.KSPEC, most_educts(phase_));
       if (!append(line.reaction, line.KSPEC)) return false;
+      balance_.check(phase_, line.reaction, MSGFIL_.findings);
       if (line.reversible && !append_reverse(exchanged(phase_, line.KSPEC))) return false;
     }
   }
 
  private:
   bool append(const Reaction& reaction, const SpeciesVector& KSPEC) {
-    if (!room_for_one()) return false;
+    if (!room_for_one(reaction.line)) return false;
     reactions_.push_back(reaction);
     const int NR = static_cast<int>(reactions_.size());
     MXIMAN(phase_, names_, NR, KSPEC, reaction, MSGFIL_);
+    bool first = true;
     duplicates_.add(reactions_, [&](int j) {
       write<"('0',7X,'WARNING:    REACTION ',I5,' IS EQUAL TO REACTION ',I5)">(MSGFIL_, NR, j);
+      if (first && reaction.line != reactions_[static_cast<std::size_t>(j - 1)].line) {
+        warn_of_duplicate(reaction, reactions_[static_cast<std::size_t>(j - 1)]);
+      }
+      first = false;
     });
     return true;
   }
 
+  // One warning a line: a reverse that equals another one says nothing new.
+  void warn_of_duplicate(const Reaction& reaction, const Reaction& earlier) {
+    MSGFIL_.findings.warning(
+        reaction.line, "the reaction, or its reverse, is in the mechanism already",
+        message("the other one stands in line ", earlier.line.unit->origin(earlier.line.record).line));
+  }
+
   // The reverse of the last reaction; a forward reaction whose reverse the solver computes is marked as such.
   bool append_reverse(const SpeciesVector& KSPEC) {
-    if (!room_for_one()) return false;
+    if (!room_for_one(reactions_.back().line)) return false;
     Reaction& forward = reactions_.back();
     Reaction reverse;
     if (options_.solver_reverses) {
@@ -117,21 +140,28 @@ class Reader {
       reverse.IARRH = -falloff;
     } else {
       reverse = INIMRP(phase_, forward, fit_, MSGFIL_);
+      if (forward.IARRH == arrhenius) reverse_check_.compare(phase_, forward, reverse);
     }
+    reverse.line = forward.line;
     reverse.ICOV = forward.ICOV;
     reverse.MARK = forward.MARK;
     reverse.MAT = exchanged(phase_, forward.MAT);
     return append(reverse, KSPEC);
   }
 
-  bool room_for_one() {
+  bool room_for_one(const Place& line) {
     if (static_cast<int>(reactions_.size()) < options_.most_reactions) return true;
     write<"(' ',5X,'ERROR - More than ',I5,' reactions')">(MSGFIL_, options_.most_reactions);
+    MSGFIL_.findings.error(line,
+                           message("the mechanism has more than ", options_.most_reactions, " reactions"),
+                           "generated reverse reactions count");
     return false;
   }
 
   Phase phase_;
   std::span<const ThermoFit> fit_;
+  ElementBalance balance_;
+  ReverseRateCheck reverse_check_;
   const ReactionNames& names_;
   const MechanismOptions& options_;
   Unit& NFIMEC_;
@@ -143,9 +173,13 @@ class Reader {
 // Stands behind the heading; echoes the records before it. False, after the message, when there is none.
 bool find_heading(Phase phase, Unit& NFIMEC, Listing& MSGFIL, Text<80>& heading) {
   const std::string_view word = phase == Phase::gas ? "MECH" : "SURF";
+  const int records_before = NFIMEC.record_number();
   for (;;) {
     if (!read<"(A80)">(NFIMEC, heading)) {
       write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
+      MSGFIL.findings.error(whole(NFIMEC),
+                            message("no heading '", word, "' from record ", records_before + 1, " on"),
+                            headings_of(NFIMEC, word, mechanism_headings));
       return false;
     }
     if (EQUSYM(4, heading.view(), word)) return true;
@@ -213,7 +247,9 @@ void find_third_bodies(std::span<const Reaction> reactions, int NS, Mechanism& m
   }
 }
 
-void find_inert_species(const ReactionNames& names, Mechanism& mechanism, Listing& MSGFIL) {
+void find_inert_species(Phase phase, const SpeciesView& species, const ReactionNames& names,
+                        Mechanism& mechanism, Listing& MSGFIL) {
+  const std::string_view section = phase == Phase::gas ? "gas-phase mechanism" : "surface mechanism";
   const int NS = names.NS();
   mechanism.INERT.assign(static_cast<std::size_t>(NS), true);
   for (const Reaction& reaction : mechanism.reactions) {
@@ -230,7 +266,12 @@ void find_inert_species(const ReactionNames& names, Mechanism& mechanism, Listin
   }
   if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
   for (int s = 1; s <= NS - NINERT; ++s) {
-    if (inert(s)) write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, names[s]);
+    if (!inert(s)) continue;
+    write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, names[s]);
+    MSGFIL.findings.warning(locate(species.listed[static_cast<std::size_t>(s - 1)], names[s].view()),
+                            message("species '", names[s], "' occurs in no reaction of the ", section,
+                                    " and is not at the end of the list"),
+                            "the solver expects inert species last");
   }
 }
 
@@ -266,6 +307,8 @@ bool third_bodies_balance(Phase phase, std::span<const Reaction> reactions, int 
     const auto entries = std::span(net.entries).first(net.count);
     if (std::any_of(entries.begin(), entries.end(), [&](const auto& e) { return e[0] > NS; })) {
       write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, static_cast<int>(r) + 1);
+      MSGFIL.findings.error(reactions[r].line, "a collision partner stands on one side of the reaction only",
+                            "M, M', ... must stand on both sides equally often");
       return false;
     }
   }
@@ -323,6 +366,9 @@ bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, 
   if (NRINS > most_pointers) {
     write<"(' ',' NRINS( = ',I4,') >  NRIMAX     ',/,'     ----->  CHECK DIMENSION OF NRVEC  ')">(
         MSGFIL, most_pointers + 1, most_pointers);
+    MSGFIL.findings.error(
+        mechanism.reactions.back().line, message("the mechanism needs ", NRINS, " reaction pointers"),
+        message("there is room for ", most_pointers, ": one per reaction and species in it"));
     return false;
   }
   mechanism.NRVEC.resize(static_cast<std::size_t>(NRINS));
@@ -348,14 +394,16 @@ bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNa
   mechanism = {};
   Text<80> heading;
   if (!find_heading(phase, NFIMEC, MSGFIL, heading)) return false;
+  const Place place = here(NFIMEC, 1, static_cast<int>(trimmed(heading.view()).size()));
   list_header(heading, MSGFIL);
-  if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all()) return false;
+  if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))
+    return false;
 
   const int NS = names.NS();
   mechanism.IREVER = pair_codes(phase, mechanism.reactions);
   list_pairs(mechanism.IREVER, MSGFIL);
   find_third_bodies(mechanism.reactions, NS, mechanism);
-  find_inert_species(names, mechanism, MSGFIL);
+  find_inert_species(phase, species, names, mechanism, MSGFIL);
   if (!third_bodies_balance(phase, mechanism.reactions, NS, MSGFIL)) return false;
   for (Reaction& reaction : mechanism.reactions) reaction.AFAC = in_SI_units(phase, reaction, NS, NSURF);
   write_reactions(phase, mechanism, NFISTO);

@@ -42,6 +42,7 @@ struct Reaction {
   std::array<double, 8> FALL{};  // falloff parameters FALL1..FALL8
   bool MARK = false;             // marked in the fixed form
   SpeciesVector MAT{};           // each group in decreasing order
+  Place line;                    // its equation; of a generated reverse, that of the forward reaction
 };
 
 // The names of the collision partners ("third bodies"), which a reaction may name like species.

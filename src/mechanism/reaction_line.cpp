@@ -33,18 +33,38 @@ Keyword keyword_of(const Line& line) {
   return Keyword::none;
 }
 
-[[noreturn]] void stop_with(std::string_view message, std::string_view text, Listing& MSGFIL) {
-  write<"(A,A)">(MSGFIL, message, text);
+constexpr std::string_view line_form =
+    "a reaction line holds an equation, then A (cm, mol, s), b and E (kJ/mol)";
+
+[[noreturn]] void stop_with(std::string_view record, std::string_view text, Listing& MSGFIL) {
+  write<"(A,A)">(MSGFIL, record, text);
   throw RunStop{};
 }
 
-// Takes the last blank-separated token off a text and reads it as a real number.
-double take_last_number(std::string_view& text, std::string_view message, Listing& MSGFIL) {
+// A number at the end of a reaction line: its message in the listing, and its name.
+struct LineNumber {
+  std::string_view record;
+  std::string_view name;
+};
+
+// Takes the last blank-separated token off a text, which begins in column 1, and reads it as a real number.
+double take_last_number(std::string_view& text, const LineNumber& number, const Place& line,
+                        Listing& MSGFIL) {
   text = trimmed(text);
   const std::size_t blank = text.rfind(' ');
   const std::string_view token = text.substr(blank == std::string_view::npos ? 0 : blank + 1);
   const std::optional<double> value = read_free_real(token);
-  if (!value) stop_with(message, token, MSGFIL);
+  if (!value) {
+    Place place = line;
+    place.column = static_cast<int>(text.size() - token.size()) + 1;
+    place.width = std::max(static_cast<int>(token.size()), 1);
+    MSGFIL.findings.error(place,
+                          token.empty()
+                              ? message("the line has no ", number.name)
+                              : message("cannot read the ", number.name, ": '", token, "' is not a number"),
+                          line_form);
+    stop_with(number.record, token, MSGFIL);
+  }
   text.remove_suffix(token.size());
   return *value;
 }
@@ -52,17 +72,22 @@ double take_last_number(std::string_view& text, std::string_view message, Listin
 // Splits a free-form line: the equation, then A, b and E, separated by blanks. False when the equation has
 // more than ten names; it holds the first ten then.
 bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& MSGFIL) {
+  Place& place = reaction.line;
   std::string_view text = line.view();
   text = text.substr(0, text.find('!'));
-  if (text.size() < 2 || trimmed(text).empty()) stop_with(" RETNAM empty line", "", MSGFIL);
-  reaction.EXA = take_last_number(text, "   EXA   ", MSGFIL);
-  reaction.TEXP = take_last_number(text, "   TEXP  ", MSGFIL);
-  reaction.AFAC = take_last_number(text, "   AFAC  ", MSGFIL);
+  if (text.size() < 2 || trimmed(text).empty()) {
+    MSGFIL.findings.error(place, "blank line inside a mechanism", line_form);
+    stop_with(" RETNAM empty line", "", MSGFIL);
+  }
+  reaction.EXA = take_last_number(text, {"   EXA   ", "activation energy E"}, place, MSGFIL);
+  reaction.TEXP = take_last_number(text, {"   TEXP  ", "temperature exponent b"}, place, MSGFIL);
+  reaction.AFAC = take_last_number(text, {"   AFAC  ", "pre-exponential factor A"}, place, MSGFIL);
 
+  place.width = static_cast<int>(trimmed(text).size());
   Line rest(text);
   NameList list;
-  const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL);
-  RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL);
+  const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, place);
+  RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, place);
   for (std::size_t i = 0; i < most_names; ++i) {
     if (static_cast<int>(i) < list.NSYM) equation.names[i] = list.SYMS[i];
     if (static_cast<int>(i) < list.NDEL) equation.delimiters[i] = list.DELS[i];
@@ -70,62 +95,98 @@ bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& M
   return list.NSYM <= static_cast<int>(most_names);
 }
 
-bool read_fixed_form(Unit& NFIMEC, Reaction& reaction, Equation& equation) {
-  return bool(read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(NFIMEC, zip(equation.names, equation.delimiters),
-                                                             reaction.AFAC, reaction.TEXP, reaction.EXA));
+ReadResult read_fixed_form(Unit& NFIMEC, Reaction& reaction, Equation& equation) {
+  return read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(NFIMEC, zip(equation.names, equation.delimiters),
+                                                        reaction.AFAC, reaction.TEXP, reaction.EXA);
+}
+
+// Reports a record that is missing or has an unreadable field; warns of columns that were hardly meant.
+void examine(const ReadResult& result, std::string_view record_name, std::string_view field_name,
+             const Unit& NFIMEC, const Place& line, Findings& findings) {
+  if (result.end_of_file()) {
+    findings.error(line, message("the file ends before the ", record_name, " of this reaction"));
+  } else if (result.is_unreadable()) {
+    report_unreadable(findings, NFIMEC, result, field_name);
+  } else {
+    warn_of_columns(findings, NFIMEC, result, [&](int) { return field_name; });
+  }
 }
 
 // "$": activation energy that depends on the coverage of a species of the phase.
-bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction) {
+bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   Text<33> species;
   reaction.IARRH = coverage_dependent;
-  if (!read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5,
-                                             reaction.VT6)) {
-    return false;
-  }
+  const ReadResult result =
+      read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5, reaction.VT6);
+  examine(result, "\"$\" record", "a coverage parameter", NFIMEC, reaction.line, findings);
+  if (!result) return false;
   reaction.VT6 *= 1000;
   const SpeciesName name(species.view());
   const auto list = names.species();
   const auto found = std::find(list.begin(), list.end(), name);  // letter case counts here
-  if (name.blank() || found == list.end()) return false;
+  if (name.blank() || found == list.end()) {
+    findings.error(here(NFIMEC, 2, 8), message("'", name, "' is not a species of this phase"),
+                   name.blank()
+                       ? "columns 2-34 hold the species whose coverage counts; its letter case counts"
+                       : Nearest(name.view()).offer_all(list).help());
+    return false;
+  }
   reaction.ICOV = static_cast<int>(found - list.begin()) + 1;
   return true;
 }
 
 // "#": two records of falloff parameters.
-bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction) {
+bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   auto& FALL = reaction.FALL;
   reaction.IARRH = falloff;
-  if (!read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2])) return false;
-  if (!read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]))
-    return false;
+  ReadResult result = read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2]);
+  examine(result, "first \"#\" record", "a low-pressure parameter", NFIMEC, reaction.line, findings);
+  if (!result) return false;
   FALL[2] *= 1000;
-  return mark.view() == "#";
+  std::string_view second;
+  if (NFIMEC.next(second)) {
+    NFIMEC.step_back();
+    if (!second.starts_with('#')) {
+      findings.error({&NFIMEC, NFIMEC.record_number() + 1},
+                     "the second \"#\" record of a falloff reaction is due here",
+                     "a falloff reaction has two records that begin with \"#\"");
+      return false;
+    }
+  }
+  result = read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]);
+  examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
+  return bool(result);
 }
 
 // "@": the values of a non-Arrhenius rate, taken as they stand.
-bool read_non_arrhenius_line(Unit& NFIMEC, Reaction& reaction) {
+bool read_non_arrhenius_line(Unit& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   reaction.IARRH = non_arrhenius;
-  return bool(read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, reaction.VT4, reaction.VT5, reaction.VT6));
+  const ReadResult result =
+      read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, reaction.VT4, reaction.VT5, reaction.VT6);
+  examine(result, "\"@\" record", "a rate value", NFIMEC, reaction.line, findings);
+  return bool(result);
 }
 
 // The rate-parameter lines behind an equation, if there are any; false after the message.
 bool read_rate_lines(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction, Listing& MSGFIL) {
-  Text<1> mark;
-  if (!read<"(A1)">(NFIMEC, mark)) return true;
+  std::string_view record;
+  if (!NFIMEC.next(record)) return true;
   NFIMEC.step_back();
-  const char form = mark.chars[0];
-  if (form == '#') {
-    if (read_falloff_lines(NFIMEC, reaction)) return true;
-    write<"('1',5X,'Error in input of falloff rate coefficients')">(MSGFIL);
-    return false;
-  }
-  if (form == '$' ? read_coverage_line(names, NFIMEC, reaction)
-                  : form != '@' || read_non_arrhenius_line(NFIMEC, reaction)) {
-    return true;
+  switch (record.empty() ? ' ' : record.front()) {
+    case '#':
+      if (read_falloff_lines(NFIMEC, reaction, MSGFIL.findings)) return true;
+      write<"('1',5X,'Error in input of falloff rate coefficients')">(MSGFIL);
+      return false;
+    case '$':
+      if (read_coverage_line(names, NFIMEC, reaction, MSGFIL.findings)) return true;
+      break;
+    case '@':
+      if (read_non_arrhenius_line(NFIMEC, reaction, MSGFIL.findings)) return true;
+      break;
+    default: return true;
   }
   write<"('1',5X,'Error in input of non-arrhenius rate coefficients')">(MSGFIL);
   return false;
@@ -141,12 +202,16 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     const int number = name.blank() ? 0 : names.find(name);
     if (number == 0 && !name.blank()) {
       write<"('0',5X,'UNKNOWN SPECIES -',A,'-IN THE FOLLOWING REACTION')">(MSGFIL, name);
+      MSGFIL.findings.error(locate(line.reaction.line, name.view()), message("unknown species '", name, "'"),
+                            Nearest(name.view()).offer_all(names.species()).offer_all(MCOLLI).help());
       return false;
     }
     if (i > 0) {
       const char delimiter = equation.delimiters[i - 1].chars[0];
       if (delimiter == '=') line.reversible = true;
       if (line.reversible && line.reaction.IARRH == non_arrhenius) {
+        MSGFIL.findings.error(line.reaction.line, "a reaction with an \"@\" record cannot be reversible",
+                              "write \">\" instead of \"=\"");
         stop_with(" REVERSE REACTION NOT ALLOWED FOR IARRH=4", "", MSGFIL);
       }
       if (delimiter == '=' || delimiter == '>') products = true;
@@ -160,6 +225,12 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
 // the first name is a collision partner.
 bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reaction& reaction,
                    Listing& MSGFIL) {
+  if (reaction.EXA != 0 || reaction.TEXP != 0) {
+    MSGFIL.findings.warning(reaction.line,
+                            message("b and E of a sticking reaction are not used (", reaction.TEXP, " and ",
+                                    reaction.EXA / 1000, " kJ/mol here)"),
+                            "A is the sticking coefficient; b is set to 0.5 and E to 0");
+  }
   reaction.EXA = 0;
   reaction.TEXP = 0.5;
   for (int k = 1; k <= names.NS(); ++k) {
@@ -167,6 +238,9 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
   }
   if (reaction.ISTICK == 0) {
     write<"('1',5X,'ERROR - STICKING SPECIES IS A COLLISION PARTNER')">(MSGFIL);
+    MSGFIL.findings.error(locate(reaction.line, first.view()),
+                          message("'", first, "' cannot stick: it is no species"),
+                          "the first name of a sticking reaction is the gas species that sticks");
     return false;
   }
   reaction.AFAC = reaction.AFAC / (1 - 0.5 * reaction.AFAC);
@@ -175,7 +249,8 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
 
 // Sorts the numbered names into the slots of the phase; false, after the message, when there are none or too
 // many.
-bool collect(Phase phase, std::span<const int> numbers, SpeciesVector& KSPEC, Listing& MSGFIL) {
+bool collect(Phase phase, std::span<const int> numbers, const Place& line, SpeciesVector& KSPEC,
+             Listing& MSGFIL) {
   const int MAXE = most_educts(phase);
   const auto take = [&](int sign, int first_slot) {
     int count = 0;
@@ -186,23 +261,29 @@ bool collect(Phase phase, std::span<const int> numbers, SpeciesVector& KSPEC, Li
     }
     return count;
   };
+  const auto report = [&](std::string_view what) {
+    MSGFIL.findings.error(line, what,
+                          message("a reaction of this phase has 1 to ", MAXE, " educts and 1 to ", MAXE,
+                                  " products, separated by \"=\" or \">\""));
+    return false;
+  };
   const int educts = take(-1, 0);
   if (educts == 0) {
     write<"('1',5X,'NO EDUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
-    return false;
+    return report("the reaction has no educts");
   }
   if (educts > MAXE) {
     write<"('1',5X,'MORE THAN 3 EDUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
-    return false;
+    return report(message("the reaction has ", educts, " educts"));
   }
   const int products = take(+1, MAXE);
   if (products == 0) {
     write<"('1',5X,'NO PRODUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
-    return false;
+    return report("the reaction has no products");
   }
   if (products > MAXE) {
     write<"('1',5X,'MORE THAN 3 PRODUCTS IN THE FOLLOWING REACTION:')">(MSGFIL);
-    return false;
+    return report(message("the reaction has ", products, " products"));
   }
   return true;
 }
@@ -213,14 +294,23 @@ bool read_equation(const Line& line, bool fixed_form, Unit& NFIMEC, Reaction& re
   bool readable = true;
   bool names_fit = true;
   if (fixed_form) {
-    readable = read_fixed_form(NFIMEC, reaction, equation);
+    reaction.line = {&NFIMEC, NFIMEC.record_number() + 1, 1, 45};
+    const ReadResult result = read_fixed_form(NFIMEC, reaction, equation);
+    if (result.end_of_file()) reaction.line = here(NFIMEC);
+    examine(result, "two fixed-form records", "a rate parameter", NFIMEC, reaction.line, MSGFIL.findings);
+    readable = bool(result);
     reaction.MARK = equation.delimiters.back().view() == "*";
   } else {
+    reaction.line = here(NFIMEC, 1, static_cast<int>(trimmed(line.view()).size()));
     names_fit = RETNAM(line, reaction, equation, MSGFIL);
   }
   reaction.EXA *= 1000;
   if (!readable) write<"('0',5X,'ERROR - INCORRECT INPUT OF REACTION ')">(MSGFIL);
-  if (!names_fit) write<"('1',5X,'MORE THAN 10 NAMES IN THE FOLLOWING REACTION:')">(MSGFIL);
+  if (!names_fit) {
+    write<"('1',5X,'MORE THAN 10 NAMES IN THE FOLLOWING REACTION:')">(MSGFIL);
+    MSGFIL.findings.error(reaction.line,
+                          message("the reaction has more than ", static_cast<int>(most_names), " names"));
+  }
   return readable && names_fit;
 }
 
@@ -241,7 +331,7 @@ LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing
   do {
     if (!read<"(A)">(NFIMEC, text)) {  // a lost END may mean lost reactions
       write<"(5X,'Warning In species input: No heading, ','no end card, or missing data')">(MSGFIL);
-      return LineResult::rejected;
+      return LineResult::end_of_file;
     }
     keyword = keyword_of(text);
     if (keyword == Keyword::END) return LineResult::end_of_mechanism;
@@ -256,7 +346,7 @@ LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing
       read_rate_lines(names, NFIMEC, reaction, MSGFIL) &&
       resolve_names(names, equation, line, MSGFIL, numbers) &&
       (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
-      collect(phase, std::span(numbers).first(names_that_count), line.KSPEC, MSGFIL)) {
+      collect(phase, std::span(numbers).first(names_that_count), reaction.line, line.KSPEC, MSGFIL)) {
     return LineResult::reaction;
   }
   echo(equation, reaction, MSGFIL);

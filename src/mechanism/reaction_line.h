@@ -13,15 +13,15 @@ struct ReactionLine {
   bool reversible = false;
 };
 
-enum class LineResult { reaction, end_of_mechanism, rejected };
+enum class LineResult { reaction, end_of_mechanism, end_of_file, rejected };
 
 // Reads the next reaction from NFIMEC: keyword lines (END, STIC, MAXI, separators), one free-form equation
 // line or two fixed-form records, and the rate-parameter lines that follow it ($, #, @). The unit stands
 // behind the last record of the reaction.
 //
-// A rejected reaction has its message and its echo in the listing. Stops the run (RunStop), with its message,
-// at a line without numbers that can be read as E, b and A, a reversible reaction with an @ line, and the
-// errors of the scanning routines.
+// At end of file the listing has the warning; a rejected reaction has its message and its echo in the
+// listing. Stops the run (RunStop), with its message, at a line without numbers that can be read as E, b and
+// A, a reversible reaction with an @ line, and the errors of the scanning routines.
 LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL, ReactionLine& line);
 
 }  // namespace varpre

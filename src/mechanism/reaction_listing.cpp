@@ -19,7 +19,7 @@ void MXIMAN(Phase phase, const ReactionNames& names, int number, const SpeciesVe
   const auto before_last =
       zip(std::span(cells).first(2 * MAXE - 1), std::span(separators).first(2 * MAXE - 1));
   const SpeciesName& last = cells[2 * MAXE - 1];
-  const auto& [AFAC, TEXP, EXA, VT4, VT5, VT6, IARRH, ISTICK, ICOV, FALL, MARK, MAT] = reaction;
+  const auto& [AFAC, TEXP, EXA, VT4, VT5, VT6, IARRH, ISTICK, ICOV, FALL, MARK, MAT, line] = reaction;
   if (phase == Phase::gas) {
     write<"(' ',I4,3X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(MSGFIL, number, before_last, last, AFAC, TEXP, EXA);
   } else {

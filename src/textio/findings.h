@@ -1,66 +1,82 @@
 #pragma once
 
-#include <algorithm>
-#include <source_location>
+#include <compare>
+#include <set>
+#include <span>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "textio/text.h"
 #include "textio/unit.h"
 
-// What the program tells people on standard error: errors and warnings with their place in the file the user wrote.
+// What the program tells people on standard error: errors and warnings with their place in the file the user
+// wrote.
 namespace varpre {
 
-// A record of a unit, and columns of it.
+// Columns of a record of a unit.
 struct Place {
   const Unit* unit = nullptr;
   int record = 0;  // from 1; 0: the file as a whole
-  int column = 1;  // first of the columns meant
+  int column = 1;  // first of the columns meant, from 1
   int width = 1;   // how many
-  int caret = 0;   // the one that matters most; 0: the first
+  int caret = 0;   // the column that matters most; 0: the first
+
+  friend auto operator<=>(const Place&, const Place&) = default;
 };
 
 // Columns of the record last read from a unit.
 inline Place here(const Unit& unit, int column = 1, int width = 1) {
   return {&unit, unit.record_number(), column, width};
 }
+// Where a text stands in the line of a record as the user wrote it; the whole record when it is not found. A
+// text that begins and ends like a name is looked for between characters that do not belong to names.
+Place locate(const Place& record, std::string_view text);
 // A file as a whole: for what it does not hold.
 inline Place whole(const Unit& unit) {
   return {&unit};
 }
 
-// Collects the findings of a run and renders them, at most a handful of each kind. Findings of one kind are those
-// that one line of the program reports; of these, one place holds one at most.
+// Collects the findings of a run and renders them, a handful of each kind. Findings are of one kind when the
+// same line of the program reports them; the same one is not taken twice.
 class Findings {
  public:
-  // `what`: lower case, one sentence, no full stop, to be understood without context. `help`: what was expected or
-  // probably meant; may be empty.
-  void error(const Place& place, std::string what, std::string help = {},
-             std::source_location kind = std::source_location::current());
-  void warning(const Place& place, std::string what, std::string help = {},
-               std::source_location kind = std::source_location::current());
+  // A line of the program: of the caller, as a default argument.
+  struct Site {
+    const char* file;
+    int line;
+
+    static constexpr Site current(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+      return {file, line};
+    }
+  };
+
+  // `what`: lower case, one sentence, no full stop, to be understood without its surroundings. `help`: what
+  // was expected or probably meant; may be empty.
+  void error(const Place& place, std::string_view what, std::string_view help = {},
+             Site kind = Site::current());
+  void warning(const Place& place, std::string_view what, std::string_view help = {},
+               Site kind = Site::current());
 
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
 
-  // All findings as text for standard error; `summary` ends the last line ("store file complete").
-  // Empty when there are none.
-  std::string render(std::string_view summary) const;
+  // All findings as text for standard error, or nothing when there are none; `state` of the store file ends
+  // the last line.
+  std::string render(std::string_view state) const;
 
  private:
   enum class Severity { error, warning };
   struct Kind {
-    std::source_location site;
-    Severity severity;
-    int count = 0;
-    std::vector<Place> places;
-    std::size_t last = 0;  // place in texts_ of the last finding shown
+    Site site;
+    std::set<std::pair<Place, std::size_t>> taken;  // place and hash of the text
+    std::size_t last_shown = 0;                     // in texts_
   };
 
-  void add(Severity severity, const Place& place, const std::string& what, const std::string& help,
-           const std::source_location& kind);
+  void add(Severity severity, const Place& place, std::string_view what, std::string_view help,
+           const Site& site);
+  Kind& kind_of(const Site& site);
 
   int errors_ = 0;
   int warnings_ = 0;
@@ -68,32 +84,36 @@ class Findings {
   std::vector<std::string> texts_;
 };
 
-// Joins parts of a message: texts (a Text<N> without its padding), integers, reals in their shortest form.
+// Joins the parts of a message: texts (a Text<N> without its padding), integers, reals in their shortest
+// form.
 std::string part_of_message(std::string_view text);
 std::string part_of_message(int value);
 std::string part_of_message(double value);
 template <std::size_t N>
 std::string part_of_message(const Text<N>& text) {
-  return std::string(trimmed(text.view()));
+  return part_of_message(trimmed(text.view()));
 }
 template <class... Parts>
 std::string message(const Parts&... parts) {
   return (part_of_message(parts) + ...);
 }
+// "1 record", "3 records".
+std::string counted(int count, std::string_view noun);
 
-// Finds the candidate that a misspelt name probably means: equal but for letter case, or at most two edits away.
+// Finds the candidate that a misspelt name probably means: equal but for letter case, or one or two edits
+// away.
 class Nearest {
  public:
   explicit Nearest(std::string_view name) : name_(trimmed(name)) {}
 
-  void offer(std::string_view candidate);
+  Nearest& offer(std::string_view candidate);
   template <class Range>
-  Nearest& offer_all(const Range& range) {
-    for (const auto& candidate : range) {
-      if constexpr (requires { candidate.view(); }) {
-        offer(candidate.view());
+  Nearest& offer_all(const Range& names) {
+    for (const auto& name : names) {
+      if constexpr (requires { name.view(); }) {
+        offer(name.view());
       } else {
-        offer(candidate);
+        offer(name);
       }
     }
     return *this;
@@ -108,7 +128,7 @@ class Nearest {
   int distance_ = 3;
 };
 
-// The heading that was searched and those that the unit has, of the given words.
+// Which of the heading words the unit has and where, as a help for one that was searched and not found.
 std::string headings_of(const Unit& unit, std::string_view searched, std::span<const std::string_view> words);
 
 }  // namespace varpre

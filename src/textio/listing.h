@@ -3,10 +3,13 @@
 #include <cstddef>
 #include <string>
 
+#include "textio/findings.h"
+
 namespace varpre {
 
-// The listing. Its records pass on to an open file in pieces, so its length is not bounded by memory; a
-// listing without a file keeps them all.
+// What a run tells people: the listing with its fixed texts, and the findings for standard error. The records
+// of the listing pass on to an open file in pieces, so its length is not bounded by memory; a listing without
+// a file keeps them all.
 class Listing {
  public:
   static constexpr int no_file = -1;
@@ -14,6 +17,7 @@ class Listing {
   explicit Listing(int descriptor = no_file) : descriptor_(descriptor) {}
 
   std::string text;  // the records not passed on yet, each with its line feed
+  Findings findings;
 
   // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no
   // more.

@@ -90,6 +90,14 @@ bool append_value(std::string& out, const Edit& edit, int scale, const Values<co
   return true;
 }
 
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool is_numeric(const Edit& edit) {
+  return edit.takes_item() && edit.kind != Edit::Kind::text;
+}
+
 // One record while it is read: columns beyond its end are blanks.
 class Columns {
  public:
@@ -108,9 +116,55 @@ class Columns {
     return padded_;
   }
 
+  bool digit_at(int column) const {
+    const auto i = static_cast<std::size_t>(column) - 1;
+    return i < record_.size() && is_digit(record_[i]);
+  }
+
  private:
   std::string_view record_;
   std::string padded_;
+};
+
+// Watches the columns of a statement for what was hardly meant. Notes the first of each kind.
+class ColumnWatch {
+ public:
+  ColumnWatch(const Unit& unit, ReadResult& result) : unit_(unit), result_(result) {}
+
+  // Before a field is taken.
+  void field_begins(const Columns& columns, const Edit& edit, int number) {
+    field_ = {number, 0, columns.at + 1, edit.width};
+    if (is_numeric(edit) && skipped_) note_digit(columns, columns.at);
+    skipped_ = false;
+    numeric_ = is_numeric(edit);
+  }
+  void real_taken(std::string_view field, const Edit& edit, double value) {
+    if (edit.value == 0 || value == 0 || field.find('.') != std::string_view::npos) return;
+    note(result_.without_point, field_.column);
+  }
+  // Columns are skipped, or the record is left.
+  void gap_begins(const Columns& columns) {
+    if (numeric_) note_digit(columns, columns.at + 1);
+    skipped_ = true;
+    numeric_ = false;
+  }
+
+ private:
+  void note_digit(const Columns& columns, int column) {
+    if (columns.digit_at(column)) note(result_.digit_in_gap, column);
+  }
+  void note(FieldPlace& place, int column) {
+    if (place.number > 0) return;
+    place = field_;
+    place.column = column;
+    place.record = unit_.record_number();
+  }
+
+  const Unit& unit_;
+  ReadResult& result_;
+  FieldPlace field_;
+  bool numeric_ = false;  // the last edit was a numeric field
+  bool skipped_ = false;  // the last edit skipped columns
 };
 
 void store_text(char* item, std::size_t length, std::string_view field) {
@@ -123,7 +177,8 @@ void store_text(char* item, std::size_t length, std::string_view field) {
 }
 
 // Stores a field in the item in turn; false when its characters do not make a value.
-bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::string_view field) {
+bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::string_view field,
+                 ColumnWatch& watch) {
   if (!takes(edit, values.item().kind)) return false;
   switch (values.item().kind) {
     case ItemKind::text: store_text(values.value<char>(), values.item().length, field); return true;
@@ -136,6 +191,7 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
     case ItemKind::real:
       if (const auto value = read_real(field, real_edit(edit, scale))) {
         *values.value<double>() = *value;
+        watch.real_taken(field, edit, *value);
         return true;
       }
       return false;
@@ -180,10 +236,16 @@ bool format_records(std::string& out, const FormatView& format, std::span<const 
 }
 
 ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items) {
-  constexpr ReadResult end_of_file{ReadResult::Status::end_of_file};
+  ReadResult result;
+  result.format = &format;
+  const auto end_of_file = [&] {
+    result.status = ReadResult::Status::end_of_file;
+    return result;
+  };
   std::string_view record;
-  if (!unit.next(record)) return end_of_file;
+  if (!unit.next(record)) return end_of_file();
   Columns columns(record);
+  ColumnWatch watch(unit, result);
   Walk walk(format);
   Values<void*> values(items);
   int field = 0;
@@ -191,32 +253,40 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
     const Edit& edit = walk.next();
     switch (edit.kind) {
       case Edit::Kind::literal:
-      case Edit::Kind::blanks: columns.at += edit.width; break;
-      case Edit::Kind::scale: scale = edit.value; break;
+      case Edit::Kind::blanks:
+        watch.gap_begins(columns);
+        columns.at += edit.width;
+        continue;
+      case Edit::Kind::scale: scale = edit.value; continue;
       case Edit::Kind::slash:
-        if (!unit.next(record)) return end_of_file;
+        watch.gap_begins(columns);
+        if (!unit.next(record)) return end_of_file();
         columns = Columns(record);
-        break;
-      case Edit::Kind::colon:
-        if (!values.left()) return {};
-        break;
+        continue;
       case Edit::Kind::end:
-        if (!values.left() || !format.reverts) return {};
-        if (!unit.next(record)) return end_of_file;
+        if (!values.left() || !format.reverts) break;
+        watch.gap_begins(columns);
+        if (!unit.next(record)) return end_of_file();
         columns = Columns(record);
         walk.revert();
-        break;
-      default: {
-        if (!values.left()) return {};
-        ++field;
+        continue;
+      default: {  // a colon, or a descriptor: the statement ends here when no item is left
+        if (!values.left()) break;
+        if (edit.kind == Edit::Kind::colon) continue;
+        watch.field_begins(columns, edit, ++field);
         const int width = edit.width > 0 ? edit.width : static_cast<int>(values.item().length);
         const int first_column = columns.at + 1;
-        if (!store_value(values, edit, scale, columns.take(width))) {
-          return {ReadResult::Status::unreadable, field, first_column, width};
+        if (!store_value(values, edit, scale, columns.take(width), watch)) {
+          result.status = ReadResult::Status::unreadable;
+          result.unreadable = {field, unit.record_number(), first_column, width};
+          return result;
         }
         values.advance();
+        continue;
       }
     }
+    watch.gap_begins(columns);
+    return result;
   }
 }
 

@@ -11,6 +11,7 @@
 #include <tuple>
 #include <type_traits>
 
+#include "textio/findings.h"
 #include "textio/format.h"
 #include "textio/listing.h"
 #include "textio/text.h"
@@ -51,16 +52,53 @@ auto zip(Ranges&&... ranges) {
   return Zip<decltype(std::span(ranges))...>{{std::span(ranges)...}};
 }
 
-// How a read statement ended. Converts to true when all items were read.
+// A field of a read statement; number 0: none.
+struct FieldPlace {
+  int number = 0;  // in the statement, from 1
+  int record = 0;  // of the unit
+  int column = 0;  // its first column, from 1
+  int width = 0;
+};
+
+// How a read statement ended. Converts to true when all items were read. Besides it tells what reads without
+// error but was hardly meant.
 struct ReadResult {
   enum class Status { ok, end_of_file, unreadable };
   Status status = Status::ok;
-  int field = 0;         // of an unreadable field: its number in the statement, from 1
-  int first_column = 0;  // its first column, from 1
-  int width = 0;         // and its width
+  FieldPlace unreadable;
+  FieldPlace without_point;  // a real field without decimal point, its value moved by the implied one
+  FieldPlace
+      digit_in_gap;  // a digit in a column that is not read, next to this field; `column` is the digit's
+  const FormatView* format = nullptr;
+
   explicit operator bool() const { return status == Status::ok; }
   bool end_of_file() const { return status == Status::end_of_file; }
+  bool is_unreadable() const { return status == Status::unreadable; }
 };
+
+// Reports the unreadable field of a statement, under its name, as an error: what stands in its columns, what
+// was expected, and whether the columns look shifted.
+void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                       Findings::Site kind = Findings::Site::current());
+
+namespace record_detail {
+void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                        const Findings::Site& kind);
+void warn_of_gap(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                 const Findings::Site& kind);
+}  // namespace record_detail
+
+// Reports what reads without error but was hardly meant, as warnings. name_of(number) is the name of a field.
+template <class NameOf>
+void warn_of_columns(Findings& findings, const Unit& unit, const ReadResult& result, NameOf name_of,
+                     Findings::Site kind = Findings::Site::current()) {
+  if (result.without_point.number > 0) {
+    record_detail::warn_without_point(findings, unit, result, name_of(result.without_point.number), kind);
+  }
+  if (result.digit_in_gap.number > 0) {
+    record_detail::warn_of_gap(findings, unit, result, name_of(result.digit_in_gap.number), kind);
+  }
+}
 
 namespace record_detail {
 

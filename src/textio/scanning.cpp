@@ -31,10 +31,15 @@ void cut_comment(std::span<char> line) {
 }
 
 [[noreturn]] void stop_at_leading_delimiter(std::span<const char> line, std::string_view DELCH,
-                                            Listing& MSGFIL) {
+                                            Listing& MSGFIL, const Place& record) {
   const int index = static_cast<int>(DELCH.find(line.front())) + 1;
   write_free(MSGFIL, index, view(line.first(1)), view(line));
   write_free(MSGFIL, std::string_view(" Delimiter found at the beginning of line in COMPDE"));
+  if (record.unit != nullptr) {
+    MSGFIL.findings.error(locate(record, view(line.first(1))),
+                          message("'", view(line.first(1)), "' stands where a name is due"),
+                          "a line begins with a name; a delimiter or flag stands behind one");
+  }
   throw RunStop{};
 }
 
@@ -50,28 +55,35 @@ int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
   return static_cast<int>(kept);
 }
 
-[[noreturn]] void stop_at_too_long(std::string_view message, std::string_view text, Listing& MSGFIL) {
-  write_free(MSGFIL, message, text);
+[[noreturn]] void stop_at_too_long(std::string_view record_text, std::string_view text, std::string_view what,
+                                   int limit, Listing& MSGFIL, const Place& record) {
+  write_free(MSGFIL, record_text, text);
+  if (record.unit != nullptr) {
+    MSGFIL.findings.error(locate(record, text),
+                          message(what, " of ", counted(static_cast<int>(text.size()), "character")),
+                          message("at most ", counted(limit, "character"), " may stand here"));
+  }
   throw RunStop{};
 }
 
 void split(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           std::string_view delimiter_message, Listing& MSGFIL) {
+           std::string_view delimiter_message, Listing& MSGFIL, const Place& record) {
   names.NSYM = names.NDEL = 0;
   while (!text.empty()) {
     const int delimiter = IFDE(text, DELCH);
     const std::string_view name =
         delimiter == 0 ? text : text.substr(0, static_cast<std::size_t>(delimiter - 1));
     if (static_cast<int>(name.size()) > limits.LSYM) {
-      stop_at_too_long(" Name too long in SYDEL:", name, MSGFIL);
+      stop_at_too_long(" Name too long in SYDEL:", name, "name", limits.LSYM, MSGFIL, record);
     }
     names.SYMS[static_cast<std::size_t>(names.NSYM++)] = name;
     text.remove_prefix(name.size());
     if (text.empty()) return;
 
     const std::string_view delimiters = text.substr(0, static_cast<std::size_t>(ILDE(text, DELCH)));
-    if (static_cast<int>(delimiters.size()) > limits.LDEL)
-      stop_at_too_long(delimiter_message, delimiters, MSGFIL);
+    if (static_cast<int>(delimiters.size()) > limits.LDEL) {
+      stop_at_too_long(delimiter_message, delimiters, "row of delimiters", limits.LDEL, MSGFIL, record);
+    }
     names.DELS[static_cast<std::size_t>(names.NDEL++)] = delimiters;
     text.remove_prefix(delimiters.size());
   }
@@ -101,29 +113,29 @@ int ILDE(std::string_view text, std::string_view DELCH) {
   return found == text.end() ? 1 : static_cast<int>(found - text.begin());
 }
 
-int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL) {
+int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place& record) {
   std::replace(line.begin(), line.end(), ',', ' ');
   remove_leading_blanks(line);
   cut_comment(line);
   const int NL = static_cast<int>(trimmed(view(line)).size());
-  if (NL > 0 && contains(DELCH, line.front())) stop_at_leading_delimiter(line, DELCH, MSGFIL);
+  if (NL > 0 && contains(DELCH, line.front())) stop_at_leading_delimiter(line, DELCH, MSGFIL, record);
   return squeeze_blanks(line, NL, DELCH);
 }
 
 void SYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL) {
-  split(text, limits, DELCH, names, " Delim too long in SYDEL:", MSGFIL);
+           Listing& MSGFIL, const Place& record) {
+  split(text, limits, DELCH, names, " Delim too long in SYDEL:", MSGFIL, record);
 }
 
 void RYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL) {
-  split(text, limits, DELCH, names, " Delim too long in RYDEL:", MSGFIL);
+           Listing& MSGFIL, const Place& record) {
+  split(text, limits, DELCH, names, " Delim too long in RYDEL:", MSGFIL, record);
 }
 
 void GETNAM(std::span<char> line, const NameLimits& limits, std::string_view DELCH, NameList& names,
-            Listing& MSGFIL) {
-  const int NL = COMPDE(line, DELCH, MSGFIL);
-  SYDEL(view(line.first(static_cast<std::size_t>(NL))), limits, DELCH, names, MSGFIL);
+            Listing& MSGFIL, const Place& record) {
+  const int NL = COMPDE(line, DELCH, MSGFIL, record);
+  SYDEL(view(line.first(static_cast<std::size_t>(NL))), limits, DELCH, names, MSGFIL, record);
 }
 
 std::array<int, 12> ISTDEC(const std::array<int, 12>& KIN, int n) {

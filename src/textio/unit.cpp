@@ -73,6 +73,7 @@ void Unit::clear() {
   text.clear();
   source_ = nullptr;
   source_offsets_.clear();
+  cut_records.clear();
   rewind();
 }
 
@@ -80,14 +81,27 @@ void Unit::copy(const Unit& source, std::string_view record, std::size_t width) 
   source_ = &source;
   source_offsets_.push_back(source.last_);
   const std::size_t length = std::min(record.size(), width);
+  if (record.find_first_not_of(' ', length) != std::string_view::npos) {
+    cut_records.push_back(static_cast<int>(source_offsets_.size()));
+  }
   text.append(record.substr(0, length));
   text.append(width - length, ' ');
   text.push_back('\n');
 }
 
-Origin Unit::origin() const {
-  if (source_ == nullptr || record_number_ == 0) return origin_at(last_);
-  return source_->origin_at(source_offsets_[static_cast<std::size_t>(record_number_ - 1)]);
+Origin Unit::origin(int record) const {
+  if (source_ != nullptr) {
+    if (record == 0) return source_->origin(0);
+    return source_->origin_at(source_offsets_[static_cast<std::size_t>(record - 1)]);
+  }
+  if (record == 0) {
+    const auto lines =
+        std::count(text.begin(), text.end(), '\n') + (text.empty() || text.back() == '\n' ? 0 : 1);
+    return {name, std::max(static_cast<int>(lines), 1), {}};
+  }
+  std::size_t offset = first_record(text);
+  for (int i = 1; i < record; ++i) line_at(text, offset, offset);
+  return origin_at(offset);
 }
 
 Origin Unit::origin_at(std::size_t offset) const {

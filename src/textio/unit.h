@@ -62,8 +62,20 @@ class Unit {
   // to `width` characters.
   void copy(const Unit& source, std::string_view record, std::size_t width);
 
-  // Origin of the record last read, through copies back to the file the user wrote.
-  Origin origin() const;
+  // Origin of a record (its number, from 1), through copies back to the file the user wrote; of record 0 the
+  // file with the number of its lines.
+  Origin origin(int record) const;
+
+  // Visits every record with its number, wherever the unit stands.
+  template <class Visit>
+  void for_each_record(Visit visit) const {
+    Unit reader;
+    reader.text = text;
+    reader.rewind();
+    for (std::string_view record; reader.next(record);) visit(reader.record_number(), record);
+  }
+
+  std::vector<int> cut_records;  // of a copy: records from which text other than blanks was cut off
 
  private:
   Origin origin_at(std::size_t offset) const;

@@ -1,6 +1,7 @@
 #include "thermo/elements.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -36,13 +37,18 @@ bool is_present(std::string_view symbol, std::span<const ElementFields> species)
 }
 
 // Fills the element list; false when there are more than NEMAX.
-bool find_elements(std::span<const ElementFields> species, Elements& elements, Listing& MSGFIL) {
+bool find_elements(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
   std::vector<TableElement> present;
   std::copy_if(element_table.begin(), element_table.end(), std::back_inserter(present),
-               [&](const TableElement& element) { return is_present(element.SATOM, species); });
+               [&](const TableElement& element) { return is_present(element.SATOM, species.elements); });
   elements.NE = static_cast<int>(present.size());
   if (elements.NE > NEMAX) {
     write<"('0','ERROR: number of elements (',I2,') > NEMAX (',I2,')')">(MSGFIL, elements.NE, NEMAX);
+    std::string symbols;
+    for (const TableElement& element : present) symbols.append(" ").append(trimmed(element.SATOM));
+    MSGFIL.findings.error(species.listed.front(),
+                          message("the species of this list are made of ", elements.NE, " elements"),
+                          message("at most ", NEMAX, " elements may occur; these do:", symbols));
     return false;
   }
   for (std::size_t e = 0; e < present.size(); ++e) {
@@ -53,7 +59,8 @@ bool find_elements(std::span<const ElementFields> species, Elements& elements, L
 }
 
 // Fills the atom counts of species i; false at a symbol that is no element.
-bool count_atoms(const ElementFields& fields, std::size_t i, Elements& elements, Listing& MSGFIL) {
+bool count_atoms(const SpeciesView& species, std::size_t i, Elements& elements, Listing& MSGFIL) {
+  const ElementFields& fields = species.elements[i];
   elements.NCOMP[i].fill(0);
   elements.XE[i].fill(0.0);
   const auto symbols = std::span(elements.SYME).first(static_cast<std::size_t>(elements.NE));
@@ -65,6 +72,13 @@ bool count_atoms(const ElementFields& fields, std::size_t i, Elements& elements,
     });
     if (found == symbols.end()) {
       write<"('0','ERROR: element ',A2,' not found in elements list')">(MSGFIL, symbol);
+      Place field = species.fit[i].entry;
+      field.column = 25 + 5 * static_cast<int>(j);
+      field.width = 2;
+      const Place& place = field.unit != nullptr ? field : species.listed[i];
+      MSGFIL.findings.error(
+          place, message("'", symbol, "' is not an element that is known here"),
+          "columns 25-44 hold up to four elements, a symbol (2 columns) and a count (3 columns) each");
       return false;
     }
     elements.NCOMP[i][static_cast<std::size_t>(found - symbols.begin())] = fields.ELCNT[j];
@@ -84,9 +98,9 @@ double molar_mass(std::size_t i, Elements& elements) {
 }  // namespace
 
 bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
-  if (!find_elements(species.elements, elements, MSGFIL)) return false;
+  if (!find_elements(species, elements, MSGFIL)) return false;
   for (std::size_t i = 0; i < species.SYMB.size(); ++i) {
-    if (!count_atoms(species.elements[i], i, elements, MSGFIL)) return false;
+    if (!count_atoms(species, i, elements, MSGFIL)) return false;
     const auto& atoms = elements.NCOMP[i];
     if (std::any_of(atoms.begin(), atoms.end(), [](int count) { return count != 0; })) {
       species.XMOL[i] = molar_mass(i, elements);
@@ -95,6 +109,10 @@ bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
           "(' ','Warning: No element composition defined for species', ' no.',I4,'.',/,"
           "' This will cause the element vectors', ' and the molar mass to become 0')">(
           MSGFIL, static_cast<int>(i) + 1);
+      MSGFIL.findings.warning(
+          locate(species.listed[i], species.SYMB[i].view()),
+          message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
+          "its database entry gives elements in columns 25-44");
       species.XMOL[i] = 0.0;
     }
   }

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "textio/findings.h"
 #include "textio/text.h"
 #include "thermo/limits.h"
 
@@ -23,6 +24,7 @@ struct ThermoFit {
   std::array<double, 7> HCPL{};  // below the switch temperature
   std::array<double, 7> HCPH{};  // from the switch temperature on
   std::array<double, 3> TLIM{};  // lower limit, switch temperature, upper limit of reliability, K
+  Place entry;                   // its database entry
 };
 
 // Element symbols and atom counts of one species as its database entry gives them.
@@ -37,7 +39,8 @@ struct SpeciesView {
   std::span<int> IFLAG;  // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
   std::span<ThermoFit> fit;
   std::span<ElementFields> elements;
-  std::span<double> XMOL;  // molar mass, kg/mol
+  std::span<double> XMOL;   // molar mass, kg/mol
+  std::span<Place> listed;  // record of the species list that holds the name
 
   int size() const { return static_cast<int>(SYMB.size()); }
 };
@@ -49,13 +52,14 @@ struct Species {
   std::array<ThermoFit, NSMAX> fit{};
   std::array<ElementFields, NSMAX> elements{};
   std::array<double, NSMAX> XMOL{};
+  std::array<Place, NSMAX> listed{};
 
   // The species first+1 .. first+count.
   SpeciesView view(int first, int count) {
     const auto part = [&](auto& array) {
       return std::span(array).subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
     };
-    return {part(SYMB), part(IFLAG), part(fit), part(elements), part(XMOL)};
+    return {part(SYMB), part(IFLAG), part(fit), part(elements), part(XMOL), part(listed)};
   }
 };
 

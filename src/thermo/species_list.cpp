@@ -1,5 +1,7 @@
 #include "thermo/species_list.h"
 
+#include <algorithm>
+
 #include "textio/record.h"
 #include "textio/scanning.h"
 
@@ -17,9 +19,8 @@ bool is_heading(std::string_view HEAD, const Line& line) {
   return begins_with(HEAD) && !begins_with(surface_conditions);
 }
 
-SpeciesList warn_absent(int NS, Listing& MSGFIL) {
+void warn_absent(Listing& MSGFIL) {
   write<"(5X,'Warning In species input: No heading, ','no end card, or missing data')">(MSGFIL);
-  return {NS, true};
 }
 
 // The flags of the species of one line, which end at number NS.
@@ -32,23 +33,63 @@ void set_flags(const NameList& names, int NS, std::span<int> IFLAG) {
   }
 }
 
+// Warns of flags that do not count for the name they stand behind.
+void warn_of_moved_flags(const NameList& names, const Place& record, Findings& findings) {
+  for (int k = 0; k < names.NDEL && names.NDEL < names.NSYM; ++k) {
+    const auto i = static_cast<std::size_t>(k);
+    const std::string_view flag = names.DELS[i].substr(0, 1);
+    if (flag_characters.find(flag) == std::string_view::npos) continue;
+    findings.warning(locate(record, message(names.SYMS[i])),
+                     message("the flag '", flag, "' behind '", names.SYMS[i], "' sets the flag of '",
+                             names.SYMS[i + 1], "'"),
+                     "flags count from the end of the line: give a flagged name a line of its own");
+  }
+}
+
+// Warns of a name that is in the list already, whole or cut to its length there. `number` is its place, from
+// 0.
+void warn_of_equal_names(std::string_view written, std::size_t number, const SpeciesView& species,
+                         Findings& findings) {
+  const SpeciesName& name = species.SYMB[number];
+  const auto before = species.SYMB.first(number);
+  const auto equal = std::find(before.begin(), before.end(), name);
+  if (equal == before.end()) return;
+  const Place& first = species.listed[static_cast<std::size_t>(equal - before.begin())];
+  const bool cut = written.size() > name.chars.size();
+  findings.warning(locate(species.listed[number], written),
+                   cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
+                       : message("species '", name, "' is listed already"),
+                   message("the first one stands in line ", first.unit->origin(first.record).line,
+                           ", and only that one receives data"));
+}
+
 }  // namespace
 
 SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const SpeciesView& species) {
   Line line;
   NFICON.rewind();
   do {
-    if (!read<"(A)">(NFICON, line)) return warn_absent(0, MSGFIL);
+    if (!read<"(A)">(NFICON, line)) {
+      warn_absent(MSGFIL);
+      return {.absent = true, .heading = false};
+    }
   } while (!is_heading(HEAD, line));
 
+  const Place heading = here(NFICON, 1, static_cast<int>(trimmed(line.view()).size()));
   int NS = 0;
   NameList names;
   for (;;) {
-    if (!read<"(A)">(NFICON, line)) return warn_absent(NS, MSGFIL);
+    if (!read<"(A)">(NFICON, line)) {
+      warn_absent(MSGFIL);
+      MSGFIL.findings.error(heading, "the species list that begins here is not closed by END: it is dropped");
+      return {.NS = NS, .absent = true};
+    }
     if (EQUSYM(3, line.view(), "END")) break;
-    GETNAM(line.chars, limits, flag_characters, names, MSGFIL);
+    const Place record = here(NFICON);
+    GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
     if (names.NSYM == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));
+      MSGFIL.findings.warning(record, "blank line inside a species list");
       continue;
     }
     const int NSMAX_left = species.size();
@@ -57,19 +98,28 @@ SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const S
     if (NS > NSMAX_left) {
       write<"('0',2X,'ERROR in GENSYM - Too many species:', ' NS(',I4,') > NSMAX(',I4,')')">(MSGFIL, NS,
                                                                                              NSMAX_left);
-      return {NS, true};
+      MSGFIL.findings.error(record,
+                            message("too many species: with this line the list has ", NS,
+                                    " and there is room for ", NSMAX_left),
+                            message("all lists together hold at most ", NSMAX));
+      return {.NS = NS, .absent = true};
     }
     for (int k = 0; k < names.NSYM; ++k) {
-      species.SYMB[static_cast<std::size_t>(first + k)] = names.SYMS[static_cast<std::size_t>(k)];
+      const std::string_view written = names.SYMS[static_cast<std::size_t>(k)];
+      const auto number = static_cast<std::size_t>(first + k);
+      species.SYMB[number] = written;
+      species.listed[number] = record;
+      warn_of_equal_names(written, number, species, MSGFIL.findings);
     }
     set_flags(names, NS, species.IFLAG);
+    warn_of_moved_flags(names, record, MSGFIL.findings);
   }
 
   const auto count = static_cast<std::size_t>(NS);
   write<"(1H ,7X,'List of Species and Flags, NS =',I5)">(MSGFIL, NS);
   write<"(8X,'Species : ',5(A,1X,I1,2X), /,1(18X,5(A,1X,I1,2X)))">(
       MSGFIL, zip(species.SYMB.first(count), species.IFLAG.first(count)));
-  return {NS, false};
+  return {.NS = NS};
 }
 
 }  // namespace varpre

@@ -10,9 +10,9 @@ namespace varpre {
 
 // What became of a species list.
 struct SpeciesList {
-  int NS = 0;  // species read
-  bool absent =
-      false;  // no heading, no END, or more species than places: the caller goes on without the list
+  int NS = 0;           // species read
+  bool absent = false;  // no heading, no END, or too many species: the caller goes on without it
+  bool heading = true;  // the heading was found
 };
 
 // Finds the list that opens with the heading word HEAD (any letter case, from column 1), reads its names and

@@ -1,5 +1,7 @@
 #include "thermo/thermo_database.h"
 
+#include <cmath>
+#include <string>
 #include <vector>
 
 #include "textio/record.h"
@@ -31,7 +33,8 @@ std::array<double, 7> scaled(const std::array<double, 7>& coefficients) {
 
 ThermoFit fit_of(const Entry& entry) {
   const auto [TLOW, THIGH, TCOMMON] = entry.limits;
-  return {scaled(entry.lower), scaled(entry.upper), {TLOW - 20.0, TCOMMON == 0.0 ? 1000.0 : TCOMMON, THIGH}};
+  return {
+      scaled(entry.lower), scaled(entry.upper), {TLOW - 20.0, TCOMMON == 0.0 ? 1000.0 : TCOMMON, THIGH}, {}};
 }
 
 // Sign character and value of the six coefficients of an enthalpy polynomial. The values keep their own sign.
@@ -56,35 +59,92 @@ void print_fit(const SpeciesName& name, const ThermoFit& fit, Listing& MSGFIL) {
       "'  K   FOR T>1000 K')">(MSGFIL, name, zip(low_signs, low), zip(high_signs, high));
 }
 
+// The name of a numeric field of an entry, by its number in the read statement.
+std::string field_name(int number) {
+  if (number < 10) return message("the atom count of element ", (number - 1) / 2);
+  if (number < 13) return std::array{"TLOW", "THIGH", "TCOMMON"}[static_cast<std::size_t>(number - 10)];
+  return message("a", (number - 13) % 7 + 1, number < 20 ? " of the upper range" : " of the lower range");
+}
+
+// Warns when the two ranges of a fit do not meet at the switch temperature: heat capacity by 1 %, enthalpy by
+// 0.5 % of RT, entropy by 0.5 % of R.
+void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+  constexpr double R = gas_constant;
+  const double T = fit.TLIM[1];
+  std::array<double, 7> d{};  // difference of the two polynomials
+  for (std::size_t k = 0; k < d.size(); ++k) d[k] = fit.HCPH[k] - fit.HCPL[k];
+  const auto heat_capacity = [&](const auto& a) {
+    return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
+  };
+  const double cp = heat_capacity(d) / heat_capacity(fit.HCPL);
+  const double h =
+      (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
+  const double s =
+      (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + std::log(T) * d[0] + d[6]) / R;
+  const auto percent = [](double x) { return std::round(1000 * x) / 10; };
+  std::string jumps;
+  const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
+    if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);
+  };
+  add(std::abs(cp) > 0.01, "the heat capacity", cp, "");
+  add(std::abs(h) > 0.005, "the enthalpy", h, " of RT");
+  add(std::abs(s) > 0.005, "the entropy", s, " of R");
+  if (jumps.empty()) return;
+  findings.warning(fit.entry,
+                   message("the fit of ", name, " jumps at its switch temperature of ", T, " K: ", jumps),
+                   "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong");
+}
+
 }  // namespace
 
 bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
   const NameIndex index(species.SYMB);
   std::vector<bool> IFOUND(species.SYMB.size(), false);
+  std::vector<SpeciesName> other_entries;
+  int entries = 0;
 
   NFITHE.rewind();
   for (Entry entry;;) {
+    const Place place{&NFITHE, NFITHE.record_number() + 1, 1, 16};
     const ReadResult result = read_entry(NFITHE, entry);
     if (result.end_of_file()) break;
     const SpeciesName name(entry.name.view());
     if (!result) {
       write<"(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(
           MSGFIL, name);
+      report_unreadable(MSGFIL.findings, NFITHE, result,
+                        message(field_name(result.unreadable.number), " of species '", name, "'"));
       break;
     }
+    ++entries;
     const int number = index.find(name);
-    if (number == 0) continue;
+    if (number == 0) {
+      other_entries.push_back(name);
+      continue;
+    }
+    warn_of_columns(MSGFIL.findings, NFITHE, result, field_name);
     const auto i = static_cast<std::size_t>(number - 1);
+    if (IFOUND[i]) {
+      MSGFIL.findings.warning(
+          place, message("this entry of '", name, "' replaces an earlier one"),
+          message("the earlier one stands in line ", NFITHE.origin(species.fit[i].entry.record).line));
+    }
     species.fit[i] = fit_of(entry);
+    species.fit[i].entry = place;
     species.elements[i] = entry.elements;
+    warn_of_jump(name, species.fit[i], MSGFIL.findings);
     IFOUND[i] = true;
   }
 
   bool LOK = true;
   for (std::size_t i = 0; i < IFOUND.size(); ++i) {
     if (IFOUND[i]) continue;
-    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL,
-                                                                                        species.SYMB[i]);
+    const SpeciesName& name = species.SYMB[i];
+    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL, name);
+    MSGFIL.findings.error(locate(species.listed[i], name.view()),
+                          message("species '", name, "' has no entry in ", NFITHE.origin(0).file, " (",
+                                  entries, " entries read)"),
+                          Nearest(name.view()).offer_all(other_entries).help());
     LOK = false;
   }
   if (print) {

@@ -16,6 +16,12 @@ const std::array<double, 7>& range_at(int I, double T, std::span<const ThermoFit
     write<
         "('0','WARNING: Temperature (',F6.0,') exceeds upper limit', ' of reliability (',F6.0,')',/, "
         "' for fit of thermodynamic properties of species no.',I3)">(MSGFIL, T, fit.TLIM[2], I);
+    if (fit.entry.unit != nullptr) {
+      MSGFIL.findings.warning(
+          fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),
+          "the transport fits need values up to 2600 K; reverse rates are fitted up to 1500 K above "
+          "the switch temperature");
+    }
   }
   return fit.HCPH;
 }

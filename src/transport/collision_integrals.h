@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 #include "textio/listing.h"
 
@@ -14,6 +15,11 @@ enum class CollisionIntegral { diffusion = 1, viscosity = 2 };
 // becomes true, or false with a message and a result of 0 outside 0.09999 <= TSTAR <= 500 (100 when DSTAR is
 // not 0) and 0 <= DSTAR <= 2.5, and between 0.09999 and the first row, 0.1.
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK);
+
+// What MXIOME needs, for findings about molecules that it cannot serve.
+inline constexpr std::string_view collision_domain =
+    "temperature over well depth must lie in 0.1 to 500 (to 100 with a dipole moment), the reduced dipole moment in 0 "
+    "to 2.5";
 
 // Three-point interpolation of Y at X, XT increasing: the line through the near two points dominates, the
 // other one enters with a weight that grows to a third at the middle point.

@@ -50,10 +50,15 @@ bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M,
 
     bool LOK = true;
     const double omega22 = MXIOME(CollisionIntegral::viscosity, TSTAR, DSTAR, MSGFIL, LOK);
-    if (!LOK) return false;
+    if (!LOK) {
+      MSGFIL.findings.error(molecule.record,
+                            message("the collision integrals of species '", name, "' are undefined at ", T,
+                                    " K: reduced temperature ", TSTAR, ", reduced dipole moment ", DSTAR),
+                            collision_domain);
+      return false;
+    }
     const double eta = 2.669E-5 * std::sqrt(M * T) / (sigma2 * omega22);
     const double omega11 = MXIOME(CollisionIntegral::diffusion, TSTAR, DSTAR, MSGFIL, LOK);
-    if (!LOK) return false;
     double Ds = 0.002662 * std::sqrt(T * (T * T) / M) / (sigma2 * omega11);  // self-diffusion
     if (exchanges_internal_energy(name)) {
       Ds = Ds / (1 + 2.37E6 / (T * T * omega11 * sigma2 * (cv_vib + cv_rot) / R));
@@ -76,38 +81,48 @@ bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M,
 // Fits one property; false, after the message, when that fails. The three properties differ in their texts
 // only.
 template <FormatText Heading, FormatText Coefficients, FormatText Warning>
-bool fit_property(std::span<const double> V, const SpeciesName& name, const FitGrid& grid, bool print,
-                  Listing& MSGFIL, FitCoefficients& COEF) {
+bool fit_property(std::string_view property, std::span<const double> V, const SpeciesName& name,
+                  const Place& record, const FitGrid& grid, bool print, Listing& MSGFIL,
+                  FitCoefficients& COEF) {
   if (print) write<Heading>(MSGFIL);
   const FitResult fit = LOGFIT(grid, V, print, MSGFIL);
   if (!fit.LOK) {
     write<"(1X,' ERROR WHILE FITTING DATA FOR -GENLAM- ')">(MSGFIL);
+    MSGFIL.findings.error(
+        record,
+        message("the ", property, " of species '", name, "' cannot be fitted: not every value is positive"),
+        "its molecular data and its heat capacity must give positive values from 200 to 2600 K");
     return false;
   }
   COEF = fit.COEF;
   if (print) write<Coefficients>(MSGFIL, COEF);
   if (fit.ERRMAX > worst_fit) {
-    write<Warning>(MSGFIL, fit.ERRMAX, name, grid.T[static_cast<std::size_t>(fit.IMAX - 1)]);
+    const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
+    write<Warning>(MSGFIL, fit.ERRMAX, name, T);
+    MSGFIL.findings.warning(record, message("the fit of the ", property, " of species '", name,
+                                            "' is off by ", percent(fit.ERRMAX), " % at ", T, " K"));
   }
   return true;
 }
 
-bool fit_all(const Properties& properties, const SpeciesName& name, const FitGrid& grid, bool print,
-             Listing& MSGFIL, ConductivityFits& fits) {
+bool fit_all(const Properties& properties, const SpeciesName& name, const Place& record, const FitGrid& grid,
+             bool print, Listing& MSGFIL, ConductivityFits& fits) {
   return fit_property<
              "(1X,4X,' VALUES OF HEAT CONDUCTIVITY (J/(M*K*S))',/)",
              "(1X,4X,'COEFF. OF LAMBDA :',4(3X,1PE9.2),/)",
              "(3X,'WARNING: FIT OF LAMBDA COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,'%  FOR SPECIES ', A,"
-             "' AT ',0PF5.0,' K')">(properties.lambda, name, grid, print, MSGFIL, fits.XLAM) &&
+             "' AT ',0PF5.0,' K')">("heat conductivity", properties.lambda, name, record, grid, print, MSGFIL,
+                                    fits.XLAM) &&
          fit_property<
              "(1X,5X,'VALUES OF MONOATOMIC PART OF LAMBDA (J/(M*K*S))',/)",
              "(1X,4X,'COEFF. OF LAMMON :',4(3X,1PE9.2),/)",
              "(3X,'WARNING: FIT OF XLM       COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,'%  FOR SPECIES ', A,"
-             "' AT ',0PF5.0,' K')">(properties.lambda_mono, name, grid, print, MSGFIL, fits.XLMO) &&
+             "' AT ',0PF5.0,' K')">("monoatomic heat conductivity", properties.lambda_mono, name, record,
+                                    grid, print, MSGFIL, fits.XLMO) &&
          fit_property<
              "(1X,4X,' VALUES OF VISCOSITY (KG/(M*S))',/)", "(1X,4X,'COEFF. OF ETA    :',4(3X,1PE9.2))",
              "(3X,'WARNING: FIT OF VISCOSITY COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,'%  FOR SPECIES ', A,"
-             "' AT ',0PF5.0,' K')">(properties.eta, name, grid, print, MSGFIL, fits.ETA);
+             "' AT ',0PF5.0,' K')">("viscosity", properties.eta, name, record, grid, print, MSGFIL, fits.ETA);
 }
 
 }  // namespace
@@ -122,11 +137,16 @@ bool GENLAM(std::span<const SpeciesName> SYMB, std::span<const ThermoFit> fit, s
     const int IGEOM = molecules[i].IGEOM;
     if (IGEOM < 0 || IGEOM > 2) {
       write<"(1X,5X,'ERROR - Species ',A8,' has the unknown geometry',I3)">(MSGFIL, SYMB[i], IGEOM);
+      MSGFIL.findings.error(
+          {.unit = molecules[i].record.unit, .record = molecules[i].record.record, .column = 9, .width = 2},
+          message("species '", SYMB[i], "' has the unknown geometry index ", IGEOM),
+          "columns 9-10 hold 0 for an atom, 1 for a linear, 2 for a non-linear molecule");
       return false;
     }
     const int I = static_cast<int>(i) + 1;
     if (!compute(I, SYMB[i], molecules[i], XMOL[i], fit, grid, properties, MSGFIL)) return false;
-    if (!fit_all(properties, SYMB[i], grid, print, MSGFIL, fits.emplace_back())) return false;
+    if (!fit_all(properties, SYMB[i], molecules[i].record, grid, print, MSGFIL, fits.emplace_back()))
+      return false;
   }
   return true;
 }

@@ -46,18 +46,19 @@ Pair combine(const Molecule& i, const Molecule& j) {
   return plain_pair(i, j);
 }
 
-// D(T) of a pair on the grid; false when a collision integral is undefined.
-bool diffusion_coefficients(const Pair& pair, double Mi, double Mj, const FitGrid& grid, std::span<double> D,
-                            Listing& MSGFIL) {
+// D(T) of a pair on the grid up to the first temperature at which the collision integral is undefined;
+// returns how many points that are.
+std::size_t diffusion_coefficients(const Pair& pair, double Mi, double Mj, const FitGrid& grid,
+                                   std::span<double> D, Listing& MSGFIL) {
   const double sigma2 = pair.SIGMA * pair.SIGMA;
   for (std::size_t k = 0; k < grid.points(); ++k) {
     const double T = grid.T[k];
     bool LOK = true;
     const double omega = MXIOME(CollisionIntegral::diffusion, T / pair.EPS, pair.DSTAR, MSGFIL, LOK);
-    if (!LOK) return false;
+    if (!LOK) return k;
     D[k] = 0.02663F * std::sqrt(cube(T) * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * omega);
   }
-  return true;
+  return grid.points();
 }
 
 }  // namespace
@@ -75,16 +76,33 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
         write<"(/,2X)">(MSGFIL);
         write<"(1X,5X,'SPECIES PAIR ',A,'-',A)">(MSGFIL, Text<21>(SYMB[i].view()), Text<21>(SYMB[j].view()));
       }
+      const auto the_pair = [&] { return message("the species pair '", SYMB[i], "' and '", SYMB[j], "'"); };
+      const Place& record = molecules[i].record;
       const Pair pair = combine(molecules[i], molecules[j]);
-      if (!diffusion_coefficients(pair, XMOL[i], XMOL[j], grid, D, MSGFIL)) return false;
+      const std::size_t points = diffusion_coefficients(pair, XMOL[i], XMOL[j], grid, D, MSGFIL);
+      if (points < grid.points()) {
+        MSGFIL.findings.error(record,
+                              message("the collision integral of ", the_pair(), " is undefined at ",
+                                      grid.T[points], " K: reduced temperature ", grid.T[points] / pair.EPS,
+                                      ", reduced dipole moment ", pair.DSTAR),
+                              collision_domain);
+        return false;
+      }
       const FitResult fit = LOGFIT(grid, D, print, MSGFIL);
-      if (!fit.LOK) return false;
+      if (!fit.LOK) {
+        MSGFIL.findings.error(record,
+                              message("the diffusion coefficient of ", the_pair(), " is not positive"));
+        return false;
+      }
       DBIN.push_back(fit.COEF);
       if (fit.ERRMAX > worst_fit) {
+        const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
         write<
             "(3X,'WARNING: FIT OF DIFFUSION COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,"
-            "'%  FOR SPECIES PAIR  ', A8,'-',A8,' AT ',0PF5.0,' K')">(
-            MSGFIL, fit.ERRMAX, SYMB[i], SYMB[j], grid.T[static_cast<std::size_t>(fit.IMAX - 1)]);
+            "'%  FOR SPECIES PAIR  ', A8,'-',A8,' AT ',0PF5.0,' K')">(MSGFIL, fit.ERRMAX, SYMB[i], SYMB[j],
+                                                                      T);
+        MSGFIL.findings.warning(record, message("the fit of the diffusion coefficient of ", the_pair(),
+                                                " is off by ", percent(fit.ERRMAX), " % at ", T, " K"));
       }
       if (print) write<"(1X,2X,'COEFF. OF BIN. D :',4(3X,1PE9.2))">(MSGFIL, fit.COEF);
     }

@@ -1,5 +1,6 @@
 #include "transport/molecular_database.h"
 
+#include <array>
 #include <string_view>
 
 #include "textio/record.h"
@@ -8,8 +9,17 @@ namespace varpre {
 namespace {
 
 ReadResult read_molecule(Unit& NFIMOL, SpeciesName& name, Molecule& molecule) {
-  auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3] = molecule;
-  return read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
+  auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3, record] = molecule;
+  const ReadResult result = read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
+  record = here(NFIMOL, 1, 8);
+  return result;
+}
+
+std::string_view field_name(int number) {
+  constexpr std::array<std::string_view, 8> names{
+      "the name",     "the geometry index", "the molar mass",     "the well depth",
+      "the diameter", "the dipole moment",  "the polarizability", "the rotational collision number"};
+  return names[static_cast<std::size_t>(number - 1)];
 }
 
 std::string_view geometry_word(int IGEOM) {
@@ -25,12 +35,14 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
 
 }  // namespace
 
-bool GENSPE(std::span<const SpeciesName> SYMB, Unit& NFIMOL, Listing& MSGFIL,
-            std::vector<Molecule>& molecules, bool print) {
+bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
+            bool print) {
+  const std::span<const SpeciesName> SYMB = gas.SYMB;
   const NameIndex index(SYMB);
   bool LOK = true;
   molecules.assign(SYMB.size(), {});
   std::vector<bool> LFOUND(SYMB.size(), false);
+  std::vector<SpeciesName> other_records;
 
   NFIMOL.rewind();
   SpeciesName name;
@@ -39,18 +51,33 @@ bool GENSPE(std::span<const SpeciesName> SYMB, Unit& NFIMOL, Listing& MSGFIL,
     if (result.end_of_file()) break;
     if (!result) {
       write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
+      report_unreadable(MSGFIL.findings, NFIMOL, result,
+                        message(field_name(result.unreadable.number), " of species '", name, "'"));
       LOK = false;
       break;
     }
     const int number = index.find(name);
-    if (number == 0) continue;
-    molecules[static_cast<std::size_t>(number - 1)] = molecule;
-    LFOUND[static_cast<std::size_t>(number - 1)] = true;
+    if (number == 0) {
+      other_records.push_back(name);
+      continue;
+    }
+    warn_of_columns(MSGFIL.findings, NFIMOL, result, field_name);
+    const auto i = static_cast<std::size_t>(number - 1);
+    if (LFOUND[i]) {
+      MSGFIL.findings.warning(molecule.record, message("this record of '", name, "' replaces an earlier one"),
+                              message("the earlier one stands in line ", molecules[i].record.record));
+    }
+    molecules[i] = molecule;
+    LFOUND[i] = true;
   }
 
   for (std::size_t i = 0; i < SYMB.size(); ++i) {
     if (LFOUND[i]) continue;
     write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, SYMB[i]);
+    MSGFIL.findings.error(locate(gas.listed[i], SYMB[i].view()),
+                          message("species '", SYMB[i], "' has no record in ", NFIMOL.origin(0).file, " (",
+                                  NFIMOL.record_number(), " records read)"),
+                          Nearest(SYMB[i].view()).offer_all(other_records).help());
     LOK = false;
   }
   if (print) {

@@ -18,13 +18,14 @@ struct Molecule {
   double DI1 = 0;    // dipole moment, debye
   double DI2 = 0;    // polarizability, cubic angstrom
   double DI3 = 0;    // rotational relaxation collision number at 298 K
+  Place record;      // where the database says it
 };
 
 // Reads the molecular database NFIMOL from its first record to its end and takes the records of the species
-// names SYMB (any letter case, over 8 characters; a later record replaces an earlier one) into `molecules`,
+// names (any letter case, over 8 characters; a later record replaces an earlier one) into `molecules`,
 // one per species. With `print` the properties are listed. False, after one message each, when a species is
 // missing; a record that cannot be read is reported with its number and ends the reading there.
-[[nodiscard]] bool GENSPE(std::span<const SpeciesName> SYMB, Unit& NFIMOL, Listing& MSGFIL,
+[[nodiscard]] bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL,
                           std::vector<Molecule>& molecules, bool print);
 
 }  // namespace varpre

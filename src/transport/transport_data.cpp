@@ -30,6 +30,10 @@ bool has_molar_masses(const SpeciesView& gas, Listing& MSGFIL) {
   for (std::size_t i = 0; i < gas.SYMB.size(); ++i) {
     if (gas.XMOL[i] > 0) continue;
     write<"(' ',5X,'ERROR - Species ',A8,' has no molar mass')">(MSGFIL, gas.SYMB[i]);
+    MSGFIL.findings.error(
+        locate(gas.listed[i], gas.SYMB[i].view()),
+        message("the molar mass of species '", gas.SYMB[i], "' is ", gas.XMOL[i], " kg/mol"),
+        "a gas species needs elements in columns 25-44 of its thermochemical entry");
     LOK = false;
   }
   return LOK;
@@ -102,7 +106,7 @@ bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::sp
 void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print,
             Listing& MSGFIL, Unit& NFISTO) {
   std::vector<Molecule> molecules;
-  bool LOK = GENSPE(gas.SYMB, NFIMOL, MSGFIL, molecules, print);
+  bool LOK = GENSPE(gas, NFIMOL, MSGFIL, molecules, print);
   write<"(2X)">(MSGFIL);
   if (LOK) {
     LOK = GENTRA(gas, interval, molecules, print, MSGFIL, NFISTO);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "mechanism/reaction.h"
+#include "textio/findings.h"
+
+// What an expert would notice about the reactions of a mechanism beyond the rules of the listing: warnings
+// only.
+namespace varpre {
+
+// Checks that the elements of a reaction balance.
+class ElementBalance {
+ public:
+  explicit ElementBalance(std::span<const ElementFields> species);
+
+  void check(Phase phase, const Reaction& reaction, Findings& findings) const;
+
+ private:
+  struct Atoms {
+    std::array<int, 4> element{};  // numbers in symbols_
+    std::array<int, 4> count{};    // 0: no atom
+  };
+  std::vector<ElementSymbol> symbols_;
+  std::vector<Atoms> species_;
+};
+
+// Compares generated reverse rates with forward rate over equilibrium constant between 500 and 2500 K and
+// keeps the worst.
+class ReverseRateCheck {
+ public:
+  explicit ReverseRateCheck(std::span<const ThermoFit> fit);
+
+  void compare(Phase phase, const Reaction& forward, const Reaction& reverse);
+
+  // One line on the worst rate, when it is off by more than a factor of 2.
+  void report(Findings& findings) const;
+
+ private:
+  static constexpr std::array<double, 6> temperatures{500, 750, 1000, 1500, 2000, 2500};
+
+  std::span<const ThermoFit> fit_;
+  std::vector<std::array<double, temperatures.size()>> g_;  // per species: Gibbs energy over RT
+  double worst_ = 0;                                        // |ln(fitted / exact)|
+  double worst_temperature_ = 0;
+  Place worst_place_;
+};
+
+}  // namespace varpre

@@ -1,0 +1,204 @@
+#include "textio/findings.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <functional>
+
+#include "textio/scanning.h"
+
+namespace varpre {
+namespace {
+
+constexpr std::size_t most_shown = 5;         // of one kind
+constexpr std::size_t longest_excerpt = 160;  // of a line
+constexpr std::string_view margin = "    ";
+
+// A part of a line, and which of its columns it begins with.
+struct Excerpt {
+  std::string_view text;
+  std::size_t first = 0;  // characters of the line before it
+};
+
+Excerpt excerpt(std::string_view line, int column) {
+  if (line.size() <= longest_excerpt) return {line};
+  const std::size_t before = longest_excerpt / 2;
+  const auto at = std::min(static_cast<std::size_t>(column), line.size());
+  const std::size_t first = at > before ? at - before : 0;
+  return {line.substr(first, longest_excerpt), first};
+}
+
+bool continues_character(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;  // of UTF-8
+}
+
+bool is_control(char c) {
+  return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
+}
+
+// The line, and below it the marks under the columns of a place.
+std::string marked_line(std::string_view line, const Place& place) {
+  const auto [text, first] = excerpt(line, place.column);
+  std::string shown(text);
+  std::replace_if(shown.begin(), shown.end(), is_control, '?');
+
+  std::string marks;
+  const int caret = place.caret > 0 ? place.caret : place.column;
+  const int end = std::max(place.column + place.width, caret + 1);
+  for (int column = static_cast<int>(first) + 1; column < end; ++column) {
+    const auto i = static_cast<std::size_t>(column) - first - 1;
+    if (i < text.size() && continues_character(text[i])) continue;
+    const char blank = i < text.size() && text[i] == '\t' ? '\t' : ' ';
+    marks += column == caret ? '^' : column >= place.column ? '~' : blank;
+  }
+  return std::string(margin) + shown + "\n" + std::string(margin) + marks + "\n";
+}
+
+std::string header(const Origin& origin, int column) {
+  return message(origin.file, ":", origin.line, ":", column, ": ");
+}
+
+// Edits (insert, delete, replace, exchange of neighbours) that turn one text into the other.
+int edit_distance(std::string_view a, std::string_view b) {
+  constexpr std::size_t longest = 40;
+  if (a.size() > longest || b.size() > longest) return longest;
+  std::array<std::array<int, longest + 1>, longest + 1> d{};
+  for (std::size_t i = 0; i <= a.size(); ++i) {
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+      if (i == 0 || j == 0) {
+        d[i][j] = static_cast<int>(i + j);
+        continue;
+      }
+      const int replaced = d[i - 1][j - 1] + (LSAME(a[i - 1], b[j - 1]) ? 0 : 1);
+      d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, replaced});
+      if (i > 1 && j > 1 && LSAME(a[i - 1], b[j - 2]) && LSAME(a[i - 2], b[j - 1])) {
+        d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+      }
+    }
+  }
+  return d[a.size()][b.size()];
+}
+
+}  // namespace
+
+Place locate(const Place& record, std::string_view text) {
+  const Origin origin = record.unit->origin(record.record);
+  const std::string_view line = origin.text;
+  text = trimmed(text);
+  const auto belongs_to_names = [&](std::size_t i) {
+    constexpr std::string_view separators = " \t,+=<>%!*";
+    return i < line.size() && separators.find(line[i]) == std::string_view::npos;
+  };
+  Place place = record;
+  for (std::size_t at = line.find(text); at != std::string_view::npos && !text.empty();
+       at = line.find(text, at + 1)) {
+    place.column = static_cast<int>(at) + 1;
+    place.width = static_cast<int>(text.size());
+    const bool stands_alone = (at == 0 || !belongs_to_names(at - 1)) && !belongs_to_names(at + text.size());
+    if (stands_alone) break;
+  }
+  return place;
+}
+
+void Findings::error(const Place& place, std::string_view what, std::string_view help, Site kind) {
+  add(Severity::error, place, what, help, kind);
+}
+
+void Findings::warning(const Place& place, std::string_view what, std::string_view help, Site kind) {
+  add(Severity::warning, place, what, help, kind);
+}
+
+Findings::Kind& Findings::kind_of(const Site& site) {
+  const auto same = [&](const Kind& kind) {
+    return kind.site.line == site.line && std::string_view(kind.site.file) == site.file;
+  };
+  const auto found = std::find_if(kinds_.begin(), kinds_.end(), same);
+  return found != kinds_.end() ? *found : kinds_.emplace_back(Kind{site, {}, 0});
+}
+
+void Findings::add(Severity severity, const Place& place, std::string_view what, std::string_view help,
+                   const Site& site) {
+  Kind& kind = kind_of(site);
+  if (!kind.taken.emplace(place, std::hash<std::string_view>{}(what)).second) return;
+  ++(severity == Severity::error ? errors_ : warnings_);
+  if (kind.taken.size() > most_shown) return;
+
+  const std::string_view word = severity == Severity::error ? "error: " : "warning: ";
+  const Origin origin = place.unit->origin(place.record);
+  std::string text = header(origin, place.column) + std::string(word).append(what) + "\n";
+  if (place.record > 0) text += marked_line(origin.text, place);
+  if (!help.empty()) text += std::string(margin) + "help: " + std::string(help) + "\n";
+  kind.last_shown = texts_.size();
+  texts_.push_back(std::move(text));
+}
+
+std::string Findings::render(std::string_view state) const {
+  if (errors_ + warnings_ == 0) return {};
+  std::vector<std::string> texts = texts_;
+  for (const Kind& kind : kinds_) {
+    if (kind.taken.size() <= most_shown) continue;
+    texts[kind.last_shown] +=
+        message(margin, "(", static_cast<int>(kind.taken.size() - most_shown), " more of this kind)\n");
+  }
+  std::string all;
+  for (const std::string& text : texts) all += text;
+  all += "varpre: ";
+  if (errors_ > 0) all += counted(errors_, "error");
+  if (errors_ > 0 && warnings_ > 0) all += ", ";
+  if (warnings_ > 0) all += counted(warnings_, "warning");
+  return all + "; store file " + std::string(state) + "\n";
+}
+
+std::string part_of_message(std::string_view text) {
+  return std::string(text);
+}
+
+std::string part_of_message(int value) {
+  return std::to_string(value);
+}
+
+std::string part_of_message(double value) {
+  std::array<char, 32> text;
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  return {text.data(), end};
+}
+
+std::string counted(int count, std::string_view noun) {
+  return message(count, " ", noun, count == 1 ? "" : "s");
+}
+
+Nearest& Nearest::offer(std::string_view candidate) {
+  candidate = trimmed(candidate);
+  const int distance = edit_distance(name_, candidate);
+  const int length = static_cast<int>(std::max(name_.size(), candidate.size()));
+  if (distance < distance_ && 3 * distance <= length && candidate != name_) {
+    distance_ = distance;
+    best_ = candidate;
+  }
+  return *this;
+}
+
+std::string Nearest::help() const {
+  return best_.empty() ? std::string() : message("did you mean '", best_, "'?");
+}
+
+std::string headings_of(const Unit& unit, std::string_view searched,
+                        std::span<const std::string_view> words) {
+  std::string found;
+  std::string other_case;
+  unit.for_each_record([&](int record, std::string_view text) {
+    const auto begins = [&](std::string_view word) {
+      return EQUSYM(static_cast<int>(word.size()), text, word);
+    };
+    if (std::none_of(words.begin(), words.end(), begins)) return;
+    const std::string heading = message("'", trimmed(text), "' (line ", unit.origin(record).line, ")");
+    if (begins(searched) && other_case.empty()) other_case = heading;
+    found += (found.empty() ? "" : ", ") + heading;
+  });
+  if (!other_case.empty())
+    return message("letter case counts in this heading: write '", searched, "' instead of ", other_case);
+  if (found.empty()) return message("the file has no heading that is known here");
+  return message("the file has the headings ", found);
+}
+
+}  // namespace varpre

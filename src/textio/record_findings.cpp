@@ -1,0 +1,120 @@
+#include <algorithm>
+
+#include "textio/number_format.h"
+#include "textio/record.h"
+
+// Findings about the columns of a record. All of this runs only when there is something to report.
+namespace varpre {
+namespace {
+
+struct NumericField {
+  Edit edit;
+  int column;  // first, from 1
+};
+
+// The line as the user wrote it, from which the unit may hold a part only.
+std::string line_of(const Unit& unit, int record) {
+  return std::string(unit.origin(record).text);
+}
+
+std::string columns_of(const std::string& line, int column, int width) {
+  std::string field;
+  for (int i = column; i < column + width; ++i) {
+    const auto at = static_cast<std::size_t>(i) - 1;
+    field += i >= 1 && at < line.size() ? line[at] : ' ';
+  }
+  return field;
+}
+
+// The numeric fields of the record of a statement in which field `number` stands; the format without
+// reversion.
+std::vector<NumericField> numeric_fields(const FormatView& format, int number) {
+  std::vector<NumericField> fields;
+  Walk walk(format);
+  int column = 1;
+  for (int field = 0;;) {
+    const Edit& edit = walk.next();
+    if (edit.kind == Edit::Kind::slash || edit.kind == Edit::Kind::end) {
+      if (field >= number || edit.kind == Edit::Kind::end) return fields;
+      fields.clear();
+      column = 1;
+    } else if (edit.kind != Edit::Kind::scale && edit.kind != Edit::Kind::colon) {
+      if (edit.takes_item()) ++field;
+      if (edit.takes_item() && edit.kind != Edit::Kind::text) fields.push_back({edit, column});
+      column += edit.width;
+    }
+  }
+}
+
+bool reads(const Edit& edit, std::string_view field) {
+  if (edit.kind == Edit::Kind::integer) return read_integer(field).has_value();
+  return read_real(field, {edit.width, edit.value, 0}).has_value();
+}
+
+// Whether all numeric fields of the record read, and hold something, when it is moved by some columns.
+std::string shift_help(const std::string& line, const std::vector<NumericField>& fields) {
+  for (const int shift : {1, -1, 2, -2, 3, -3}) {
+    const bool all_read = std::all_of(fields.begin(), fields.end(), [&](const NumericField& field) {
+      const std::string text = columns_of(line, field.column + shift, field.edit.width);
+      return !trimmed(text).empty() && reads(field.edit, text);
+    });
+    if (all_read && !fields.empty()) {
+      return message("the columns look shifted by ", std::abs(shift),
+                     shift > 0 ? " to the right" : " to the left");
+    }
+  }
+  return {};
+}
+
+int first_bad_character(std::string_view field, bool integer) {
+  const std::string_view allowed = integer ? " +-0123456789" : " +-.0123456789EDed";
+  const std::size_t bad = field.find_first_not_of(allowed);
+  return bad == std::string_view::npos ? 0 : static_cast<int>(bad);
+}
+
+}  // namespace
+
+void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                       Findings::Site kind) {
+  const auto [number, record, column, width] = result.unreadable;
+  const std::string line = line_of(unit, record);
+  const std::string field = columns_of(line, column, width);
+  const std::vector<NumericField> fields = numeric_fields(*result.format, number);
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [&, c = column](const NumericField& f) { return f.column == c; });
+  const bool integer = found != fields.end() && found->edit.kind == Edit::Kind::integer;
+  const Place place{&unit, record, column, width, column + first_bad_character(field, integer)};
+  findings.error(place,
+                 message("cannot read ", name, ": expected ", integer ? "an integer" : "a number",
+                         " in columns ", column, "-", column + width - 1, ", found '", trimmed(field), "'"),
+                 shift_help(line, fields), kind);
+}
+
+namespace record_detail {
+
+void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                        const Findings::Site& kind) {
+  const auto [number, record, column, width] = result.without_point;
+  const std::string field = columns_of(line_of(unit, record), column, width);
+  const std::size_t first = field.find_first_not_of(' ');
+  const std::string written(trimmed(field).substr(first));
+  double value = 0;
+  for (const NumericField& f : numeric_fields(*result.format, number)) {
+    if (f.column == column) value = read_real(field, {f.edit.width, f.edit.value, 0}).value_or(0);
+  }
+  findings.warning({&unit, record, column + static_cast<int>(first), static_cast<int>(written.size())},
+                   message(name, " is written without a decimal point: '", written, "' is read as ", value),
+                   message("with a point: '", written, ".'"), kind);
+}
+
+void warn_of_gap(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+                 const Findings::Site& kind) {
+  const FieldPlace& gap = result.digit_in_gap;
+  findings.warning(
+      {&unit, gap.record, gap.column, 1},
+      message("the digit in column ", gap.column, " is not read: it stands beside the field of ", name),
+      "the columns look shifted", kind);
+}
+
+}  // namespace record_detail
+}  // namespace varpre
