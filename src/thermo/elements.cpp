@@ -95,6 +95,13 @@ double molar_mass(std::size_t i, Elements& elements) {
   return XMOL;
 }
 
+void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& findings) {
+  if (species.fit[i].entry.unit == nullptr) return;  // it has no entry at all, which was reported
+  findings.warning(locate(species.listed[i], species.SYMB[i].view()),
+                   message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
+                   "its database entry gives elements in columns 25-44");
+}
+
 }  // namespace
 
 bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
@@ -109,10 +116,7 @@ bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
           "(' ','Warning: No element composition defined for species', ' no.',I4,'.',/,"
           "' This will cause the element vectors', ' and the molar mass to become 0')">(
           MSGFIL, static_cast<int>(i) + 1);
-      MSGFIL.findings.warning(
-          locate(species.listed[i], species.SYMB[i].view()),
-          message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
-          "its database entry gives elements in columns 25-44");
+      warn_of_no_elements(species, i, MSGFIL.findings);
       species.XMOL[i] = 0.0;
     }
   }

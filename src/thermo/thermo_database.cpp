@@ -102,6 +102,7 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
   std::vector<bool> IFOUND(species.SYMB.size(), false);
   std::vector<SpeciesName> other_entries;
   int entries = 0;
+  bool read_all = true;
 
   NFITHE.rewind();
   for (Entry entry;;) {
@@ -114,6 +115,7 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
           MSGFIL, name);
       report_unreadable(MSGFIL.findings, NFITHE, result,
                         message(field_name(result.unreadable.number), " of species '", name, "'"));
+      read_all = false;
       break;
     }
     ++entries;
@@ -141,11 +143,12 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
     if (IFOUND[i]) continue;
     const SpeciesName& name = species.SYMB[i];
     write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL, name);
+    LOK = false;
+    if (!read_all) continue;  // the unreadable entry is the cause
     MSGFIL.findings.error(locate(species.listed[i], name.view()),
                           message("species '", name, "' has no entry in ", NFITHE.origin(0).file, " (",
                                   entries, " entries read)"),
                           Nearest(name.view()).offer_all(other_entries).help());
-    LOK = false;
   }
   if (print) {
     for (std::size_t i = 0; i < IFOUND.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);

@@ -43,6 +43,7 @@ bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<M
   molecules.assign(SYMB.size(), {});
   std::vector<bool> LFOUND(SYMB.size(), false);
   std::vector<SpeciesName> other_records;
+  bool read_all = true;
 
   NFIMOL.rewind();
   SpeciesName name;
@@ -54,6 +55,7 @@ bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<M
       report_unreadable(MSGFIL.findings, NFIMOL, result,
                         message(field_name(result.unreadable.number), " of species '", name, "'"));
       LOK = false;
+      read_all = false;
       break;
     }
     const int number = index.find(name);
@@ -74,11 +76,12 @@ bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<M
   for (std::size_t i = 0; i < SYMB.size(); ++i) {
     if (LFOUND[i]) continue;
     write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, SYMB[i]);
+    LOK = false;
+    if (!read_all) continue;  // the unreadable record is the cause
     MSGFIL.findings.error(locate(gas.listed[i], SYMB[i].view()),
                           message("species '", SYMB[i], "' has no record in ", NFIMOL.origin(0).file, " (",
                                   NFIMOL.record_number(), " records read)"),
                           Nearest(SYMB[i].view()).offer_all(other_records).help());
-    LOK = false;
   }
   if (print) {
     write<"(1H ,7X,'SPECIES PROPERTIES FROM DATA BASE')">(MSGFIL);
