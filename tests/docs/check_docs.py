@@ -1,0 +1,530 @@
+#!/usr/bin/env python3
+"""Holds the documents against the code and against runs of the program.
+
+    check_docs.py PROGRAM      checks; ends with status 1 when a document is not true
+    check_docs.py --messages   shows the messages that the code has, as docs/messages.md writes them
+
+What is checked:
+
+  formats    A code span that is a parenthesised format stands in the code, blanks between items apart.
+  messages   Every message of the code is in docs/messages.md and every message there is in the code. There, lines
+             of four blanks and "listing", "error", "warning" or "stderr" hold one each, with <places> for what varies.
+  examples   Fenced blocks, by the words behind their fence:
+               text from CASE/FILE       lines of a file of a case, or of what its run leaves (fort.3, listing,
+                                         stderr); "..." stands for lines left out, a ruler is passed over
+               text from CASE/FILE with INPUT 'old' 'new'   the same after an edit of one of its inputs
+               python run in CASE        a program that is run where the case has run
+               text output               what it prints
+               sh run                    commands, run in a copy of the sources with the program on the path
+  links      A relative link leads to a file, and to a heading of it.
+  names      Every file, folder and verb that docs/architecture.md and the README name exists.
+"""
+
+import itertools
+import os
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+PAGES = sorted(ROOT.glob("docs/*.md")) + [ROOT / "README.md", ROOT / "examples/README.md"]
+HOLE = "<>"
+
+problems = []
+
+
+def problem(where, text):
+    problems.append(f"{where}: {text}")
+
+
+def relative(path):
+    return str(path.relative_to(ROOT))
+
+
+# --- the code -------------------------------------------------------------------------------------
+
+
+def tokens(text):
+    """Tokens of C++ source; adjacent string literals count as one, a tuple ("string", value)."""
+    pattern = re.compile(
+        r'//[^\n]*|/\*.*?\*/|#[^\n]*|"((?:[^"\\]|\\.)*)"|\'(?:[^\'\\]|\\.)\'|[A-Za-z_]\w*|\d[\w.\']*|\s+|.', re.S)
+    result = []
+    for match in pattern.finditer(text):
+        token = match.group()
+        if token.isspace() or token.startswith(("//", "/*", "#")):
+            continue
+        if match.group(1) is not None:
+            value = re.sub(r"\\(.)", lambda m: {"n": "\n", "t": "\t"}.get(m.group(1), m.group(1)), match.group(1))
+            if result and isinstance(result[-1], tuple):
+                result[-1] = ("string", result[-1][1] + value)
+            else:
+                result.append(("string", value))
+        else:
+            result.append(token)
+    return result
+
+
+def arguments(list_, start):
+    """The arguments of a call as lists of tokens; `start` is behind its parenthesis."""
+    depth, args = 0, [[]]
+    for token in list_[start:]:
+        if token in ("(", "{", "["):
+            depth += 1
+        elif token in (")", "}", "]"):
+            if depth == 0:
+                return args
+            depth -= 1
+        if token == "," and depth == 0:
+            args.append([])
+        else:
+            args[-1].append(token)
+    return args
+
+
+def top_level(list_, separators):
+    """Splits tokens at separators outside of brackets."""
+    parts, depth = [[]], 0
+    for token in list_:
+        if token in ("(", "{", "["):
+            depth += 1
+        elif token in (")", "}", "]"):
+            depth -= 1
+        if depth == 0 and token in separators:
+            parts.append([])
+        else:
+            parts[-1].append(token)
+    return parts
+
+
+class Source:
+    def __init__(self, path):
+        self.path = path
+        self.tokens = tokens(path.read_text())
+
+    def calls(self, *words):
+        """Positions behind the parenthesis of calls such as findings . error (."""
+        for i in range(len(self.tokens)):
+            if self.tokens[i:i + len(words)] == list(words):
+                yield i + len(words)
+
+    def texts(self, expression, seen=()):
+        """Templates of an expression that makes a text, one for each alternative."""
+        if not expression:
+            return {""}
+        choice = top_level(expression, {"?"})
+        if len(choice) == 2:
+            branches = top_level(choice[1], {":"})
+            found = set().union(*(self.texts(b, seen) for b in branches if b != [":"]))
+            return {t for t in found if t != HOLE} or {HOLE}
+        if len(expression) == 1 and isinstance(expression[0], tuple):
+            return {expression[0][1]}
+        if expression[0] == "message" and len(expression) > 1 and expression[1] == "(":
+            parts = [self.texts(a, seen) for a in arguments(expression, 2)]
+            return {"".join(p) for p in itertools.product(*parts)}
+        if len(expression) == 1 and expression[0] not in seen:
+            return self.values(expression[0], seen + (expression[0],)) or {HOLE}
+        return {HOLE}
+
+    def values(self, name, seen):
+        """What is assigned to a variable, or handed to a local function as a parameter, if that is a text."""
+        found = set()
+        for i, token in enumerate(self.tokens):
+            if token == name and self.tokens[i + 1:i + 2] == ["="] and self.tokens[i + 2:i + 3] != ["="]:
+                found |= self.texts(top_level(self.tokens[i + 2:i + 400], {";"})[0], seen)
+            if token == name and self.tokens[i - 1:i] == ["string_view"]:
+                head = i
+                while head > 0 and self.tokens[head] not in ("auto", "bool", "void"):
+                    head -= 1
+                function = self.tokens[head + 1]
+                place = sum(1 for t in self.tokens[head:i] if t == ",")
+                for call in self.calls(function, "("):
+                    args = arguments(self.tokens, call)
+                    if call - 1 < i < call + 40 or len(args) <= place:
+                        continue
+                    found |= self.texts(args[place], seen)
+        return {t for t in found if t.replace(HOLE, "").strip()}
+
+
+def is_format(text):
+    return text.startswith("(") and text.endswith(")") and len(text) > 2 and text.count("\n") == 0
+
+
+def without_blanks(format_):
+    """A format without the blanks that have no meaning: those outside of quoted texts."""
+    return "".join(part if quoted else part.replace(" ", "").upper()
+                   for part, quoted in quoted_parts(format_))
+
+
+def quoted_parts(format_):
+    for part in re.findall(r"'(?:[^']|'')*'|[^']+", format_):
+        yield part, part.startswith("'")
+
+
+def template_of_format(format_):
+    """What a record written by a format looks like: its texts, with holes for the items."""
+    body = format_[1:-1]
+    body = re.sub(r"1H(.)", "", body)  # control characters of a line printer
+    body = re.sub(r"(^|/,?) *'[01+ ]'", r"\1", body)
+    body = re.sub(r"\d+\('[*=]'\)", "", body)  # rows of asterisks
+    text = ""
+    for part, quoted in quoted_parts(body):
+        if quoted:
+            text += part[1:-1].replace("''", "'")
+            continue
+        for item in re.findall(r"/|\d*X|\d*P?[IFEA][\d.]*|.", part.upper().replace(" ", "")):
+            if item == "/" or item.endswith("X"):
+                text += " "
+            elif re.fullmatch(r"\d*P?[IFEA][\d.]*", item):
+                text += HOLE
+    return text
+
+
+def normal(text):
+    """A message for comparison: holes alike, runs of asterisks and blanks not counted."""
+    text = re.sub(r"<[a-zA-Z][^<>]*>", HOLE, text)
+    text = re.sub(r"\*{2,}|={2,}", " ", text)
+    text = re.sub(r"^ *[01+] +(?=\S)", " ", text)
+    text = re.sub(r"<>\s+(?=<>)", HOLE, text)
+    return re.sub(r"\s+", " ", text).strip()
+
+
+class Code:
+    def __init__(self):
+        self.sources = [Source(p) for p in sorted(ROOT.glob("src/**/*")) if p.suffix in (".h", ".cpp")]
+        self.formats = set()
+        self.listing = {}  # templates of the records of the listing, with the place that writes each
+        self.findings = {"error": {}, "warning": {}}
+        self.literals = set()
+        for source in self.sources:
+            self.read(source)
+
+    def read(self, source):
+        where = relative(source.path)
+        strings = [t[1] for t in source.tokens if isinstance(t, tuple)]
+        self.literals |= {normal(s) for s in strings}
+        self.formats |= {without_blanks(s) for s in strings if is_format(s)}
+        for i, token in enumerate(source.tokens):
+            if isinstance(token, tuple) and is_format(token[1]) and self.goes_to_listing(source.tokens, i):
+                self.listing.setdefault(normal(template_of_format(token[1])), where)
+        for position in source.calls("write_free", "("):
+            args = arguments(source.tokens, position)
+            if args[0] == ["MSGFIL"] and len(args) > 1:
+                text = "".join(next((t[1] for t in a if isinstance(t, tuple)), HOLE) for a in args[1:])
+                self.listing.setdefault(normal(text), where)
+        for severity, known in self.findings.items():
+            for position in itertools.chain(source.calls("findings", ".", severity, "("),
+                                            source.calls("findings_", ".", severity, "(")):
+                args = arguments(source.tokens, position)
+                short = [t for t in args[1] if not isinstance(t, tuple)]
+                with_holes = source.texts(args[1], seen=tuple(t for t in short if len(args[1]) > 1))
+                for text in source.texts(args[1]):
+                    known.setdefault(normal(text), (where, {normal(t) for t in with_holes}))
+
+    @staticmethod
+    def goes_to_listing(list_, i):
+        if list_[i - 2:i] == ["write", "<"]:
+            return str(list_[i + 3]).startswith("MSGFIL")
+        # A template argument of something else: headings, coefficients and warnings of the fits.
+        return list_[i - 1] in ("<", ",") and list_[i + 1] in (",", ">") and list_[i - 2] != "read"
+
+    def messages(self):
+        """(word, template, place) of every message that has a text of its own."""
+        for template, where in self.listing.items():
+            if template.replace(HOLE, "").strip(" (),.:=->*"):
+                yield "listing", template, where
+        for severity, known in self.findings.items():
+            for template, (where, _) in known.items():
+                yield severity, template, where
+
+    def in_short(self, severity, template):
+        """The same message with holes where the code puts in one of several texts."""
+        return self.findings[severity][template][1] if severity in self.findings else set()
+
+
+# --- the documents --------------------------------------------------------------------------------
+
+
+class Page:
+    def __init__(self, path):
+        self.path = path
+        self.name = relative(path)
+        self.lines = path.read_text().split("\n")
+        self.blocks = []  # (line number, words behind the fence, lines)
+        self.prose = []   # (line number, line) outside of fenced blocks
+        block = None
+        for number, line in enumerate(self.lines, 1):
+            if line.startswith("```"):
+                if block is None:
+                    block = (number, line[3:].strip(), [])
+                else:
+                    self.blocks.append(block)
+                    block = None
+            elif block is not None:
+                block[2].append(line)
+            else:
+                self.prose.append((number, line))
+        if block is not None:
+            problem(f"{self.name}:{block[0]}", "the block that begins here is not closed")
+
+    def spans(self):
+        for number, line in self.prose:
+            if line.startswith("    "):
+                continue
+            for span in re.findall(r"`([^`]+)`", line):
+                yield number, span
+
+
+def check_formats(pages, code):
+    count = 0
+    for page in pages:
+        for number, span in page.spans():
+            if not is_format(span):
+                continue
+            count += 1
+            if without_blanks(span) not in code.formats:
+                problem(f"{page.name}:{number}", f"no such format in the code: {span}")
+    return count
+
+
+def written_messages(page):
+    for number, line in page.prose:
+        match = re.match(r"    (listing|error|warning|stderr)  +(\S.*)$", line)
+        if match:
+            yield number, match.group(1), match.group(2)
+
+
+def check_messages(page, code):
+    known = {}
+    for word, template, where in code.messages():
+        known.setdefault(word, {})[template] = where
+    written = {}
+    for number, word, text in written_messages(page):
+        template = normal(text)
+        written.setdefault(word, set()).add(template)
+        if word == "stderr":
+            if not all(any(part.strip() in literal for literal in code.literals)
+                       for part in template.split(HOLE) if part.strip(" :;,")):
+                problem(f"{page.name}:{number}", f"the code has no such message: {text}")
+        elif template not in known.get(word, {}) and not in_pieces(template, code.literals) and not any(
+                template in code.in_short(word, t) for t in known.get(word, {})):
+            problem(f"{page.name}:{number}", f"the code has no such {word}: {text}")
+    for word, templates in known.items():
+        for template, where in templates.items():
+            if template not in written.get(word, set()) and not (
+                    code.in_short(word, template) & written.get(word, set())):
+                problem(where, f"not in {page.name}: {word} {template}")
+    # Texts of tables and of messages put together from parts: upper-case ones and those with leading blanks.
+    everything = normal("\n".join(page.lines))
+    for source in code.sources:
+        for token in source.tokens:
+            if not isinstance(token, tuple) or is_format(token[1]):
+                continue
+            upper = sum(c.isupper() for c in token[1])
+            lower = sum(c.islower() for c in token[1])
+            of_listing = (upper >= 12 and upper > lower) or (upper >= 3 and token[1].startswith(" "))
+            if of_listing and normal(token[1]) not in everything:
+                problem(relative(source.path), f"not in {page.name}: \"{token[1]}\"")
+    return sum(len(t) for t in known.values())
+
+
+def in_pieces(template, literals):
+    """Whether a message is made of one or two texts of the code."""
+    def piece(text):
+        text = text.strip()
+        return not text or text in literals or any(
+            text[:k].strip() in literals and text[k:].strip() in literals for k in range(1, len(text)))
+    return all(piece(part) for part in template.split(HOLE)) and template.replace(HOLE, "").strip() != ""
+
+
+# --- examples -------------------------------------------------------------------------------------
+
+
+class Cases:
+    """Runs of the program in copies of case directories, each made once."""
+
+    def __init__(self, program, scratch):
+        self.program = program
+        self.scratch = Path(scratch)
+        self.made = {}
+
+    def run(self, case, edit=None):
+        key = (case, edit)
+        if key not in self.made:
+            directory = self.scratch / f"case{len(self.made)}"
+            shutil.copytree(ROOT / case, directory, ignore=shutil.ignore_patterns("fort.*", "listing"))
+            if edit:
+                file, old, new = edit
+                text = (directory / file).read_text()
+                if old not in text:
+                    raise ValueError(f"nothing to edit: no '{old}' in {case}/{file}")
+                (directory / file).write_text(text.replace(old, new, 1))
+            with open(directory / "listing", "w") as listing, open(directory / "stderr", "w") as errors:
+                status = subprocess.run([self.program], cwd=directory, stdout=listing, stderr=errors,
+                                        stdin=subprocess.DEVNULL).returncode
+            if status != 0:
+                raise ValueError(f"the run of {case} ends with exit status {status}")
+            self.made[key] = directory
+        return self.made[key]
+
+
+def is_ruler(line):
+    return line.startswith("----+----1")
+
+
+def holds(text, lines):
+    """Whether the lines stand in the text one behind the other, "..." for others between them."""
+    have = text.split("\n")
+    pieces = [[]]
+    for line in lines:
+        if line.strip() == "...":
+            pieces.append([])
+        elif not is_ruler(line):
+            pieces[-1].append(line.rstrip())
+    have = [line.rstrip() for line in have]
+    at = 0
+    for piece in pieces:
+        while at + len(piece) <= len(have) and have[at:at + len(piece)] != piece:
+            at += 1
+        if at + len(piece) > len(have):
+            return False
+        at += len(piece)
+    return True
+
+
+def check_examples(pages, cases):
+    count = 0
+    for page in pages:
+        output = None
+        for number, words, lines in page.blocks:
+            where = f"{page.name}:{number}"
+            try:
+                part = shlex.split(words)
+            except ValueError:
+                part = []
+            try:
+                if part[1:2] == ["from"]:
+                    case, file = part[2].rsplit("/", 1)
+                    edit = tuple(part[4:7]) if part[3:4] == ["with"] else None
+                    if not holds((cases.run(case, edit) / file).read_text(), lines):
+                        problem(where, f"these lines are not in {part[2]}")
+                elif part[:3] == ["python", "run", "in"]:
+                    result = subprocess.run([sys.executable, "-c", "\n".join(lines)], cwd=cases.run(part[3]),
+                                            capture_output=True, text=True)
+                    output = result.stdout
+                    if result.returncode != 0:
+                        problem(where, f"the program fails: {result.stderr}")
+                elif part[:2] == ["sh", "run"]:
+                    output = run_commands(lines, cases)
+                elif part == ["text", "output"]:
+                    if output is None or not holds(output, lines):
+                        problem(where, f"the program prints something else:\n{output}")
+                else:
+                    problem(where, f"a block that nothing vouches for: ```{words}")
+                count += 1
+            except (ValueError, OSError, RuntimeError) as error:
+                problem(where, str(error))
+    return count
+
+
+def run_commands(lines, cases):
+    directory = Path(tempfile.mkdtemp(dir=cases.scratch))
+    shutil.copytree(ROOT / "examples", directory / "examples")
+    (directory / "bin").mkdir()
+    (directory / "bin/varpre").symlink_to(cases.program)
+    environment = dict(os.environ, PATH=f"{directory / 'bin'}:{os.environ['PATH']}")
+    result = subprocess.run(["sh", "-e", "-c", "\n".join(lines)], cwd=directory, env=environment,
+                            capture_output=True, text=True)
+    if result.returncode != 0:
+        raise RuntimeError(f"the commands fail: {result.stderr}")
+    return result.stdout
+
+
+def check_cases(cases):
+    """Every example directory runs to its normal end."""
+    directories = sorted(p.parent for p in itertools.chain(ROOT.glob("examples/*/INP"), ROOT.glob("docs/*/INP")))
+    for directory in directories:
+        case = relative(directory)
+        try:
+            if "VARPRE: NORMAL END" not in (cases.run(case) / "listing").read_text():
+                problem(case, "the run has no normal end")
+            if "error: " in (cases.run(case) / "stderr").read_text():
+                problem(case, "the run reports an error")
+        except ValueError as error:
+            problem(case, str(error))
+    return len(directories)
+
+
+# --- links and names ------------------------------------------------------------------------------
+
+
+def anchor(heading):
+    heading = re.sub(r"[`*]", "", heading).strip().lower()
+    return re.sub(r"[^\w\- ]", "", heading).replace(" ", "-")
+
+
+def check_links(pages):
+    count = 0
+    for page in pages:
+        for number, line in page.prose:
+            for target in re.findall(r"\]\(([^)]+)\)", line):
+                if "://" in target:
+                    continue
+                count += 1
+                file, _, fragment = target.partition("#")
+                path = (page.path.parent / file).resolve() if file else page.path
+                if not path.exists():
+                    problem(f"{page.name}:{number}", f"no such file: {target}")
+                elif fragment and fragment not in {
+                        anchor(l.lstrip("#")) for l in path.read_text().split("\n") if l.startswith("#")}:
+                    problem(f"{page.name}:{number}", f"no such heading: {target}")
+    return count
+
+
+def check_names(pages):
+    verbs = set(re.findall(r"^verb_(\w+)\(\)", (ROOT / "dev").read_text(), re.M))
+    folders = ("src", "tests", "docs", "examples", "bench", "fuzz", "cmake")
+    count = 0
+    for page in pages:
+        if page.name not in ("docs/architecture.md", "README.md", "examples/README.md"):
+            continue
+        text = "\n".join(page.lines)
+        for verb in re.findall(r"\./dev (\w+)", text):
+            count += 1
+            if verb not in verbs:
+                problem(page.name, f"no such verb: ./dev {verb}")
+        for name in re.findall(rf"(?<![\w/.])((?:{'|'.join(folders)})/[\w./-]*[\w/])", text):
+            count += 1
+            if not (ROOT / name).exists() and not list(ROOT.glob(name + ".*")):
+                problem(page.name, f"no such file: {name}")
+    return count
+
+
+def main():
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    code = Code()
+    if sys.argv[1] == "--messages":
+        for word, template, where in sorted(code.messages(), key=lambda m: (m[2], m[0], m[1])):
+            print(f"{where}: {word:8} {template}")
+        return
+    program = str(Path(sys.argv[1]).resolve())
+    pages = [Page(path) for path in PAGES]
+    messages = next((p for p in pages if p.name == "docs/messages.md"), None)
+    with tempfile.TemporaryDirectory() as scratch:
+        cases = Cases(program, scratch)
+        counts = [f"{check_formats(pages, code)} formats",
+                  f"{check_messages(messages, code) if messages else 0} messages",
+                  f"{check_examples(pages, cases)} examples", f"{check_cases(cases)} cases",
+                  f"{check_links(pages)} links", f"{check_names(pages)} names"]
+    for text in problems:
+        print(text)
+    print(f"documents: {', '.join(counts)}; {len(problems)} not true")
+    sys.exit(1 if problems else 0)
+
+
+if __name__ == "__main__":
+    main()
