@@ -138,7 +138,7 @@ bool read_conditions(Unit& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines
   for (std::size_t i = 0; i < keywords.size(); ++i) {
     if (!keywords[i].required || given[i]) continue;
     write<"(/,5X,'DATA ON FLAME CONDITIONS INCOMPLETE')">(MSGFIL);
-    MSGFIL.findings.error(heading, message("the flame conditions lack ", keywords[i].word),
+    MSGFIL.findings.error(heading, message("the flame conditions lack ", trimmed(keywords[i].word)),
                           "GE, NG, RI, RO, TE and NT must be given");
     return false;
   }
@@ -202,8 +202,8 @@ bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFIST
   const auto grid = in_five_columns(count_of(VCOND[NG]));
   const auto grid_K = in_five_columns(count_of(VCOND[NGK]));
   const auto out_of_columns = [&](Condition c) {
-    MSGFIL.findings.error(lines[c],
-                          message(keywords[c].word, " does not fit five columns as an integer: ", VCOND[c]));
+    MSGFIL.findings.error(
+        lines[c], message(trimmed(keywords[c].word), " does not fit five columns as an integer: ", VCOND[c]));
     return report(keywords[c].word, MSGFIL);
   };
   if (!geometry) return out_of_columns(GE);

@@ -78,7 +78,9 @@ void set_amount(const SpeciesName& name, double value, const ReadResult& result,
     Nearest nearest(name.view());
     nearest.offer_all(SYMB);
     for (const Keyword& keyword : keywords) nearest.offer(keyword.word);
-    MSGFIL.findings.error(here(NFICON, 1, 8), message("'", name, "' is neither a keyword nor a species"),
+    MSGFIL.findings.error(here(NFICON, 1, 8),
+                          name.blank() ? "blank line inside a mixture, which END would close"
+                                       : message("'", name, "' is neither a keyword nor a species"),
                           nearest.help().empty() ? std::string(value_columns) : nearest.help());
     stop(MSGFIL);
   }
@@ -254,7 +256,7 @@ void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const 
   if (given.T) {
     mixture.H = mixture_enthalpy(mixture.T, M, X, species.fit, MSGFIL);
   } else {
-    mixture.T = GETT(mixture.H, X, species.fit, XMOL, MSGFIL);
+    mixture.T = GETT(mixture.H, X, species.fit, XMOL, given.heading, MSGFIL);
   }
   mixture.RHO = M * mixture.P / (mixture.T * gas_constant);
 }

@@ -99,9 +99,9 @@ bool read_values(Unit& NFICON, const Place& heading, Listing& MSGFIL, Values& va
 bool given_once(std::size_t i, const Values& values, const Place& heading, Listing& MSGFIL) {
   if (values[i].count == 1) return true;
   write<"(1X,5X,A,A)">(MSGFIL, properties[i].complaint, properties[i].consequence);
-  const std::string what =
-      message(properties[i].word, values[i].count == 0 ? " is not given" : " is given more than once",
-              " in the surface conditions");
+  const std::string what = message(trimmed(properties[i].word),
+                                   values[i].count == 0 ? " is not given" : " is given more than once",
+                                   " in the surface conditions");
   if (i < wall_properties) {
     MSGFIL.findings.warning(heading, what, message("its value is ", values[i].value));
   } else {

@@ -1,18 +1,61 @@
+#include <cerrno>
+#include <csignal>
 #include <exception>
+#include <fcntl.h>
+#include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <unistd.h>
 
 #include "driver/run.h"
+#include "textio/file.h"
 
 namespace {
 
+constexpr int machine_fault = 2;  // exit status
+
 // There is nobody left to tell when standard error itself fails.
-void say(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(STDERR_FILENO, text.data(), text.size());
-    if (count <= 0) return;
-    text.remove_prefix(static_cast<std::size_t>(count));
+void say(const std::string& text) {
+  try {
+    varpre::write_all(STDERR_FILENO, text, "standard error");
+  } catch (const std::system_error&) {
+  }
+}
+
+int fail(std::string_view reason) {
+  say("varpre: " + std::string(reason) + "\n");
+  return machine_fault;
+}
+
+// Failures to write are to be reported, not to end the process: a reader of the listing that goes away, a
+// limit on the size of files.
+void ignore_signals_of_failed_writes() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+// A standard descriptor that the caller closed would be taken by the next file to be opened, and the listing
+// would go there. What takes its place here can be written no more than the closed one.
+void occupy_closed_descriptors() {
+  for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+    if (::fcntl(number, F_GETFD) < 0) ::open("/", O_RDONLY | O_DIRECTORY);  // takes the lowest free number
+  }
+}
+
+int run_on_disk() {
+  varpre::Files files = varpre::Files::on_disk();
+  try {
+    const varpre::RunResult result = varpre::run(files);
+    if (::close(STDOUT_FILENO) != 0) varpre::throw_system_error(errno, "standard output");
+    say(result.diagnostics);
+    return 0;
+  } catch (const std::system_error& error) {
+    try {
+      files.listing.flush();  // the messages up to here
+    } catch (const std::system_error&) {
+    }
+    return fail(error.what());
   }
 }
 
@@ -21,12 +64,13 @@ void say(std::string_view text) {
 // The program takes no arguments. Exit status 0 for every orderly end, 2 when the machine does not let it
 // work.
 int main() {
+  ignore_signals_of_failed_writes();
+  occupy_closed_descriptors();
   try {
-    varpre::Files files = varpre::Files::on_disk();
-    say(varpre::run(files).diagnostics);
-    return 0;
+    return run_on_disk();
+  } catch (const std::bad_alloc&) {
+    return fail("memory: " + std::generic_category().message(ENOMEM));
   } catch (const std::exception& error) {
-    say(std::string("varpre: ") + error.what() + "\n");
-    return 2;
+    return fail(error.what());
   }
 }

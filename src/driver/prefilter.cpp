@@ -7,12 +7,12 @@
 namespace varpre {
 
 void REMCOM(Unit& input, Unit& copy, Listing& MSGFIL) {
-  copy.clear();
+  copy.begin_copy(input);
   copy.text.reserve(input.text.size() + input.text.size() / 8);
   try {
     for (std::string_view line; input.next(line);) {
       if (line.starts_with("****") || line.starts_with("----")) continue;
-      copy.copy(input, line, copied_width);
+      copy.copy(line, copied_width);
     }
   } catch (const std::system_error&) {
     write<"(1H0,5X,'ERROR - DEFECT INPUT ON UNIT ',I3)">(MSGFIL, input.number);

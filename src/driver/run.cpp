@@ -129,6 +129,7 @@ class Sequence {
       NSURF = list.NS;
     }
     if (NSURF > 0) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
+    if (!LOK_species) stage_ = "the thermochemical data";
     check(LOK_species);
     LOK_species = ELECOM(surface(), surface_elements_, MSGFIL);
   }
@@ -156,6 +157,7 @@ class Sequence {
     Mechanism mechanism;
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
     NR = mechanism.NR();
+    if (LOK) stage_ = "the collision efficiencies";
     LOK = LOK && GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
     separator();
     check(LOK);
@@ -182,10 +184,11 @@ class Sequence {
   }
 
   void read_further_reactions() {
-    stage_ = "the complex and photo reactions";
+    stage_ = "the complex reactions";
     bool LOK = GENCRE(all().SYMB, NR, IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO);
     separator();
     check(LOK);
+    stage_ = "the photo reactions";
     LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO);
     separator();
     check(LOK);
@@ -264,7 +267,7 @@ void warn_of_cut_lines(const Unit& copy, Findings& findings) {
   }
 }
 
-RunEnd run_stages(Sequence& sequence, Listing& MSGFIL) {
+RunEnd run_stages(Sequence& sequence, const Unit& conditions, Listing& MSGFIL) {
   try {
     sequence.all_stages();
     return RunEnd::normal;
@@ -273,6 +276,9 @@ RunEnd run_stages(Sequence& sequence, Listing& MSGFIL) {
   } catch (const RunStop& stop) {
     if (stop.ending == RunStop::Ending::number_not_finite) {
       write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
+      MSGFIL.findings.error(whole(conditions),
+                            message("the input leads to a number that is not finite in ", sequence.stage()),
+                            "a value of the input is far too large, or 0 where it must not be");
       write_abnormal_end(MSGFIL);
     }
   }
@@ -283,16 +289,13 @@ std::string diagnostics(const Files& files, const Sequence& sequence, RunEnd end
   Findings findings = files.listing.findings;
   warn_of_cut_lines(files.conditions_copy, findings);
   warn_of_cut_lines(files.mechanism_copy, findings);
-  if (end == RunEnd::abnormal && findings.errors() == 0) {
-    findings.error(whole(files.conditions_copy),
-                   message("the data of this run lead to a number that is not finite in ", sequence.stage()),
-                   "the last message of the listing names it");
+  std::string state = "complete";
+  if (end == RunEnd::abnormal) {
+    state = message("incomplete (ended in ", sequence.stage(), ")");
+  } else if (!sequence.incomplete().empty()) {
+    state = message("incomplete (", sequence.incomplete(), ")");
   }
-  if (end == RunEnd::abnormal)
-    return findings.render(message("incomplete (ended in ", sequence.stage(), ")"));
-  if (!sequence.incomplete().empty())
-    return findings.render(message("incomplete (", sequence.incomplete(), ")"));
-  return findings.render("complete");
+  return findings.render(state);
 }
 
 }  // namespace
@@ -327,7 +330,7 @@ RunResult run(Files& files) {
   filter(files.thermo, files.thermo_copy, files.listing);
 
   const auto sequence = std::make_unique<Sequence>(files);
-  const RunEnd end = run_stages(*sequence, files.listing);
+  const RunEnd end = run_stages(*sequence, files.conditions_copy, files.listing);
   files.store.replace();
   if (end == RunEnd::normal) write_normal_end(files.listing);
   files.listing.flush();

@@ -120,6 +120,8 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   if (NBRUT > MNCRE) {
     write_free(MSGFIL, Text<36>(" Too many complex reactions, NBRUT ("), NBRUT, Text<11>(") > MNCRE ("),
                MNCRE, Text<1>(")"));
+    MSGFIL.findings.error(here(NFIMEC, 1, 4),
+                          message(NBRUT, " complex reactions; there is room for ", MNCRE));
     throw RunStop{};
   }
 

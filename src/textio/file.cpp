@@ -4,9 +4,14 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
+#include <optional>
+#include <poll.h>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace varpre {
 namespace {
@@ -19,10 +24,18 @@ class Descriptor {
       : number_(::open(path.c_str(), flags | O_CLOEXEC, new_file_mode)) {
     if (number_ < 0) throw_system_error(errno, name);
   }
-  ~Descriptor() { ::close(number_); }
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   int number() const { return number_; }
+
+  // Some file systems tell only now that what was written did not find room.
+  void close(const std::string& name) {
+    const int number = std::exchange(number_, -1);
+    if (::close(number) != 0 && errno != EINTR) throw_system_error(errno, name);
+  }
 
  private:
   int number_;
@@ -33,20 +46,56 @@ std::string link_target(const std::string& name) {
   constexpr int most_links = 40;
   std::filesystem::path path = name;
   std::error_code error;
-  for (int i = 0; i < most_links && std::filesystem::is_symlink(path, error); ++i) {
+  for (int i = 0; std::filesystem::is_symlink(path, error); ++i) {
+    if (i == most_links) throw_system_error(ELOOP, name);
     path = path.parent_path() / std::filesystem::read_symlink(path, error);
   }
   return path.string();
-}
-
-std::string temporary_name(const std::string& target) {
-  return target + ".tmp";
 }
 
 void refuse_directory(const std::string& path, const std::string& name) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) throw_system_error(EISDIR, name);
 }
+
+// A device or a pipe takes what is written to it; no other file can take its place.
+bool is_device(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+// The temporary file beside a target, new and empty whatever an earlier run left there. Gone when it has not
+// taken the target's place.
+class Temporary {
+ public:
+  Temporary(const std::string& target, const std::string& name) : target_(target), name_(name) {
+    if (::unlink(path_.c_str()) != 0 && errno != ENOENT) throw_system_error(errno, path_);
+    file_.emplace(path_, O_WRONLY | O_CREAT | O_EXCL, name_);
+  }
+  ~Temporary() {
+    if (!path_.empty()) ::unlink(path_.c_str());
+  }
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+
+  void write(std::string_view text) { write_all(file_->number(), text, name_); }
+  // With the permissions of the earlier file, where there is one.
+  void take_place() {
+    struct stat earlier {};
+    if (::stat(target_.c_str(), &earlier) == 0 && ::fchmod(file_->number(), earlier.st_mode) != 0) {
+      throw_system_error(errno, name_);
+    }
+    file_->close(name_);
+    if (::rename(path_.c_str(), target_.c_str()) != 0) throw_system_error(errno, name_);
+    path_.clear();
+  }
+
+ private:
+  const std::string& target_;
+  const std::string& name_;
+  std::string path_ = target_ + ".tmp";
+  std::optional<Descriptor> file_;
+};
 
 }  // namespace
 
@@ -61,26 +110,36 @@ std::string load_or_create_file(const std::string& name, int& read_error) {
   const Descriptor file(name, flags, name);
   struct stat status {};
   std::string text;
-  if (::fstat(file.number(), &status) == 0 && status.st_size > 0) {
-    text.reserve(static_cast<std::size_t>(status.st_size));
-  }
   std::array<char, 65536> piece;
-  for (;;) {
-    const ssize_t count = ::read(file.number(), piece.data(), piece.size());
-    if (count > 0) {
-      text.append(piece.data(), static_cast<std::size_t>(count));
-    } else if (count == 0 || errno != EINTR) {
-      read_error = count == 0 ? 0 : errno;
-      return text;
+  try {
+    if (::fstat(file.number(), &status) == 0 && status.st_size > 0) {
+      text.reserve(static_cast<std::size_t>(status.st_size));
     }
+    for (;;) {
+      const ssize_t count = ::read(file.number(), piece.data(), piece.size());
+      if (count > 0) {
+        text.append(piece.data(), static_cast<std::size_t>(count));
+      } else if (count == 0 || errno != EINTR) {
+        read_error = count == 0 ? 0 : errno;
+        return text;
+      }
+    }
+  } catch (const std::length_error&) {
+  } catch (const std::bad_alloc&) {
   }
+  throw_system_error(ENOMEM, name);
 }
 
 void write_all(int descriptor, std::string_view text, const std::string& name) {
   while (!text.empty()) {
     const ssize_t count = ::write(descriptor, text.data(), text.size());
-    if (count >= 0) {
+    if (count > 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (count == 0) {
+      throw_system_error(EIO, name);
+    } else if (errno == EAGAIN) {  // a reader that is slow, on a pipe that does not wait for it
+      pollfd room{descriptor, POLLOUT, 0};
+      ::poll(&room, 1, -1);
     } else if (errno != EINTR) {
       throw_system_error(errno, name);
     }
@@ -88,27 +147,24 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
 }
 
 void save_file(const std::string& name, std::string_view text) {
-  const Descriptor file(name, O_WRONLY | O_CREAT | O_TRUNC, name);
+  Descriptor file(name, O_WRONLY | O_CREAT | O_TRUNC, name);
   write_all(file.number(), text, name);
+  file.close(name);
 }
 
 void prepare_replacement(const std::string& name) {
   const std::string target = link_target(name);
   refuse_directory(target, name);
-  const Descriptor file(temporary_name(target), O_WRONLY | O_CREAT | O_TRUNC, name);
+  if (::access(target.c_str(), W_OK) != 0 && errno != ENOENT) throw_system_error(errno, name);
+  if (!is_device(target)) const Temporary proof(target, name);
 }
 
 void replace_file(const std::string& name, std::string_view text) {
   const std::string target = link_target(name);
-  const std::string temporary = temporary_name(target);
-  try {
-    const Descriptor file(temporary, O_WRONLY | O_CREAT | O_TRUNC, name);
-    write_all(file.number(), text, name);
-    if (::rename(temporary.c_str(), target.c_str()) != 0) throw_system_error(errno, name);
-  } catch (const std::system_error&) {
-    ::unlink(temporary.c_str());
-    throw;
-  }
+  if (is_device(target)) return save_file(name, text);
+  Temporary file(target, name);
+  file.write(text);
+  file.take_place();
 }
 
 }  // namespace varpre

@@ -16,8 +16,9 @@ std::string load_or_create_file(const std::string& name, int& read_error);
 void save_file(const std::string& name, std::string_view text);
 
 // Replaces a file in two steps, so that at any moment either the old or the new one is there whole: `prepare`
-// creates the temporary file NAME.tmp beside it (beside the file a link points to) and proves that the place
-// can be written; `replace` fills it and renames it.
+// proves that the place can be written and leaves nothing there; `replace` fills the temporary file NAME.tmp
+// beside it (beside the file a link points to) and renames it, or removes it when that fails. A device or a
+// pipe is written as it stands.
 void prepare_replacement(const std::string& name);
 void replace_file(const std::string& name, std::string_view text);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <functional>
 
 #include "textio/scanning.h"
@@ -125,7 +126,8 @@ void Findings::add(Severity severity, const Place& place, std::string_view what,
 
   const std::string_view word = severity == Severity::error ? "error: " : "warning: ";
   const Origin origin = place.unit->origin(place.record);
-  std::string text = header(origin, place.column) + std::string(word).append(what) + "\n";
+  std::string text =
+      header(origin, place.caret > 0 ? place.caret : place.column) + std::string(word).append(what) + "\n";
   if (place.record > 0) text += marked_line(origin.text, place);
   if (!help.empty()) text += std::string(margin) + "help: " + std::string(help) + "\n";
   kind.last_shown = texts_.size();
@@ -158,8 +160,12 @@ std::string part_of_message(int value) {
 }
 
 std::string part_of_message(double value) {
+  if (std::isnan(value)) return "undefined";
+  constexpr int most_digits = 6;
   std::array<char, 32> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, most_digits)
+          .ptr;
   return {text.data(), end};
 }
 
@@ -185,18 +191,20 @@ std::string Nearest::help() const {
 std::string headings_of(const Unit& unit, std::string_view searched,
                         std::span<const std::string_view> words) {
   std::string found;
-  std::string other_case;
+  std::string meant;
   unit.for_each_record([&](int record, std::string_view text) {
     const auto begins = [&](std::string_view word) {
       return EQUSYM(static_cast<int>(word.size()), text, word);
     };
-    if (std::none_of(words.begin(), words.end(), begins)) return;
+    const bool misspelt = !Nearest(searched).offer(text.substr(0, searched.size())).help().empty();
+    const bool known = std::any_of(words.begin(), words.end(), begins);
+    if (!known && !misspelt) return;
     const std::string heading = message("'", trimmed(text), "' (line ", unit.origin(record).line, ")");
-    if (begins(searched) && other_case.empty()) other_case = heading;
-    found += (found.empty() ? "" : ", ") + heading;
+    if (misspelt && meant.empty()) meant = heading;
+    if (known) found += (found.empty() ? "" : ", ") + heading;
   });
-  if (!other_case.empty())
-    return message("letter case counts in this heading: write '", searched, "' instead of ", other_case);
+  if (!meant.empty())
+    return message("write '", searched, "' instead of ", meant, "; letter case counts in some headings");
   if (found.empty()) return message("the file has no heading that is known here");
   return message("the file has the headings ", found);
 }

@@ -51,12 +51,22 @@ bool reads(const Edit& edit, std::string_view field) {
   return read_real(field, {edit.width, edit.value, 0}).has_value();
 }
 
-// Whether all numeric fields of the record read, and hold something, when it is moved by some columns.
+bool belongs_to_number(const std::string& line, int column) {
+  const auto i = static_cast<std::size_t>(column) - 1;
+  return column >= 1 && i < line.size() && line[i] != ' ';
+}
+
+// Tells when all numeric fields of the record would read, and hold whole numbers, if it were moved by some
+// columns.
 std::string shift_help(const std::string& line, const std::vector<NumericField>& fields) {
   for (const int shift : {1, -1, 2, -2, 3, -3}) {
     const bool all_read = std::all_of(fields.begin(), fields.end(), [&](const NumericField& field) {
-      const std::string text = columns_of(line, field.column + shift, field.edit.width);
-      return !trimmed(text).empty() && reads(field.edit, text);
+      const int column = field.column + shift;
+      const std::string text = columns_of(line, column, field.edit.width);
+      const int behind = column + field.edit.width;
+      const bool cut = text.back() != ' ' && belongs_to_number(line, behind) &&
+                       line[static_cast<std::size_t>(behind) - 1] != '-';
+      return !cut && !trimmed(text).empty() && reads(field.edit, text);
     });
     if (all_read && !fields.empty()) {
       return message("the columns look shifted by ", std::abs(shift),
@@ -66,10 +76,21 @@ std::string shift_help(const std::string& line, const std::vector<NumericField>&
   return {};
 }
 
+// The first character of a field that cannot belong to a number, counted from 0; 0 when each could.
 int first_bad_character(std::string_view field, bool integer) {
   const std::string_view allowed = integer ? " +-0123456789" : " +-.0123456789EDed";
-  const std::size_t bad = field.find_first_not_of(allowed);
-  return bad == std::string_view::npos ? 0 : static_cast<int>(bad);
+  const std::size_t unknown = field.find_first_not_of(allowed);
+  const std::size_t exponent = field.find_first_of("EDed");
+  const std::size_t second =
+      exponent == std::string_view::npos ? exponent : field.find_first_of("EDed", exponent + 1);
+  const std::size_t bad = std::min(unknown, second);
+  return bad == std::string_view::npos ? static_cast<int>(field.find_first_not_of(' '))
+                                       : static_cast<int>(bad);
+}
+
+std::string without_blanks_around(std::string_view text) {
+  text = trimmed(text);
+  return std::string(text.substr(std::min(text.find_first_not_of(' '), text.size())));
 }
 
 }  // namespace
@@ -84,10 +105,11 @@ void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& r
                                   [&, c = column](const NumericField& f) { return f.column == c; });
   const bool integer = found != fields.end() && found->edit.kind == Edit::Kind::integer;
   const Place place{&unit, record, column, width, column + first_bad_character(field, integer)};
-  findings.error(place,
-                 message("cannot read ", name, ": expected ", integer ? "an integer" : "a number",
-                         " in columns ", column, "-", column + width - 1, ", found '", trimmed(field), "'"),
-                 shift_help(line, fields), kind);
+  findings.error(
+      place,
+      message("cannot read ", name, ": expected ", integer ? "an integer" : "a number", " in columns ",
+              column, "-", column + width - 1, ", found '", without_blanks_around(field), "'"),
+      shift_help(line, fields), kind);
 }
 
 namespace record_detail {

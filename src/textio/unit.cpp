@@ -77,9 +77,13 @@ void Unit::clear() {
   rewind();
 }
 
-void Unit::copy(const Unit& source, std::string_view record, std::size_t width) {
+void Unit::begin_copy(const Unit& source) {
+  clear();
   source_ = &source;
-  source_offsets_.push_back(source.last_);
+}
+
+void Unit::copy(std::string_view record, std::size_t width) {
+  source_offsets_.push_back(source_->last_);
   const std::size_t length = std::min(record.size(), width);
   if (record.find_first_not_of(' ', length) != std::string_view::npos) {
     cut_records.push_back(static_cast<int>(source_offsets_.size()));

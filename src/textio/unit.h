@@ -58,9 +58,10 @@ class Unit {
   // Number of the record last read, from 1; 0 before the first.
   int record_number() const { return record_number_; }
 
-  // Makes this unit the copy of another: each `copy` appends a record as `source` last read it, cut or padded
-  // to `width` characters.
-  void copy(const Unit& source, std::string_view record, std::size_t width);
+  // Makes this unit an empty copy of another; each `copy` appends the record that the other last read, cut or
+  // padded to `width` characters.
+  void begin_copy(const Unit& source);
+  void copy(std::string_view record, std::size_t width);
 
   // Origin of a record (its number, from 1), through copies back to the file the user wrote; of record 0 the
   // file with the number of its lines.

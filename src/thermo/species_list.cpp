@@ -4,6 +4,7 @@
 
 #include "textio/record.h"
 #include "textio/scanning.h"
+#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -31,6 +32,17 @@ void set_flags(const NameList& names, int NS, std::span<int> IFLAG) {
     if (flag == std::string_view::npos) continue;
     IFLAG[static_cast<std::size_t>(NS - names.NDEL + k)] = static_cast<int>(flag) + 1;
   }
+}
+
+// Warns of a line that looks like the heading of another section: the list may have lost its END.
+void warn_of_heading(const Line& line, const Place& heading, const Place& record, Findings& findings) {
+  const bool found = std::any_of(
+      condition_headings.begin(), condition_headings.end(),
+      [&](std::string_view word) { return EQUSYM(static_cast<int>(word.size()), line.view(), word); });
+  if (!found) return;
+  findings.warning(
+      record, "this line of a species list looks like a heading",
+      message("END may be missing: the list begins in line ", heading.unit->origin(heading.record).line));
 }
 
 // Warns of flags that do not count for the name they stand behind.
@@ -86,6 +98,7 @@ SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const S
     }
     if (EQUSYM(3, line.view(), "END")) break;
     const Place record = here(NFICON);
+    warn_of_heading(line, heading, record, MSGFIL.findings);
     GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
     if (names.NSYM == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));

@@ -44,7 +44,7 @@ double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) 
 }
 
 double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit,
-            std::span<const double> XMOL, Listing& MSGFIL) {
+            std::span<const double> XMOL, const Place& mixture, Listing& MSGFIL) {
   constexpr int most_steps = 61;
   double M = 0;
   for (std::size_t i = 0; i < X.size(); ++i) M += X[i] * XMOL[i];
@@ -66,6 +66,11 @@ double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> 
     T = Tnew;
   }
   write<"('0','ERROR  : NO CONVERGENCE OF NEWTON ITERATION')">(MSGFIL);
+  if (mixture.unit != nullptr) {
+    MSGFIL.findings.error(mixture,
+                          message("no temperature gives this mixture its enthalpy of ", HSPEC, " J/kg"),
+                          "H(T0) is the specific enthalpy in J/kg");
+  }
   throw RunStop{};
 }
 

@@ -18,7 +18,8 @@ double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 // Temperature [K] at which a gas mixture of mole fractions X and molar masses XMOL [kg/mol] has the specific
 // enthalpy HSPEC [J/kg]: Newton iteration from 1200 K to a step below 1E-7 of the temperature. Stops the run
 // (RunStop), with its message in the listing, after 61 steps without convergence.
+// `mixture` is where it is defined.
 double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit,
-            std::span<const double> XMOL, Listing& MSGFIL);
+            std::span<const double> XMOL, const Place& mixture, Listing& MSGFIL);
 
 }  // namespace varpre
