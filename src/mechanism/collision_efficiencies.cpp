@@ -71,9 +71,7 @@ bool fail_without_end(const Place& section, Listing& MSGFIL) {
 void warn_of_lost_efficiencies(const Block& block, Unit& unit, Findings& findings) {
   constexpr std::size_t species_in_80_columns = 8;
   if (block.count <= species_in_80_columns) return;
-  const auto cut = std::find(unit.cut_records.begin(), unit.cut_records.end(), unit.record_number());
-  if (cut == unit.cut_records.end()) return;
-  unit.cut_records.erase(cut);  // this says it all
+  if (unit.cut_records.erase(unit.record_number()) == 0) return;  // this says all there is to say of the cut
   findings.warning(here(unit, 81, 8),
                    message("text beyond column 80 is not read: the efficiencies count as 0 from ",
                            block.species[species_in_80_columns], " on"),
@@ -158,7 +156,7 @@ void set_efficiencies(const Block& block, const ReactionNames& names, std::span<
     write<"(' ',5X,'Warning: Third body ',A,' not found in species',' list')">(MSGFIL, name);
     MSGFIL.findings.warning(locate(block.line, name.view()),
                             message("'", name, "' is not in the species list: its efficiency is dropped"),
-                            Nearest(name.view()).offer_all(names.species()).help());
+                            [&] { return Nearest(name.view()).offer_all(names.species()).help(); });
   }
 }
 

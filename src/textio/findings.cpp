@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <functional>
 
 #include "textio/scanning.h"
 
@@ -101,14 +100,6 @@ Place locate(const Place& record, std::string_view text) {
   return place;
 }
 
-void Findings::error(const Place& place, std::string_view what, std::string_view help, Site kind) {
-  add(Severity::error, place, what, help, kind);
-}
-
-void Findings::warning(const Place& place, std::string_view what, std::string_view help, Site kind) {
-  add(Severity::warning, place, what, help, kind);
-}
-
 Findings::Kind& Findings::kind_of(const Site& site) {
   const auto same = [&](const Kind& kind) {
     return kind.site.line == site.line && std::string_view(kind.site.file) == site.file;
@@ -117,8 +108,8 @@ Findings::Kind& Findings::kind_of(const Site& site) {
   return found != kinds_.end() ? *found : kinds_.emplace_back(Kind{site, {}, 0});
 }
 
-void Findings::add(Severity severity, const Place& place, std::string_view what, std::string_view help,
-                   const Site& site) {
+void Findings::add(Severity severity, const Place& place, std::string_view what,
+                   const std::function<std::string()>& help, const Site& site) {
   Kind& kind = kind_of(site);
   if (!kind.taken.emplace(place, std::hash<std::string_view>{}(what)).second) return;
   ++(severity == Severity::error ? errors_ : warnings_);
@@ -129,7 +120,8 @@ void Findings::add(Severity severity, const Place& place, std::string_view what,
   std::string text =
       header(origin, place.caret > 0 ? place.caret : place.column) + std::string(word).append(what) + "\n";
   if (place.record > 0) text += marked_line(origin.text, place);
-  if (!help.empty()) text += std::string(margin) + "help: " + std::string(help) + "\n";
+  if (const std::string advice = help(); !advice.empty()) text.append(margin).append("help: ").append(advice).append("
+");
   kind.last_shown = texts_.size();
   texts_.push_back(std::move(text));
 }

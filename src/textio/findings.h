@@ -1,6 +1,8 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
+#include <functional>
 #include <set>
 #include <span>
 #include <string>
@@ -53,11 +55,26 @@ class Findings {
   };
 
   // `what`: lower case, one sentence, no full stop, to be understood without its surroundings. `help`: what
-  // was expected or probably meant; may be empty.
+  // was expected or probably meant, may be empty; or a function that tells it, called only when it will be
+  // shown.
   void error(const Place& place, std::string_view what, std::string_view help = {},
-             Site kind = Site::current());
+             Site kind = Site::current()) {
+    add(
+        Severity::error, place, what, [&] { return std::string(help); }, kind);
+  }
   void warning(const Place& place, std::string_view what, std::string_view help = {},
-               Site kind = Site::current());
+               Site kind = Site::current()) {
+    add(
+        Severity::warning, place, what, [&] { return std::string(help); }, kind);
+  }
+  template <std::invocable Help>
+  void error(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
+    add(Severity::error, place, what, help, kind);
+  }
+  template <std::invocable Help>
+  void warning(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
+    add(Severity::warning, place, what, help, kind);
+  }
 
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
@@ -74,8 +91,8 @@ class Findings {
     std::size_t last_shown = 0;                     // in texts_
   };
 
-  void add(Severity severity, const Place& place, std::string_view what, std::string_view help,
-           const Site& site);
+  void add(Severity severity, const Place& place, std::string_view what,
+           const std::function<std::string()>& help, const Site& site);
   Kind& kind_of(const Site& site);
 
   int errors_ = 0;

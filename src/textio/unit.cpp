@@ -72,7 +72,7 @@ void Unit::step_back() {
 void Unit::clear() {
   text.clear();
   source_ = nullptr;
-  source_offsets_.clear();
+  source_lines_.clear();
   cut_records.clear();
   rewind();
 }
@@ -83,10 +83,10 @@ void Unit::begin_copy(const Unit& source) {
 }
 
 void Unit::copy(std::string_view record, std::size_t width) {
-  source_offsets_.push_back(source_->last_);
+  source_lines_.push_back({source_->last_, source_->record_number_});
   const std::size_t length = std::min(record.size(), width);
   if (record.find_first_not_of(' ', length) != std::string_view::npos) {
-    cut_records.push_back(static_cast<int>(source_offsets_.size()));
+    cut_records.insert(cut_records.end(), static_cast<int>(source_lines_.size()));
   }
   text.append(record.substr(0, length));
   text.append(width - length, ' ');
@@ -96,7 +96,7 @@ void Unit::copy(std::string_view record, std::size_t width) {
 Origin Unit::origin(int record) const {
   if (source_ != nullptr) {
     if (record == 0) return source_->origin(0);
-    return source_->origin_at(source_offsets_[static_cast<std::size_t>(record - 1)]);
+    return source_->origin_at(source_lines_[static_cast<std::size_t>(record - 1)]);
   }
   if (record == 0) {
     const auto lines =
@@ -105,14 +105,12 @@ Origin Unit::origin(int record) const {
   }
   std::size_t offset = first_record(text);
   for (int i = 1; i < record; ++i) line_at(text, offset, offset);
-  return origin_at(offset);
+  return origin_at({offset, record});
 }
 
-Origin Unit::origin_at(std::size_t offset) const {
+Origin Unit::origin_at(const SourceLine& line) const {
   std::size_t after = 0;
-  const auto lines_before =
-      std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), '\n');
-  return {name, static_cast<int>(lines_before) + 1, line_at(text, offset, after)};
+  return {name, line.number, line_at(text, line.offset, after)};
 }
 
 }  // namespace varpre

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,18 +77,22 @@ class Unit {
     for (std::string_view record; reader.next(record);) visit(reader.record_number(), record);
   }
 
-  std::vector<int> cut_records;  // of a copy: records from which text other than blanks was cut off
+  std::set<int> cut_records;  // of a copy: records from which text other than blanks was cut off
 
  private:
-  Origin origin_at(std::size_t offset) const;
+  struct SourceLine {
+    std::size_t offset;
+    int number;  // from 1
+  };
+  Origin origin_at(const SourceLine& line) const;
 
   Storage storage_ = Storage::memory;
   int read_error_ = 0;        // errno of a read that failed after what `text` holds
   std::size_t position_ = 0;  // start of the next record
   std::size_t last_ = 0;      // start of the record last read
   int record_number_ = 0;
-  const Unit* source_ = nullptr;             // of a copy
-  std::vector<std::size_t> source_offsets_;  // of a copy: where its records stand in the source
+  const Unit* source_ = nullptr;          // of a copy
+  std::vector<SourceLine> source_lines_;  // of a copy: where its records stand in the source
 };
 
 }  // namespace varpre

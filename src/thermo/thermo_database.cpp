@@ -148,7 +148,7 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
     MSGFIL.findings.error(locate(species.listed[i], name.view()),
                           message("species '", name, "' has no entry in ", NFITHE.origin(0).file, " (",
                                   entries, " entries read)"),
-                          Nearest(name.view()).offer_all(other_entries).help());
+                          [&] { return Nearest(name.view()).offer_all(other_entries).help(); });
   }
   if (print) {
     for (std::size_t i = 0; i < IFOUND.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);

@@ -81,7 +81,7 @@ bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<M
     MSGFIL.findings.error(locate(gas.listed[i], SYMB[i].view()),
                           message("species '", SYMB[i], "' has no record in ", NFIMOL.origin(0).file, " (",
                                   NFIMOL.record_number(), " records read)"),
-                          Nearest(SYMB[i].view()).offer_all(other_records).help());
+                          [&] { return Nearest(SYMB[i].view()).offer_all(other_records).help(); });
   }
   if (print) {
     write<"(1H ,7X,'SPECIES PROPERTIES FROM DATA BASE')">(MSGFIL);
