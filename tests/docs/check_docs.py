@@ -15,7 +15,8 @@ What is checked:
                text from CASE/FILE with INPUT 'old' 'new'   the same after an edit of one of its inputs
                python run in CASE        a program that is run where the case has run
                text output               what it prints
-               sh run                    commands, run in a copy of the sources with the program on the path
+               sh run                    commands, run beside the examples with the program on the path
+             The man page has the same words in a comment before each .EX.
   links      A relative link leads to a file, and to a heading of it.
   names      Every file, folder and verb that docs/architecture.md and the README name exists.
 """
@@ -32,6 +33,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 PAGES = sorted(ROOT.glob("docs/*.md")) + [ROOT / "README.md", ROOT / "examples/README.md"]
+MAN_PAGE = ROOT / "docs/varpre.1"
 HOLE = "<>"
 
 problems = []
@@ -269,6 +271,25 @@ class Page:
                 self.prose.append((number, line))
         if block is not None:
             problem(f"{self.name}:{block[0]}", "the block that begins here is not closed")
+
+    @classmethod
+    def of_man_page(cls, path):
+        """The same with the blocks between .EX and .EE, the words in the comment before them."""
+        page = cls.__new__(cls)
+        page.path, page.name, page.lines = path, relative(path), path.read_text().split("\n")
+        page.prose, page.blocks = [], []
+        words, block = "", None
+        for number, line in enumerate(page.lines, 1):
+            if line == ".EX":
+                block = (number, words if words.startswith(("sh", "text")) else "text " + words, [])
+            elif line == ".EE":
+                page.blocks.append(block)
+                block, words = None, ""
+            elif block is not None:
+                block[2].append(line.replace("\\-", "-").replace("\\e", "\\"))
+            elif line.startswith('.\\" '):
+                words = line[4:]
+        return page
 
     def spans(self):
         for number, line in self.prose:
@@ -513,12 +534,13 @@ def main():
         return
     program = str(Path(sys.argv[1]).resolve())
     pages = [Page(path) for path in PAGES]
+    with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
     messages = next((p for p in pages if p.name == "docs/messages.md"), None)
     with tempfile.TemporaryDirectory() as scratch:
         cases = Cases(program, scratch)
         counts = [f"{check_formats(pages, code)} formats",
                   f"{check_messages(messages, code) if messages else 0} messages",
-                  f"{check_examples(pages, cases)} examples", f"{check_cases(cases)} cases",
+                  f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
                   f"{check_links(pages)} links", f"{check_names(pages)} names"]
     for text in problems:
         print(text)
