@@ -120,8 +120,9 @@ void Findings::add(Severity severity, const Place& place, std::string_view what,
   std::string text =
       header(origin, place.caret > 0 ? place.caret : place.column) + std::string(word).append(what) + "\n";
   if (place.record > 0) text += marked_line(origin.text, place);
-  if (const std::string advice = help(); !advice.empty()) text.append(margin).append("help: ").append(advice).append("
-");
+  if (const std::string advice = help(); !advice.empty()) {
+    text.append(margin).append("help: ").append(advice).append("\n");
+  }
   kind.last_shown = texts_.size();
   texts_.push_back(std::move(text));
 }
