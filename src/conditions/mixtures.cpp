@@ -1,6 +1,7 @@
 #include "conditions/mixtures.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <span>
 #include <string>
@@ -246,6 +247,7 @@ void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const 
   check(given, X, species.size(), MSGFIL);
 
   divide_by_sum(X);
+  if (!std::isfinite(sum(X_surface))) throw RunStop{RunStop::Ending::number_not_finite};
   if (sum(X_surface) > 0) divide_by_sum(X_surface);
   double M = 0;
   for (std::size_t i = 0; i < NGAS; ++i) M += X[i] * species.XMOL[i];

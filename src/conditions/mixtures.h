@@ -35,7 +35,8 @@ struct MixtureState {
 // are the gas species and the NSURF surface species behind them, `elements` those of the gas phase.
 //
 // A block that is not there is a warning and leaves `mixture` as it was. Any error in the block stops the run
-// (RunStop), after its message and "ERROR - Wrong operation of CHICON".
+// (RunStop), after its message and, but for a temperature that is not found, "ERROR - Wrong operation of
+// CHICON".
 void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
             Unit& NFICON, Listing& MSGFIL, MixtureState& mixture);
 

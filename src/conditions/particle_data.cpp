@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <span>
 #include <string_view>
@@ -15,6 +16,7 @@ namespace {
 
 struct Particles {
   int NRGP = 0;                    // grid size
+  Place grid;                      // where it is given
   std::vector<SpeciesName> names;  // particle species, NPL of them
   std::vector<double> XPA;         // their initial fractions
 };
@@ -34,11 +36,11 @@ bool find_record(std::string_view word, Unit& NFICON, Findings& findings) {
   return true;
 }
 
-bool read_grid_size(Unit& NFICON, int& NRGP, Findings& findings) {
+bool read_grid_size(Unit& NFICON, Particles& particles, Findings& findings) {
   Text<4> word;
   const Place heading = here(NFICON, 1, 4);
   do {
-    const ReadResult result = read<"(A4,1X,I6)">(NFICON, word, NRGP);
+    const ReadResult result = read<"(A4,1X,I6)">(NFICON, word, particles.NRGP);
     if (result.end_of_file()) {
       findings.error(heading, "the particle data that begin here have no record NRGP");
       return false;
@@ -48,6 +50,7 @@ bool read_grid_size(Unit& NFICON, int& NRGP, Findings& findings) {
       return false;
     }
   } while (word.view() != "NRGP");
+  particles.grid = here(NFICON, 6, 6);
   return true;
 }
 
@@ -72,7 +75,7 @@ bool read_names(Unit& NFICON, std::vector<SpeciesName>& names, Findings& finding
 // Grid size and list of the section, up to the heading of the fractions.
 bool read_section(Unit& NFICON, Particles& particles, Findings& findings) {
   NFICON.rewind();
-  return find_record("PART", NFICON, findings) && read_grid_size(NFICON, particles.NRGP, findings) &&
+  return find_record("PART", NFICON, findings) && read_grid_size(NFICON, particles, findings) &&
          find_record("PASP", NFICON, findings) && read_names(NFICON, particles.names, findings) &&
          find_record("PARi", NFICON, findings);
 }
@@ -117,15 +120,18 @@ bool read_fractions(Unit& NFICON, Listing& MSGFIL, Particles& particles) {
   }
 }
 
-// Makes the fractions sum up to 1; without any, the first species gets all.
-void normalise(std::vector<double>& XPA) {
+// Makes the fractions sum up to 1; without any, the first species gets all. False when their sum is not
+// finite.
+bool normalise(std::vector<double>& XPA) {
   const double S = std::accumulate(XPA.begin(), XPA.end(), 0.0);
+  if (!std::isfinite(S)) return false;
   if (!XPA.empty() && S < 1.0E-20) {
     std::fill(XPA.begin(), XPA.end(), 0.0);
     XPA[0] = 1;
   } else {
     for (double& x : XPA) x /= S;
   }
+  return true;
 }
 
 // Finds a species in the database and copies its data; false, after the finding, when it is not there or
@@ -191,8 +197,16 @@ bool process(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFI
         "names stand in columns 1-8, 10-17, 19-26, 28-35, 37-44, 46-53 and 55-62");
     return false;
   }
+  if (particles.NRGP < -9999 || particles.NRGP > 99999) {  // five columns of the store file
+    MSGFIL.findings.error(particles.grid,
+                          message("the particle grid size ", particles.NRGP, " does not fit five columns"));
+    return false;
+  }
   if (!read_fractions(NFICON, MSGFIL, particles)) return false;
-  normalise(particles.XPA);
+  if (!normalise(particles.XPA)) {
+    MSGFIL.findings.error(here(NFICON), "the particle fractions add up to a number that is not finite");
+    return false;
+  }
   return write_block(particles, thermliq, MSGFIL, NFISTO);
 }
 

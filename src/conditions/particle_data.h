@@ -11,7 +11,7 @@ namespace varpre {
 // driver read.
 //
 // Every error is reported in the listing and ends the stage; what was appended before it stays.
-// Returns whether the block is complete.
+// Returns whether the block is complete. Throws std::system_error when the database cannot be opened or read.
 bool GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO);
 
 }  // namespace varpre

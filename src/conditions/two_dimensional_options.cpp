@@ -206,7 +206,7 @@ bool G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
   if (!read_parameters(NFICON, MSGFIL, values)) return false;
 
   std::vector<StoreRecord> records = records_of(NFISTO);
-  replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
+  if (records.size() > 3) replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
   auto radius = std::find_if(records.begin(), records.end(),
                              [](const StoreRecord& record) { return record.first(8) == radius_record; });
   if (records.end() - radius <= weight_record) {

@@ -258,7 +258,7 @@ void filter(Unit& input, Unit& copy, Listing& MSGFIL) {
   copy.save();
 }
 
-// Warns of what was cut off the lines that the stages have read, where nothing more exact was said. What
+// Warns of what was cut off the lines of an input, where nothing more exact was said. What
 // stands behind a "!" was hardly meant to be read.
 void warn_of_cut_lines(const Unit& copy, Findings& findings) {
   for (const int record : copy.cut_records) {

@@ -59,7 +59,7 @@ bool Unit::next(std::string_view& record) {
 }
 
 void Unit::rewind() {
-  position_ = last_ = first_record(text);
+  position_ = last_ = source_ == nullptr ? first_record(text) : 0;  // a copy holds no mark of its own
   record_number_ = 0;
 }
 

@@ -41,16 +41,17 @@ bool find_elements(const SpeciesView& species, Elements& elements, Listing& MSGF
   std::vector<TableElement> present;
   std::copy_if(element_table.begin(), element_table.end(), std::back_inserter(present),
                [&](const TableElement& element) { return is_present(element.SATOM, species.elements); });
-  elements.NE = static_cast<int>(present.size());
-  if (elements.NE > NEMAX) {
-    write<"('0','ERROR: number of elements (',I2,') > NEMAX (',I2,')')">(MSGFIL, elements.NE, NEMAX);
+  const int NE = static_cast<int>(present.size());
+  if (NE > NEMAX) {
+    write<"('0','ERROR: number of elements (',I2,') > NEMAX (',I2,')')">(MSGFIL, NE, NEMAX);
     std::string symbols;
     for (const TableElement& element : present) symbols.append(" ").append(trimmed(element.SATOM));
     MSGFIL.findings.error(species.listed.front(),
-                          message("the species of this list are made of ", elements.NE, " elements"),
+                          message("the species of this list are made of ", NE, " elements"),
                           message("at most ", NEMAX, " elements may occur; these do:", symbols));
     return false;
   }
+  elements.NE = NE;
   for (std::size_t e = 0; e < present.size(); ++e) {
     elements.SYME[e] = present[e].SATOM;
     elements.EMOL[e] = present[e].XATOM;

@@ -10,7 +10,7 @@ namespace varpre {
 
 // What became of a species list.
 struct SpeciesList {
-  int NS = 0;           // species read
+  int NS = 0;           // names read, those that found no place included
   bool absent = false;  // no heading, no END, or too many species: the caller goes on without it
   bool heading = true;  // the heading was found
 };
