@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include "textio/text.h"
@@ -13,6 +15,121 @@ namespace {
 
 constexpr int exact_digits = 800;     // significant digits that hold every double exactly (767 are enough)
 constexpr int longest_double = 1100;  // room for the digits of any value under any descriptor
+
+// --- The quick way to a few digits -----------------------------------------------------------------
+//
+// |value| x 10^k as a product of integers: the 53 bits of the value times the leading 64 bits of 10^k. What
+// is cut off 10^k bounds the error of the product. The rounded product is handed out only where no number
+// within that bound rounds to another; everything else, exact ties included, is left to the exact way.
+
+__extension__ using uint128 = unsigned __int128;
+
+constexpr int widest_power = 128;
+constexpr int most_quick_digits = 9;
+
+// 10^k = (bits + f) x 2^exponent with 0 <= f < 1.01 and the highest bit set.
+struct PowerOfTen {
+  std::uint64_t bits;
+  int exponent;
+};
+
+// All powers from 10^-widest_power to 10^widest_power, from one another in 128 bits: every step cuts off less
+// than 2^-124 of the power, all together less than a hundredth of the last of the 64 bits kept.
+constexpr auto powers_of_ten = [] {
+  std::array<PowerOfTen, 2 * widest_power + 1> table{};
+  const auto set = [&](int k, uint128 bits, int exponent) {
+    table[static_cast<std::size_t>(k + widest_power)] = {static_cast<std::uint64_t>(bits >> 64),
+                                                         exponent + 64};
+  };
+  constexpr uint128 one = uint128{1} << 127;
+  uint128 bits = one;
+  int exponent = -127;
+  set(0, bits, exponent);
+  for (int k = 1; k <= widest_power; ++k) {  // times 10/16, then the highest bit is set again
+    bits = (bits >> 1) + (bits >> 3);
+    exponent += 4;
+    for (; bits < one; bits <<= 1) --exponent;
+    set(k, bits, exponent);
+  }
+  bits = one;
+  exponent = -127;
+  for (int k = 1; k <= widest_power; ++k) {
+    const uint128 rest = bits % 10;
+    bits /= 10;
+    int shift = 0;
+    for (; bits < one; bits <<= 1) ++shift;
+    bits += (rest << shift) / 10;  // the bits that the division moved out on the right
+    exponent -= shift;
+    set(-k, bits, exponent);
+  }
+  return table;
+}();
+
+constexpr auto small_powers_of_ten = [] {
+  std::array<std::uint64_t, most_quick_digits + 1> table{1};
+  for (std::size_t k = 1; k < table.size(); ++k) table[k] = 10 * table[k - 1];
+  return table;
+}();
+
+// |value| = bits x 2^exponent, for a normal value.
+struct Binary {
+  explicit Binary(double value) {
+    constexpr std::uint64_t fraction = (std::uint64_t{1} << 52) - 1;
+    const auto word = std::bit_cast<std::uint64_t>(value);
+    const int biased = static_cast<int>(word >> 52 & 0x7FF);
+    normal = biased != 0 && biased != 0x7FF;
+    bits = (word & fraction) | (fraction + 1);
+    exponent = biased - 1075;
+  }
+  std::uint64_t bits;
+  int exponent;
+  bool normal;
+};
+
+// |value| x 10^k rounded to an integer, where it is below 2^36 and the rounding is certain.
+std::optional<std::uint64_t> quick_scaled(const Binary& value, int k) {
+  if (!value.normal || k < -widest_power || k > widest_power) return std::nullopt;
+  const PowerOfTen& power = powers_of_ten[static_cast<std::size_t>(k + widest_power)];
+  const int point = -(value.exponent + power.exponent);  // bits behind the binary point
+  if (point < 81 || point > 124) return std::nullopt;
+  const uint128 one = uint128{1} << point;
+  const uint128 product = uint128{value.bits} * power.bits + one / 2;  // below 2^117 + 2^123
+  const uint128 error = 2 * uint128{value.bits};
+  const uint128 rest = product & (one - 1);
+  if (rest == 0 || rest + error >= one) return std::nullopt;  // a tie, or a carry not excluded
+  return static_cast<std::uint64_t>(product >> point);
+}
+
+// |value| rounded to `count` significant places, as digits x 10^(exponent - count); zero has exponent 0.
+struct QuickDigits {
+  std::uint64_t digits;
+  int exponent;
+};
+
+std::optional<QuickDigits> quick_digits(double value, int count) {
+  if (count > most_quick_digits) return std::nullopt;
+  if (value == 0) return QuickDigits{0, 0};
+  const Binary binary(value);
+  // From the highest bit alone: exact, or one too low.
+  int exponent = ((binary.exponent + 52) * 315653 >> 20) + 1;  // log10(2) = 315653/2^20
+  auto digits = quick_scaled(binary, count - exponent);
+  if (digits && *digits >= small_powers_of_ten[static_cast<std::size_t>(count)]) {
+    ++exponent;
+    digits = quick_scaled(binary, count - exponent);
+  }
+  if (!digits) return std::nullopt;
+  return QuickDigits{*digits, exponent};
+}
+
+// Writes a number with exactly `count` digits.
+void put_digits(char* at, std::uint64_t digits, int count) {
+  for (int i = count - 1; i >= 0; --i) {
+    at[i] = static_cast<char>('0' + digits % 10);
+    digits /= 10;
+  }
+}
+
+// --- The exact way ---------------------------------------------------------------------------------
 
 // The significand digits d1 d2 ... of a value rounded to `count` significant digits, value = 0.d1d2... x
 // 10^exponent.
@@ -28,6 +145,12 @@ bool all_zeros(const char* digits, int count) {
 
 // Digits of |value| rounded to `count` >= 1 significant places. Zero has digits 0 and exponent 0.
 void significant_digits(double value, int count, Digits& out) {
+  if (const auto quick = quick_digits(value, count)) {
+    out.count = count;
+    out.exponent = quick->exponent;
+    put_digits(out.digit.data(), quick->digits, count);
+    return;
+  }
   std::array<char, longest_double> text;
   const auto end = std::to_chars(text.data(), text.data() + text.size(), std::abs(value),
                                  std::chars_format::scientific, count - 1)
@@ -58,6 +181,13 @@ int decimal_exponent(double value) {
 void digits_to_place(double value, int decimals, Digits& out) {
   out.count = 0;
   if (value == 0) return;
+  if (const auto scaled = quick_scaled(Binary(value), decimals); scaled) {
+    while (out.count <= most_quick_digits &&
+           *scaled >= small_powers_of_ten[static_cast<std::size_t>(out.count)])
+      ++out.count;
+    if (out.count <= most_quick_digits) return put_digits(out.digit.data(), *scaled, out.count);
+    out.count = 0;
+  }
   const int exponent = decimal_exponent(value);
   const int places = exponent + decimals;
   if (places > 0) {
@@ -120,6 +250,28 @@ std::optional<Significand> significand(const RealEdit& edit) {
   if (k > 0 && k < d + 2) return Significand{k, 0, d - k + 1};
   if (k <= 0 && k > -d) return Significand{0, -k, d + k};
   return std::nullopt;
+}
+
+// 1PEw.d of a number that the quick way can round, in a field wide enough: what most of the store file is.
+bool quick_edit_exponent(char* field, const RealEdit& edit, double value) {
+  const auto [width, d, k] = edit;
+  const int blanks = width - (d + 7);  // sign, digit, point, d digits, E+00
+  if (k != 1 || blanks < 0) return false;
+  const auto quick = quick_digits(value, d + 1);
+  if (!quick) return false;
+  const int exponent = value == 0 ? 0 : quick->exponent - 1;
+  const int magnitude = std::abs(exponent);
+  if (magnitude > 99) return false;
+  for (int i = 0; i < blanks; ++i) *field++ = ' ';
+  *field++ = std::signbit(value) ? '-' : ' ';
+  put_digits(field + 1, quick->digits, d + 1);
+  field[0] = field[1];
+  field[1] = '.';
+  field += d + 2;
+  *field++ = 'E';
+  *field++ = exponent < 0 ? '-' : '+';
+  put_digits(field, static_cast<std::uint64_t>(magnitude), 2);
+  return true;
 }
 
 // A number in the grammar of a real field, blanks left out: mantissa digits, exponent of the last of them.
@@ -245,6 +397,7 @@ void edit_fixed(char* field, const RealEdit& edit, double value) {
 }
 
 void edit_exponent(char* field, const RealEdit& edit, double value) {
+  if (quick_edit_exponent(field, edit, value)) return;
   if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
   const auto parts = significand(edit);
   if (!parts) return asterisks(field, edit.width);

@@ -1,5 +1,7 @@
 #include "textio/record.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -44,17 +46,60 @@ class Values {
   std::size_t row_ = 0;
 };
 
-char* extend(std::string& out, int count, char c = ' ') {
-  const std::size_t size = out.size();
-  out.append(static_cast<std::size_t>(count), c);
-  return out.data() + size;
-}
+// Collects the characters of a statement and appends them in few pieces.
+class Output {
+ public:
+  explicit Output(std::string& out) : out_(out), start_(out.size()) {}
 
-void append_text(std::string& out, std::string_view text, int width) {
+  // Room for the next `count` characters.
+  char* extend(int count) {
+    if (end_ - at_ < count) pass_on();
+    at_ += count;
+    return at_ - count;
+  }
+  void fill(int count, char c) { std::memset(extend(count), c, static_cast<std::size_t>(count)); }
+  void blanks(int count) {
+    constexpr std::string_view usual = "        ";
+    char* const at = extend(count);
+    if (count <= static_cast<int>(usual.size())) {
+      std::memcpy(at, usual.data(), usual.size());  // a fixed size is a single store; the rest is overwritten
+    } else {
+      std::memset(at, ' ', static_cast<std::size_t>(count));
+    }
+  }
+  void put(char c) { *extend(1) = c; }
+  void put(const char* text, std::size_t count) {
+    if (count > piece) {  // a text item longer than any field
+      pass_on();
+      out_.append(text, count);
+      return;
+    }
+    std::memcpy(extend(static_cast<int>(count)), text, count);
+  }
+
+  void pass_on() {
+    out_.append(chars_.data(), static_cast<std::size_t>(at_ - chars_.data()));
+    at_ = chars_.data();
+  }
+  // Takes the whole statement back.
+  void drop() { out_.resize(start_); }
+
+ private:
+  static constexpr std::size_t piece = 1024;
+  static_assert(piece >= format_detail::widest_field);
+
+  std::string& out_;
+  std::size_t start_;
+  std::array<char, piece + 8> chars_;  // room for what `blanks` stores beyond the end
+  char* at_ = chars_.data();
+  char* end_ = chars_.data() + piece;
+};
+
+void append_text(Output& out, std::string_view text, int width) {
   const int length = static_cast<int>(text.size());
   if (width == 0) width = length;  // A takes as many columns as the item holds
-  if (length < width) extend(out, width - length);
-  out.append(text.substr(0, static_cast<std::size_t>(width)));
+  if (length < width) out.blanks(width - length);
+  out.put(text.data(), static_cast<std::size_t>(std::min(length, width)));
 }
 
 RealEdit real_edit(const Edit& edit, int scale) {
@@ -63,26 +108,26 @@ RealEdit real_edit(const Edit& edit, int scale) {
 
 // Writes the value in turn into a field of its own. False when it is a NaN or an infinity that may not be
 // written.
-bool append_value(std::string& out, const Edit& edit, int scale, const Values<const void*>& values,
+bool append_value(Output& out, const Edit& edit, int scale, const Values<const void*>& values,
                   bool finite_only) {
   const OutputItem& item = values.item();
   if (!takes(edit, item.kind)) {  // an array whose values reach a descriptor of another type
-    extend(out, edit.width, '*');
+    out.fill(edit.width, '*');
     return true;
   }
   switch (item.kind) {
     case ItemKind::text: append_text(out, {values.value<const char>(), item.length}, edit.width); break;
     case ItemKind::integer:
       if (item.data == nullptr) {
-        extend(out, edit.width, '*');
+        out.fill(edit.width, '*');
       } else {
-        edit_integer(extend(out, edit.width), edit.width, *values.value<const int>());
+        edit_integer(out.extend(edit.width), edit.width, *values.value<const int>());
       }
       break;
     case ItemKind::real: {
       const double value = *values.value<const double>();
       if (finite_only && !std::isfinite(value)) return false;
-      char* const field = extend(out, edit.width);
+      char* const field = out.extend(edit.width);
       (edit.kind == Edit::Kind::fixed ? edit_fixed : edit_exponent)(field, real_edit(edit, scale), value);
       break;
     }
@@ -201,36 +246,37 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
 
 }  // namespace
 
-bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items,
+bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
                     bool finite_only) {
-  const std::size_t start = out.size();
+  Output out(text);
   Walk walk(format);
   Values<const void*> values(items);
   for (int scale = 0;;) {
     const Edit& edit = walk.next();
     switch (edit.kind) {
       case Edit::Kind::literal:
-        out.append(format.literals + edit.value, static_cast<std::size_t>(edit.width));
+        out.put(format.literals + edit.value, static_cast<std::size_t>(edit.width));
         continue;
-      case Edit::Kind::blanks: extend(out, edit.width); continue;
+      case Edit::Kind::blanks: out.blanks(edit.width); continue;
       case Edit::Kind::scale: scale = edit.value; continue;
-      case Edit::Kind::slash: out.push_back('\n'); continue;
+      case Edit::Kind::slash: out.put('\n'); continue;
       case Edit::Kind::end:
         if (!values.left() || !format.reverts) break;
-        out.push_back('\n');
+        out.put('\n');
         walk.revert();
         continue;
       default:  // a colon, or a descriptor: the statement ends here when no item is left
         if (!values.left()) break;
         if (edit.kind == Edit::Kind::colon) continue;
         if (!append_value(out, edit, scale, values, finite_only)) {
-          out.resize(start);
+          out.drop();
           return false;
         }
         values.advance();
         continue;
     }
-    out.push_back('\n');
+    out.put('\n');
+    out.pass_on();
     return true;
   }
 }
@@ -290,24 +336,26 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
   }
 }
 
-void format_free(std::string& out, std::span<const OutputItem> items) {
+void format_free(std::string& text, std::span<const OutputItem> items) {
   constexpr int integer_width = 11;
-  out.push_back(' ');
+  Output out(text);
+  out.put(' ');
   bool after_text = false;
   bool first = true;
   for (Values<const void*> values(items); values.left(); values.advance()) {
     const OutputItem& item = values.item();
     const bool is_text = item.kind == ItemKind::text;
-    if (!first && !(after_text && is_text)) out.push_back(' ');
+    if (!first && !(after_text && is_text)) out.put(' ');
     if (is_text) {
-      out.append(values.value<const char>(), item.length);
+      out.put(values.value<const char>(), item.length);
     } else {
-      edit_integer(extend(out, integer_width), integer_width, *values.value<const int>());
+      edit_integer(out.extend(integer_width), integer_width, *values.value<const int>());
     }
     after_text = is_text;
     first = false;
   }
-  out.push_back('\n');
+  out.put('\n');
+  out.pass_on();
 }
 
 void stop_at_number_not_finite() {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
 
 #include "textio/record.h"
 #include "transport/collision_tables.h"
@@ -10,7 +9,8 @@
 namespace varpre {
 namespace {
 
-constexpr double dipole_tolerance = 1.0e-5;  // a DSTAR this close to 0 is 0
+constexpr double dipole_tolerance = 1.0e-5;     // a DSTAR this close to 0 is 0
+constexpr double first_row_tolerance = 1.0e-7;  // a TSTAR this close to 0.1 is the first row
 
 // First of the three neighbouring points, counted from 0, whose first interval holds x (the second one for
 // the last three): the last bracket with points[first] < x <= points[first + 2]. -1 when x lies at or before
@@ -38,10 +38,90 @@ double high_temperature(CollisionIntegral IOM, double TSTAR) {
                                              : 0.703 - 0.00146 * TSTAR + 3.57E-6 * T2 - 3.43E-9 * T3;
 }
 
+const CollisionTable& table_of(CollisionIntegral IOM) {
+  return IOM == CollisionIntegral::diffusion ? O : P;
+}
+
+// A column of the table as straight lines from row to row: line i is Y[i] + rise[i] (X - row[i]) / step[i].
+struct Lines {
+  std::array<double, temperature_rows> Y{};
+  std::array<double, temperature_rows> rise{};
+
+  constexpr void set_rises(int first, int last) {
+    for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(last); ++i) {
+      rise[i] = Y[i + 1] - Y[i];
+    }
+  }
+};
+
+constexpr Lines nonpolar_lines(const CollisionTable& table) {
+  Lines lines;
+  for (std::size_t i = 0; i < table.size(); ++i) lines.Y[i] = table[i][0];
+  lines.set_rises(0, temperature_rows - 1);
+  return lines;
+}
+
+constexpr auto rows = [] {
+  std::array<double, temperature_rows> wide{};
+  std::copy(TSTERN.begin(), TSTERN.end(), wide.begin());
+  return wide;
+}();
+constexpr auto steps = [] {
+  std::array<double, temperature_rows> step{};
+  for (std::size_t i = 0; i + 1 < step.size(); ++i) step[i] = rows[i + 1] - rows[i];
+  return step;
+}();
+constexpr Lines nonpolar_diffusion = nonpolar_lines(O);
+constexpr Lines nonpolar_viscosity = nonpolar_lines(P);
+
+// The column between those of the table that belongs to a reduced dipole moment, from a row on to another.
+Lines polar_lines(const CollisionTable& table, double DSTAR, int first, int last) {
+  Lines lines;
+  const int column = bracket(DELTA, DSTAR);
+  for (auto i = static_cast<std::size_t>(first); i <= static_cast<std::size_t>(last); ++i) {
+    lines.Y[i] = MXIINT(DSTAR, three(DELTA, column), three(table[i], column));
+  }
+  lines.set_rises(first, last);
+  return lines;
+}
+
+// MXIINT along the lines, for temperatures from row `i` on.
+void interpolate(const Lines& lines, int first, std::span<const double> TSTAR, std::span<double> OMEGA) {
+  constexpr std::size_t last_bracket = temperature_rows - 3;
+  auto i = static_cast<std::size_t>(first);
+  for (std::size_t k = 0; k < TSTAR.size(); ++k) {
+    const double X = TSTAR[k];
+    while (i < last_bracket && X > rows[i + 1]) ++i;
+    const double P1 = lines.Y[i] + lines.rise[i] * (X - rows[i]) / steps[i];
+    const double P2 = lines.Y[i + 1] + lines.rise[i + 1] * (X - rows[i + 1]) / steps[i + 1];
+    if (X < rows[i + 1]) {
+      const double W = 0.5 * (X - rows[i]) / steps[i];
+      OMEGA[k] = (P1 + W * P2) / (1 + W);
+    } else {
+      const double W = 0.5 * (rows[i + 2] - X) / steps[i + 1];
+      OMEGA[k] = (P2 + W * P1) / (1 + W);
+    }
+  }
+}
+
 }  // namespace
 
+bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
+                         std::span<double> OMEGA) {
+  const bool in_rows = !TSTAR.empty() && TSTAR.front() > 0.1 + 2 * first_row_tolerance && TSTAR.back() <= 100;
+  if (!in_rows || !(DSTAR > -dipole_tolerance && DSTAR <= 2.5)) return false;
+  const int first = bracket(TSTERN, TSTAR.front());
+  const int last = bracket(TSTERN, TSTAR.back()) + 2;
+  if (DSTAR < dipole_tolerance) {
+    interpolate(IOM == CollisionIntegral::diffusion ? nonpolar_diffusion : nonpolar_viscosity, first, TSTAR,
+                OMEGA);
+  } else {
+    interpolate(polar_lines(table_of(IOM), DSTAR, first, last), first, TSTAR, OMEGA);
+  }
+  return true;
+}
+
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK) {
-  constexpr double first_row_tolerance = 1.0e-7;
   LOK = true;
   if (!in_domain(TSTAR, DSTAR)) {
     write<"(/,5X,'ERROR: Collision integral undefined in -MXIOME-')">(MSGFIL);
@@ -61,7 +141,7 @@ double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL
     return 0;
   }
 
-  const CollisionTable& table = IOM == CollisionIntegral::diffusion ? O : P;
+  const CollisionTable& table = table_of(IOM);
   std::array<double, 3> V{};
   for (int k = 0; k < 3; ++k) {
     const auto& line = table[static_cast<std::size_t>(row + k)];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "textio/listing.h"
@@ -15,6 +16,12 @@ enum class CollisionIntegral { diffusion = 1, viscosity = 2 };
 // becomes true, or false with a message and a result of 0 outside 0.09999 <= TSTAR <= 500 (100 when DSTAR is
 // not 0) and 0 <= DSTAR <= 2.5, and between 0.09999 and the first row, 0.1.
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK);
+
+// MXIOME at many reduced temperatures, which increase, with one reduced dipole moment: the same numbers, with
+// the table's columns interpolated once per row and the rows found by stepping. False when some point is not
+// between the first and the last row, or the dipole moment out of the domain: MXIOME has the answer then.
+bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
+                         std::span<double> OMEGA);
 
 // What MXIOME needs, for findings about molecules that it cannot serve.
 inline constexpr std::string_view collision_domain =

@@ -85,7 +85,7 @@ bool fit_property(std::string_view property, std::span<const double> V, const Sp
                   const Place& record, const FitGrid& grid, bool print, Listing& MSGFIL,
                   FitCoefficients& COEF) {
   if (print) write<Heading>(MSGFIL);
-  const FitResult fit = LOGFIT(grid, V, print, MSGFIL);
+  const FitResult fit = LOGFIT(grid, V, print, MSGFIL, worst_fit);
   if (!fit.LOK) {
     write<"(1X,' ERROR WHILE FITTING DATA FOR -GENLAM- ')">(MSGFIL);
     MSGFIL.findings.error(

@@ -1,5 +1,6 @@
 #include "transport/diffusion_fits.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "textio/record.h"
@@ -46,20 +47,45 @@ Pair combine(const Molecule& i, const Molecule& j) {
   return plain_pair(i, j);
 }
 
-// D(T) of a pair on the grid up to the first temperature at which the collision integral is undefined;
-// returns how many points that are.
-std::size_t diffusion_coefficients(const Pair& pair, double Mi, double Mj, const FitGrid& grid,
-                                   std::span<double> D, Listing& MSGFIL) {
-  const double sigma2 = pair.SIGMA * pair.SIGMA;
-  for (std::size_t k = 0; k < grid.points(); ++k) {
-    const double T = grid.T[k];
-    bool LOK = true;
-    const double omega = MXIOME(CollisionIntegral::diffusion, T / pair.EPS, pair.DSTAR, MSGFIL, LOK);
-    if (!LOK) return k;
-    D[k] = 0.02663F * std::sqrt(cube(T) * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * omega);
+// Diffusion coefficients of one pair after the other on the grid. Holds the room that they need.
+class Coefficients {
+ public:
+  explicit Coefficients(const FitGrid& grid)
+      : T_(grid.T), T3_(grid.points()), TSTAR_(grid.points()), OMEGA_(grid.points()), D_(grid.points()) {
+    std::transform(T_.begin(), T_.end(), T3_.begin(), cube);
   }
-  return grid.points();
-}
+
+  // D(T) of a pair up to the first temperature at which the collision integral is undefined; how many points
+  // that are.
+  std::size_t compute(const Pair& pair, double Mi, double Mj, Listing& MSGFIL) {
+    const std::size_t points = collision_integrals_of(pair, MSGFIL);
+    const double sigma2 = pair.SIGMA * pair.SIGMA;
+    for (std::size_t k = 0; k < points; ++k) {
+      D_[k] = 0.02663F * std::sqrt(T3_[k] * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * OMEGA_[k]);
+    }
+    return points;
+  }
+  std::span<const double> D() const { return D_; }
+
+ private:
+  std::size_t collision_integrals_of(const Pair& pair, Listing& MSGFIL) {
+    constexpr auto diffusion = CollisionIntegral::diffusion;
+    for (std::size_t k = 0; k < T_.size(); ++k) TSTAR_[k] = T_[k] / pair.EPS;
+    if (collision_integrals(diffusion, TSTAR_, pair.DSTAR, OMEGA_)) return T_.size();
+    for (std::size_t k = 0; k < T_.size(); ++k) {
+      bool LOK = true;
+      OMEGA_[k] = MXIOME(diffusion, TSTAR_[k], pair.DSTAR, MSGFIL, LOK);
+      if (!LOK) return k;
+    }
+    return T_.size();
+  }
+
+  std::span<const double> T_;
+  std::vector<double> T3_;
+  std::vector<double> TSTAR_;
+  std::vector<double> OMEGA_;
+  std::vector<double> D_;
+};
 
 }  // namespace
 
@@ -69,7 +95,7 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
   constexpr double worst_fit = 0.02F;
   if (print) write<"(/,7X,'RESULTS OF GENDIF AT P = 1.00 BAR')">(MSGFIL);
   DBIN.reserve(SYMB.size() * (SYMB.size() + 1) / 2);
-  std::vector<double> D(grid.points());
+  Coefficients coefficients(grid);
   for (std::size_t i = 0; i < SYMB.size(); ++i) {
     for (std::size_t j = 0; j <= i; ++j) {
       if (print) {
@@ -79,7 +105,7 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
       const auto the_pair = [&] { return message("the species pair '", SYMB[i], "' and '", SYMB[j], "'"); };
       const Place& record = molecules[i].record;
       const Pair pair = combine(molecules[i], molecules[j]);
-      const std::size_t points = diffusion_coefficients(pair, XMOL[i], XMOL[j], grid, D, MSGFIL);
+      const std::size_t points = coefficients.compute(pair, XMOL[i], XMOL[j], MSGFIL);
       if (points < grid.points()) {
         MSGFIL.findings.error(record,
                               message("the collision integral of ", the_pair(), " is undefined at ",
@@ -88,7 +114,7 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
                               collision_domain);
         return false;
       }
-      const FitResult fit = LOGFIT(grid, D, print, MSGFIL);
+      const FitResult fit = LOGFIT(grid, coefficients.D(), print, MSGFIL, worst_fit);
       if (!fit.LOK) {
         MSGFIL.findings.error(record,
                               message("the diffusion coefficient of ", the_pair(), " is not positive"));

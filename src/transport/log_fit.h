@@ -13,12 +13,15 @@ using FitCoefficients = std::array<double, 4>;
 
 // Everything of a least-squares fit that depends only on its temperatures: shared by all fits of a run.
 struct FitGrid {
+  static constexpr std::size_t most_points = 64;
+
+  // Throws std::length_error when there are more than most_points temperatures.
   explicit FitGrid(std::vector<double> temperatures);
 
   std::size_t points() const { return T.size(); }
 
-  std::vector<double> T;           // K, increasing
-  std::vector<FitCoefficients> A;  // design matrix, one row per point: 1, ln T, (ln T)^2, (ln T)^3
+  std::vector<double> T;                 // K, increasing
+  std::array<std::vector<double>, 4> A;  // columns of the design matrix: 1, ln T, (ln T)^2, (ln T)^3
   std::array<FitCoefficients, 4>
       L{};  // lower triangle of the Cholesky factor of A'A, its diagonal as reciprocals
   enum class State { solvable, too_few_points, stationary } state = State::solvable;
@@ -37,8 +40,10 @@ double percent(double deviation);
 
 // Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the
 // listing gets a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value
-// is not positive or not finite, or the normal equations cannot be solved.
-FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL);
+// is not positive or not finite, or the normal equations cannot be solved. Where the largest deviation
+// provably does not exceed `tolerance` and is not printed, it is not looked for: ERRMAX is 0 then.
+FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL,
+                 double tolerance = 0);
 
 // Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its
 // message, when there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5.
