@@ -7,6 +7,8 @@
 What is checked:
 
   formats    A code span that is a parenthesised format stands in the code, blanks between items apart.
+             Every record of the store file is in docs/store-file.md. In docs/inputs.md the columns of the numbers of
+             a format stand in the same section; where it has "...", those of the first two.
   messages   Every message of the code is in docs/messages.md and every message there is in the code. There, lines
              of four blanks and "listing", "error", "warning" or "stderr" hold one each, with <places> for what varies.
   examples   Fenced blocks, by the words behind their fence:
@@ -198,6 +200,7 @@ class Code:
     def __init__(self):
         self.sources = [Source(p) for p in sorted(ROOT.glob("src/**/*")) if p.suffix in (".h", ".cpp")]
         self.formats = set()
+        self.store = {}    # formats of the store file, with the place that writes each
         self.listing = {}  # templates of the records of the listing, with the place that writes each
         self.findings = {"error": {}, "warning": {}}
         self.literals = set()
@@ -210,6 +213,9 @@ class Code:
         self.literals |= {normal(s) for s in strings}
         self.formats |= {without_blanks(s) for s in strings if is_format(s)}
         for i, token in enumerate(source.tokens):
+            if isinstance(token, tuple) and source.tokens[i - 2:i] == ["write", "<"] and str(
+                    source.tokens[i + 3]) in ("NFISTO", "records") and token[1] != "(A)":
+                self.store.setdefault(without_blanks(token[1]), where)
             if isinstance(token, tuple) and is_format(token[1]) and self.goes_to_listing(source.tokens, i):
                 self.listing.setdefault(normal(template_of_format(token[1])), where)
         for position in source.calls("write_free", "("):
@@ -311,6 +317,61 @@ def check_formats(pages, code):
     return count
 
 
+def check_store_records(page, code):
+    written = {without_blanks(span) for _, span in page.spans() if is_format(span)}
+    for format_, where in code.store.items():
+        if format_ not in written:
+            problem(where, f"not in {page.name}: {format_}")
+    return len(code.store)
+
+
+def numeric_columns(format_):
+    """Columns "first-last" of the numeric fields of a format, a list for each record."""
+    parts = re.finditer(r"(?P<open>\d*)\(|(?P<close>\))|(?P<slash>/)|(?P<blanks>\d*)X|"
+                        r"(?:\dP)?(?P<repeat>\d*)(?P<edit>[IFEA])(?P<width>\d*)[.\d]*", format_)
+    stack = [[1, []]]
+    for token in parts:
+        if token["open"] is not None:
+            stack.append([int(token["open"] or 1), []])
+        elif token["close"]:
+            times, group = stack.pop()
+            stack[-1][1].extend(group * times)
+        elif token["slash"]:
+            stack[-1][1].append(("/", 0))
+        elif token["blanks"] is not None:
+            stack[-1][1].append(("X", int(token["blanks"] or 1)))
+        else:
+            stack[-1][1].extend([(token["edit"], int(token["width"] or 1))] * int(token["repeat"] or 1))
+    records, column = [[]], 1
+    for edit, width in stack[0][1]:
+        if edit == "/":
+            records.append([])
+            column = 1
+            continue
+        if edit in "IFE":
+            records[-1].append(f"{column}-{column + width - 1}")
+        column += width
+    return records
+
+
+def check_columns(page):
+    count, section = 0, []
+    for number, line in page.prose + [(0, "# end")]:
+        if not line.startswith("#"):
+            section.append((number, line))
+            continue
+        text = "\n".join(line for _, line in section)
+        for place, line_ in section:
+            for format_ in filter(is_format, re.findall(r"`([^`]+)`", line_)):
+                for record in numeric_columns(format_):
+                    for columns in record[:2] if "..." in text else record:
+                        count += 1
+                        if not re.search(rf"(?<!\d){columns}(?!\d)", text):
+                            problem(f"{page.name}:{place}", f"columns {columns} of {format_} are not in this section")
+        section = []
+    return count
+
+
 def written_messages(page):
     for number, line in page.prose:
         match = re.match(r"    (listing|error|warning|stderr)  +(\S.*)$", line)
@@ -375,7 +436,7 @@ class Cases:
     def run(self, case, edit=None):
         key = (case, edit)
         if key not in self.made:
-            directory = self.scratch / f"case{len(self.made)}"
+            directory = Path(tempfile.mkdtemp(dir=self.scratch)) / "case"
             shutil.copytree(ROOT / case, directory, ignore=shutil.ignore_patterns("fort.*", "listing"))
             if edit:
                 file, old, new = edit
@@ -535,11 +596,13 @@ def main():
     program = str(Path(sys.argv[1]).resolve())
     pages = [Page(path) for path in PAGES]
     with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
-    messages = next((p for p in pages if p.name == "docs/messages.md"), None)
+    inputs, store, messages = (next(p for p in pages if p.name == f"docs/{name}.md")
+                               for name in ("inputs", "store-file", "messages"))
     with tempfile.TemporaryDirectory() as scratch:
         cases = Cases(program, scratch)
         counts = [f"{check_formats(pages, code)} formats",
-                  f"{check_messages(messages, code) if messages else 0} messages",
+                  f"{check_store_records(store, code)} store records", f"{check_columns(inputs)} columns",
+                  f"{check_messages(messages, code)} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
                   f"{check_links(pages)} links", f"{check_names(pages)} names"]
     for text in problems:
