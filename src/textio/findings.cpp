@@ -82,6 +82,7 @@ int edit_distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 Place locate(const Place& record, std::string_view text) {
+  if (record.unit == nullptr) return record;
   const Origin origin = record.unit->origin(record.record);
   const std::string_view line = origin.text;
   text = trimmed(text);
@@ -110,6 +111,7 @@ Findings::Kind& Findings::kind_of(const Site& site) {
 
 void Findings::add(Severity severity, const Place& place, std::string_view what,
                    const std::function<std::string()>& help, const Site& site) {
+  if (place.unit == nullptr) return;
   Kind& kind = kind_of(site);
   if (!kind.taken.emplace(place, std::hash<std::string_view>{}(what)).second) return;
   ++(severity == Severity::error ? errors_ : warnings_);

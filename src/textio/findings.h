@@ -17,7 +17,8 @@
 // wrote.
 namespace varpre {
 
-// Columns of a record of a unit.
+// Columns of a record of a unit. What is found at a place without unit is not reported: the caller has no
+// input to show.
 struct Place {
   const Unit* unit = nullptr;
   int record = 0;  // from 1; 0: the file as a whole

@@ -35,11 +35,9 @@ void cut_comment(std::span<char> line) {
   const int index = static_cast<int>(DELCH.find(line.front())) + 1;
   write_free(MSGFIL, index, view(line.first(1)), view(line));
   write_free(MSGFIL, std::string_view(" Delimiter found at the beginning of line in COMPDE"));
-  if (record.unit != nullptr) {
-    MSGFIL.findings.error(locate(record, view(line.first(1))),
-                          message("'", view(line.first(1)), "' stands where a name is due"),
-                          "a line begins with a name; a delimiter or flag stands behind one");
-  }
+  MSGFIL.findings.error(locate(record, view(line.first(1))),
+                        message("'", view(line.first(1)), "' stands where a name is due"),
+                        "a line begins with a name; a delimiter or flag stands behind one");
   throw RunStop{};
 }
 
@@ -58,11 +56,9 @@ int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
 [[noreturn]] void stop_at_too_long(std::string_view record_text, std::string_view text, std::string_view what,
                                    int limit, Listing& MSGFIL, const Place& record) {
   write_free(MSGFIL, record_text, text);
-  if (record.unit != nullptr) {
-    MSGFIL.findings.error(locate(record, text),
-                          message(what, " of ", counted(static_cast<int>(text.size()), "character")),
-                          message("at most ", counted(limit, "character"), " may stand here"));
-  }
+  MSGFIL.findings.error(locate(record, text),
+                        message(what, " of ", counted(static_cast<int>(text.size()), "character")),
+                        message("at most ", counted(limit, "character"), " may stand here"));
   throw RunStop{};
 }
 

@@ -16,12 +16,10 @@ const std::array<double, 7>& range_at(int I, double T, std::span<const ThermoFit
     write<
         "('0','WARNING: Temperature (',F6.0,') exceeds upper limit', ' of reliability (',F6.0,')',/, "
         "' for fit of thermodynamic properties of species no.',I3)">(MSGFIL, T, fit.TLIM[2], I);
-    if (fit.entry.unit != nullptr) {
-      MSGFIL.findings.warning(
-          fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),
-          "the transport fits need values up to 2600 K; reverse rates are fitted up to 1500 K above "
-          "the switch temperature");
-    }
+    MSGFIL.findings.warning(
+        fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),
+        "the transport fits need values up to 2600 K; reverse rates are fitted up to 1500 K above "
+        "the switch temperature");
   }
   return fit.HCPH;
 }
@@ -66,11 +64,9 @@ double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> 
     T = Tnew;
   }
   write<"('0','ERROR  : NO CONVERGENCE OF NEWTON ITERATION')">(MSGFIL);
-  if (mixture.unit != nullptr) {
-    MSGFIL.findings.error(mixture,
-                          message("no temperature gives this mixture its enthalpy of ", HSPEC, " J/kg"),
-                          "H(T0) is the specific enthalpy in J/kg");
-  }
+  MSGFIL.findings.error(mixture,
+                        message("no temperature gives this mixture its enthalpy of ", HSPEC, " J/kg"),
+                        "H(T0) is the specific enthalpy in J/kg");
   throw RunStop{};
 }
 
