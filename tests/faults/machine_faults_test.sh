@@ -85,10 +85,14 @@ run
 expect_fault fort.3 "Too many levels of symbolic links"
 
 begin "a file larger than memory"
-truncate -s 4T THERMO 2>/dev/null || truncate -s 1T THERMO
 run prlimit --as=1000000000
-expect_fault THERMO "Cannot allocate memory"
-expect_earlier_store
+if [[ $status == 0 ]] && echo earlier >fort.3 && truncate -s 1T THERMO 2>/dev/null; then
+  run prlimit --as=1000000000
+  expect_fault THERMO "Cannot allocate memory"
+  expect_earlier_store
+else
+  echo "skipped: a file larger than memory (the program or the file system does not take the limits)"
+fi
 
 if ((EUID == 0)) && setpriv --reuid=65534 --clear-groups true 2>/dev/null; then
   as_nobody=(setpriv --reuid=65534 --clear-groups)
@@ -140,11 +144,14 @@ run
 expect_new_store
 [[ -L fort.3 ]] || complain "the link is gone"
 
-begin "a device as store file"
-ln -sf /dev/full fort.3
-run
-expect_fault fort.3 "No space left on device"
-[[ -c /dev/full && -L fort.3 ]] || complain "the device is gone"
+begin "a pipe as store file"
+mkfifo "$work/pipe"
+ln -sf "$work/pipe" fort.3
+timeout 20 cat "$work/pipe" >"$work/taken" &
+run timeout 20
+wait $!
+[[ -p $work/pipe && -L fort.3 ]] || complain "the pipe is gone"
+cmp -s "$work/taken" "$work/store" || complain "not the store file of a good run"
 
 begin "a left-over temporary file"
 echo precious >other

@@ -39,12 +39,12 @@ class OddText : public testing::Test {
     EXPECT_NE(listing.find('\n' + line + '\n'), std::string::npos) << line << " is not in:\n" << listing;
   }
 
-  const Inputs inputs = load_inputs("everything");
+  const Inputs inputs = load_inputs("runs/everything");
   const FinishedRun good = run(inputs);
 };
 
 TEST_F(OddText, LineEndsAndMarksOfOtherSystemsAreNoData) {
-  ASSERT_EQ(good.end, RunEnd::normal);
+  ASSERT_EQ(good.result.end, RunEnd::normal);
   const auto carriage_returns = [](std::string& text) { text = with_every(text, '\n', "\r\n"); };
   const auto no_last_line_feed = [](std::string& text) { text.resize(text.find_last_not_of("\r\n") + 1); };
   const auto byte_order_mark = [](std::string& text) { text.insert(0, "\xEF\xBB\xBF"); };
@@ -61,7 +61,10 @@ TEST_F(OddText, LineEndsAndMarksOfOtherSystemsAreNoData) {
 
 TEST_F(OddText, LinesOfAMegabyteAreReadToTheirLastColumn) {
   expect_same([](std::string& text) { text.insert(text.find('\n'), megabyte, ' '); });
-  expect_same([](std::string& text) { text.insert(0, "****" + std::string(megabyte, 'x') + '\n'); });
+  Inputs commented = inputs;
+  for (const auto* file : {"INP", "MEC", "THERMO"})
+    commented[file].insert(0, "----" + std::string(megabyte, 'x') + '\n');
+  EXPECT_EQ(run(commented).store(), good.store());
   const std::string line = "COMMENT " + std::string(megabyte, 'x') + '\n';
   expect_line(listing_with("INP", "COMMENT", line + "COMMENT"), " *    " + std::string(64, 'x') + "    *");
 }
@@ -86,8 +89,7 @@ TEST_F(OddText, EmptyFilesAreFilesWithoutRecords) {
       Inputs odd = inputs;
       odd[name] = nothing;
       const FinishedRun result = run(odd);
-      EXPECT_NE(result.listing().find("ERROR"), std::string::npos) << name;
-      EXPECT_EQ(result.end, name == "THERMLIQ" ? RunEnd::normal : RunEnd::abnormal) << name;
+      EXPECT_EQ(result.result.end, name == "THERMLIQ" ? RunEnd::normal : RunEnd::abnormal) << name;
     }
   }
   const std::string listing = run({}).listing();

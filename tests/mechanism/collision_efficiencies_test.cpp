@@ -1,0 +1,88 @@
+#include "mechanism/collision_efficiencies.h"
+
+#include <gtest/gtest.h>
+
+#include "support/stages.h"
+#include "textio/record.h"
+
+namespace varpre {
+namespace {
+
+// The efficiency table of a mechanism with three third bodies.
+struct Table {
+  Table(std::string_view species, std::string in_mechanism, std::string in_conditions = "")
+      : NFIMEC(unit_of(std::move(in_mechanism))), NFICON(unit_of(std::move(in_conditions))) {
+    Mechanism mechanism;
+    mechanism.NCOLL = 3;
+    LOK = GENCEF(ReactionNames(names(species)), mechanism, NFIMEC, NFICON, listing, NFISTO);
+  }
+  Unit NFIMEC;
+  Unit NFICON;
+  Unit NFISTO;
+  Listing listing;
+  bool LOK = false;
+};
+
+std::string rows(const std::array<std::vector<double>, 3>& EFF) {
+  Unit NFISTO;
+  for (std::size_t c = 0; c < 3; ++c) {
+    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[c]), std::span(EFF[c]));
+  }
+  return NFISTO.text;
+}
+
+TEST(CollisionEfficiencies, HoldForSpeciesAndForVibrationalStates) {
+  const Table table("N2(V1) N2 O2(V9) AR N2(V22) H2",
+                    "MECH\nEND\nCOLL\n"
+                    "M'      =N2(V)   +H2      +ar\n"
+                    "            2.000    3.000    0.500\n"
+                    "M''     =O2(V3)\n"
+                    "            4.000\n"
+                    "M'      =H2\n"
+                    "            7.000\n"
+                    "END\nnext\n");
+  EXPECT_TRUE(table.LOK);
+  EXPECT_EQ(table.NFISTO.text, rows({{{1, 1, 1, 1, 1, 1}, {2, 0, 0, 0.5, 2, 7}, {0, 0, 4, 0, 0, 0}}}));
+  std::string_view record;
+  Unit behind = table.NFIMEC;
+  EXPECT_TRUE(behind.next(record));
+  EXPECT_EQ(record, "next");
+}
+
+TEST(CollisionEfficiencies, MayStandInTheConditionsAndStartAt1) {
+  const Table table("H2 O2", "MECH\nEND\n",
+                    "OPTIONS\nEND\ncoll\ntroe\nM''     =O2\n            0.000\nend\n");
+  EXPECT_TRUE(table.LOK);
+  EXPECT_EQ(table.NFISTO.text, rows({{{1, 1}, {1, 1}, {1, 0}}}));
+  std::string_view record;
+  EXPECT_FALSE(Unit(table.NFIMEC).next(record));
+}
+
+TEST(CollisionEfficiencies, FifteenSpeciesAreABlock) {
+  std::string line = "M'      =", values = std::string(9, ' ');
+  for (int k = 1; k <= 15; ++k) {
+    line += (k == 1 ? "S" : "+S") + std::to_string(k);
+    values += "   " + std::to_string(k + 10) + ".00 ";
+  }
+  const Table table("S1 S14 S15", "COLL\n" + line + '\n' + values + "\nEND\n");
+  EXPECT_TRUE(table.LOK);
+  EXPECT_EQ(table.NFISTO.text, rows({{{1, 1, 1}, {11, 24, 25}, {0, 0, 0}}}));
+}
+
+TEST(CollisionEfficiencies, FillTheirPlacesToTheLast) {
+  const auto message = [](int NCOLL, std::size_t NS) {
+    Mechanism mechanism;
+    mechanism.NCOLL = NCOLL;
+    Unit NFIMEC = unit_of("COLL\nEND\n"), NFICON, NFISTO;
+    Listing listing;
+    const bool LOK =
+        GENCEF(ReactionNames(std::vector<SpeciesName>(NS)), mechanism, NFIMEC, NFICON, listing, NFISTO);
+    EXPECT_EQ(LOK, !NFISTO.text.empty());
+    return LOK ? "" : listing.text;
+  };
+  EXPECT_EQ(message(25, 300), "");
+  EXPECT_EQ(message(27, 278), "1     ERROR: collision efficiencies exceed  7500 places\n");
+}
+
+}  // namespace
+}  // namespace varpre

@@ -1,0 +1,89 @@
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/runs.h"
+
+namespace varpre {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Equal, or a failure that shows the first line that is not.
+void expect_same_lines(const std::string& name, std::string_view actual, std::string_view expected) {
+  if (actual == expected) return;
+  const auto [a, e] = std::mismatch(actual.begin(), actual.end(), expected.begin(), expected.end());
+  const auto line = [](std::string_view text, auto place) {
+    const auto at = static_cast<std::size_t>(place - text.begin());
+    const std::size_t start = text.substr(0, at).rfind('\n') + 1;
+    return std::string(text.substr(start, text.find('\n', at) - start));
+  };
+  ADD_FAILURE() << name << ", line " << std::count(actual.begin(), a, '\n') + 1 << "\nis        |"
+                << line(actual, a) << "|\nshould be |" << line(expected, e) << "|";
+}
+
+class ReferenceRun : public testing::TestWithParam<std::string> {};
+
+TEST_P(ReferenceRun, GivesTheExpectedFilesByteForByte) {
+  const FinishedRun run = varpre::run(load_inputs(GetParam()));
+  EXPECT_EQ(run.result.end, RunEnd::normal);
+  const fs::path expected = test_data / GetParam() / "expected";
+  for (const Unit* unit :
+       {&run.files.store, &run.files.conditions_copy, &run.files.mechanism_copy, &run.files.thermo_copy}) {
+    expect_same_lines(unit->name, unit->text, read_file(expected / unit->name));
+  }
+  expect_same_lines("listing", run.listing(), read_file(expected / "listing"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ReferenceRun, testing::ValuesIn(directories_with("expected", "runs")),
+                         directory_name);
+
+// The program itself in a working directory of its own.
+class Program : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_NE(::mkdtemp(pattern_.data()), nullptr); }
+  void TearDown() override { fs::remove_all(directory()); }
+
+  fs::path directory() const { return pattern_.c_str(); }
+
+  int exit_status() const {
+    const std::string command =
+        "cd '" + directory().string() + "' && '" VARPRE_PROGRAM "' > listing 2> messages";
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  std::string pattern_ = (fs::temp_directory_path() / "varpre-XXXXXX").string();
+};
+
+TEST_F(Program, LeavesTheFilesOfARunInItsWorkingDirectory) {
+  fs::copy(test_data / "runs" / "everything", directory());
+  std::ofstream(directory() / "fort.3") << "an earlier run\n";
+  EXPECT_EQ(exit_status(), 0);
+  for (const char* name : {"fort.3", "fort.10", "fort.11", "fort.12", "listing"}) {
+    expect_same_lines(name, read_file(directory() / name),
+                      read_file(test_data / "runs" / "everything" / "expected" / name));
+  }
+}
+
+TEST_F(Program, EndsWithStatus2WhenAFileCannotBeOpened) {
+  fs::create_directory(directory() / "INP");
+  std::ofstream(directory() / "fort.3") << "an earlier run\n";
+  EXPECT_EQ(exit_status(), 2);
+  EXPECT_EQ(read_file(directory() / "messages"), "varpre: INP: Is a directory\n");
+  EXPECT_EQ(read_file(directory() / "listing"), "");
+  EXPECT_EQ(read_file(directory() / "fort.3"), "an earlier run\n");
+}
+
+TEST_F(Program, EndsWithStatus2WhenAFileCannotBeRead) {
+  fs::create_symlink("/proc/self/mem", directory() / "INP");  // opens, but has no first byte
+  EXPECT_EQ(exit_status(), 2);
+  EXPECT_EQ(read_file(directory() / "messages"), "varpre: INP: Input/output error\n");
+  EXPECT_TRUE(read_file(directory() / "listing").ends_with("\n0     ERROR - DEFECT INPUT ON UNIT   2\n"));
+}
+
+}  // namespace
+}  // namespace varpre

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "textio/findings.h"
+#include "textio/unit.h"
+#include "thermo/species.h"
+
+// What the tests of single stages share.
+namespace varpre {
+
+// A unit that holds a text.
+inline Unit unit_of(std::string text) {
+  Unit unit;
+  unit.text = std::move(text);
+  unit.rewind();
+  return unit;
+}
+
+// The words of a text.
+inline std::vector<SpeciesName> names(std::string_view text) {
+  std::vector<SpeciesName> words;
+  for (std::size_t start = 0; (start = text.find_first_not_of(' ', start)) != text.npos;) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    words.emplace_back(text.substr(start, end - start));
+    start = end;
+  }
+  return words;
+}
+
+// A place for findings that the test does not look at.
+inline Place somewhere() {
+  static const Unit unit = unit_of("a record\n");
+  return {&unit, 1};
+}
+
+// A polynomial fit from its coefficients a1..a7, those at the end 0 when they are not given.
+inline ThermoFit thermo_fit(const std::array<double, 7>& HCPL, const std::array<double, 7>& HCPH,
+                            const std::array<double, 3>& TLIM = {280, 1000, 5000}) {
+  ThermoFit fit;
+  fit.HCPL = HCPL;
+  fit.HCPH = HCPH;
+  fit.TLIM = TLIM;
+  fit.entry = somewhere();
+  return fit;
+}
+
+// Species without names and data.
+inline Species empty_species() {
+  Species species;
+  species.fit.fill(thermo_fit({}, {}));
+  species.listed.fill(somewhere());
+  return species;
+}
+
+}  // namespace varpre
