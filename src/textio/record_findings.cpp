@@ -132,10 +132,9 @@ void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& 
 void warn_of_gap(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind) {
   const FieldPlace& gap = result.digit_in_gap;
-  findings.warning(
-      {&unit, gap.record, gap.column, 1},
-      message("the digit in column ", gap.column, " is not read: it stands beside the field of ", name),
-      "the columns look shifted", kind);
+  findings.warning({&unit, gap.record, gap.column, 1},
+                   message("the digit in column ", gap.column, " is not read: it stands beside ", name),
+                   "the columns look shifted", kind);
 }
 
 }  // namespace record_detail
