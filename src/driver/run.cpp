@@ -276,10 +276,11 @@ RunEnd run_stages(Sequence& sequence, const Unit& conditions, Listing& MSGFIL) {
   } catch (const RunStop& stop) {
     if (stop.ending == RunStop::Ending::number_not_finite) {
       write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
+      write_abnormal_end(MSGFIL);
+      if (MSGFIL.findings.errors() > 0) return RunEnd::abnormal;  // the stage knew the place
       MSGFIL.findings.error(whole(conditions),
                             message("the input leads to a number that is not finite in ", sequence.stage()),
                             "a value of the input is far too large, or 0 where it must not be");
-      write_abnormal_end(MSGFIL);
     }
   }
   return RunEnd::abnormal;

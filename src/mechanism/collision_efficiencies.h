@@ -16,7 +16,7 @@ namespace varpre {
 // False, after its message: more efficiencies than NEFMAX, no section, a block for a name that is no third
 // body of the mechanism, more than 15 species in a block, efficiencies that cannot be read, no END, a third
 // body that the mechanism uses but no block defines. Stops the run (RunStop) at a block without "=" behind
-// its name.
+// its name and at what the scanning routines cannot cut.
 [[nodiscard]] bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC, Unit& NFICON,
                           Listing& MSGFIL, Unit& NFISTO);
 

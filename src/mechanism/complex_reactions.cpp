@@ -83,6 +83,12 @@ bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findin
     for (std::size_t k = 0; k < SYMB.size(); ++k) {
       if (EQUSYM(8, r.name[m].view(), SYMB[k].view())) r.NUMS[m] = static_cast<int>(k) + 1;
     }
+    if (r.NUMS[m] > 99) {
+      findings.warning(r.line,
+                       message("the number ", r.NUMS[m], " of species '", r.name[m],
+                               "' does not fit the two columns of the store file"),
+                       "species of complex reactions must be among the first 99 of the list");
+    }
     if (r.NUMS[m] != 0 || r.name[m].blank()) continue;
     Place place = r.line;
     place.record += m < half ? 0 : 1;

@@ -9,7 +9,7 @@ namespace varpre {
 inline double integer_power(double x, int n) {
   double result = 1;
   for (unsigned left = static_cast<unsigned>(std::abs(n)); left > 0; left /= 2, x *= x) {
-    if (left % 2 == 1) result = result == 1 ? x : result * x;
+    if (left % 2 == 1) result *= x;
   }
   return n < 0 ? 1 / result : result;
 }

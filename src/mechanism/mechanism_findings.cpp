@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "textio/scanning.h"
+#include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -20,9 +21,12 @@ ElementBalance::ElementBalance(std::span<const ElementFields> species) {
   for (const ElementFields& fields : species) {
     Atoms atoms;
     for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
-      if (fields.ELCNT[j] == 0 || fields.ELSYM[j].blank()) continue;
+      if (is_empty_field(fields.ELSYM[j])) continue;
       atoms.element[j] = number_of(fields.ELSYM[j]);
       atoms.count[j] = fields.ELCNT[j];
+      for (std::size_t before = 0; before < j; ++before) {  // a later field of the same element counts
+        if (atoms.element[before] == atoms.element[j]) atoms.count[before] = 0;
+      }
     }
     species_.push_back(atoms);
   }

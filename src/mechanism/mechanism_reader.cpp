@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
-#include <optional>
 
 #include "mechanism/integer_power.h"
 #include "mechanism/mechanism_findings.h"
@@ -177,9 +177,11 @@ bool find_heading(Phase phase, Unit& NFIMEC, Listing& MSGFIL, Text<80>& heading)
   for (;;) {
     if (!read<"(A80)">(NFIMEC, heading)) {
       write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
-      MSGFIL.findings.error(whole(NFIMEC),
-                            message("no heading '", word, "' from record ", records_before + 1, " on"),
-                            headings_of(NFIMEC, word, mechanism_headings));
+      MSGFIL.findings.error(
+          whole(NFIMEC), message("no heading '", word, "' from record ", records_before + 1, " on"),
+          phase == Phase::gas
+              ? headings_of(NFIMEC, word, mechanism_headings)
+              : "the surface mechanism stands behind the collision efficiencies, in this file");
       return false;
     }
     if (EQUSYM(4, heading.view(), word)) return true;
@@ -331,6 +333,16 @@ double in_SI_units(Phase phase, const Reaction& reaction, int NS, int NSURF) {
   return reaction.AFAC * integer_power(1.0E-4, s - 1) * integer_power(1.0E-6, g);
 }
 
+// Reports the reactions whose rate cannot be written; the first of them ends the run.
+void report_not_finite(std::span<const Reaction> reactions, Findings& findings) {
+  for (const Reaction& r : reactions) {
+    if (std::isfinite(r.AFAC) && std::isfinite(r.EXA)) continue;
+    findings.error(r.line, "the rate parameters of this reaction are not finite",
+                   "A of a sticking reaction must be less than 2; other values must not be too large");
+    return;
+  }
+}
+
 void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
   write<"(I5,' ELEMENTARY REACTIONS')">(NFISTO, mechanism.NR());
   write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
@@ -406,6 +418,7 @@ bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNa
   find_inert_species(phase, species, names, mechanism, MSGFIL);
   if (!third_bodies_balance(phase, mechanism.reactions, NS, MSGFIL)) return false;
   for (Reaction& reaction : mechanism.reactions) reaction.AFAC = in_SI_units(phase, reaction, NS, NSURF);
+  report_not_finite(mechanism.reactions, MSGFIL.findings);
   write_reactions(phase, mechanism, NFISTO);
   if (!set_pointers(phase, NS, options.most_pointers, mechanism, MSGFIL)) return false;
   write_pointers(mechanism, NFISTO);

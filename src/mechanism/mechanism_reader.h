@@ -18,6 +18,7 @@ struct MechanismOptions {
 // (duplicates, inert species: warnings), converts A to SI units and writes the mechanism block to the store
 // file:
 //   gas:     A (1E-6)^(n-1), n the number of educts, collision partners included
+//            (0 in a phase without species)
 //   surface: A (1E-4)^(s-1) (1E-6)^g, s surface and g gas species among the educts; sticking coefficients
 //   stay
 // `names` are the species and the collision partners.

@@ -79,6 +79,11 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Unit& NFIMEC, Listing& MSGFIL, Un
     return false;
   }
 
+  if (NPHO < 0) {
+    MSGFIL.findings.warning(here(NFIMEC, 1, 3),
+                            message("the number of photo reactions is negative: none is read"));
+  }
+
   const NameIndex index(SYMB);
   for (int i = 1; i <= NPHO; ++i) {
     PhotoReaction r;

@@ -347,6 +347,11 @@ LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing
       resolve_names(names, equation, line, MSGFIL, numbers) &&
       (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
       collect(phase, std::span(numbers).first(names_that_count), reaction.line, line.KSPEC, MSGFIL)) {
+    if (std::any_of(numbers.begin() + static_cast<std::ptrdiff_t>(names_that_count), numbers.end(),
+                    [](int number) { return number != 0; })) {
+      MSGFIL.findings.warning(reaction.line, message("only the first ", static_cast<int>(names_that_count),
+                                                     " names of this reaction count"));
+    }
     return LineResult::reaction;
   }
   echo(equation, reaction, MSGFIL);

@@ -10,7 +10,8 @@ namespace varpre {
 // Rate parameters of the reverse of `forward` (its MAT in place), both in cm, mol, s and J/mol: with the
 // forward temperature exponent, A and E such that the reverse rate equals the forward rate divided by the
 // equilibrium constant Kc = Kp / (83.143 T)^dn exactly at two temperatures,
-//   T1 = largest lower limit + 400 K and T2 = smallest switch temperature + 1500 K of the educts.
+//   T1 = largest lower limit + 400 K and T2 = smallest switch temperature + 1500 K of the educts
+// (T1 at least 1000 K when T2 exceeds 6000 K).
 // Kp comes from the thermochemical fits of the NS species; collision partners count nowhere. A
 // coverage-dependent reaction is copied. A vanishing Kc, an equation without educts among the species, or a
 // fit that is not finite gets the message; in the last two cases A and E of the reverse are 0.

@@ -69,7 +69,8 @@ class Output {
   }
   void put(char c) { *extend(1) = c; }
   void put(const char* text, std::size_t count) {
-    if (count > piece) {  // a text item longer than any field
+    if (count == 0) return;  // an empty text may have no address
+    if (count > piece) {     // a text item longer than any field
       pass_on();
       out_.append(text, count);
       return;

@@ -25,10 +25,6 @@ constexpr std::array<TableElement, 23> element_table{{
     {"I ", 0.126905},  {"Pt", 0.19509},  {"YY", 1.0},
 }};
 
-bool is_empty(const ElementSymbol& symbol) {
-  return symbol.view() == "  " || symbol.view() == "0 " || symbol.view() == "00";
-}
-
 bool is_present(std::string_view symbol, std::span<const ElementFields> species) {
   return std::any_of(species.begin(), species.end(), [&](const ElementFields& fields) {
     return std::any_of(fields.ELSYM.begin(), fields.ELSYM.end(),
@@ -67,7 +63,7 @@ bool count_atoms(const SpeciesView& species, std::size_t i, Elements& elements, 
   const auto symbols = std::span(elements.SYME).first(static_cast<std::size_t>(elements.NE));
   for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
     const ElementSymbol& symbol = fields.ELSYM[j];
-    if (is_empty(symbol)) continue;
+    if (is_empty_field(symbol)) continue;
     const auto found = std::find_if(symbols.begin(), symbols.end(), [&](const ElementSymbol& element) {
       return EQUSYM(2, element.view(), symbol.view());
     });
@@ -104,6 +100,10 @@ void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& fi
 }
 
 }  // namespace
+
+bool is_empty_field(const ElementSymbol& symbol) {
+  return symbol.blank() || symbol.view() == "0 " || symbol.view() == "00";
+}
 
 bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
   if (!find_elements(species, elements, MSGFIL)) return false;

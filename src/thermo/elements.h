@@ -17,6 +17,9 @@ struct Elements {
   std::array<std::array<double, NEMAX>, NSMAX> XE{};  // mass fraction of each element in each species
 };
 
+// Whether an element field of a database entry holds no element: blanks, "0 " or "00".
+bool is_empty_field(const ElementSymbol& symbol);
+
 // Finds the elements of a phase from the element fields of its species and fills `elements` and the molar
 // masses XMOL (kg/mol): XMOL(i) = sum NCOMP(i,e) EMOL(e), XE(i,e) = NCOMP(i,e) EMOL(e) / XMOL(i). A species
 // without any atom gets a warning and XMOL = 0.

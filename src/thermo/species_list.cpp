@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::string_view flag_characters = "*+>";
 constexpr NameLimits limits{.LSYM = 50, .LDEL = 3};
+static_assert(sizeof(SpeciesName) <= 50);  // a name that is kept is no longer than one that is read
 constexpr std::string_view surface_conditions = "SURFACE COND";
 
 bool is_heading(std::string_view HEAD, const Line& line) {

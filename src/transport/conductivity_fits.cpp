@@ -58,6 +58,7 @@ bool compute(int I, const SpeciesName& name, const Molecule& molecule, double M,
       return false;
     }
     const double eta = 2.669E-5 * std::sqrt(M * T) / (sigma2 * omega22);
+    // Both integrals have one domain: where the first is defined, so is the second.
     const double omega11 = MXIOME(CollisionIntegral::diffusion, TSTAR, DSTAR, MSGFIL, LOK);
     double Ds = 0.002662 * std::sqrt(T * (T * T) / M) / (sigma2 * omega11);  // self-diffusion
     if (exchanges_internal_energy(name)) {

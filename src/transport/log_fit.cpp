@@ -76,15 +76,15 @@ bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, 
     write<"(/,5X,'NUMBER OF UNKNOWN VALUES IN -INIAGL- TOO LARGE')">(MSGFIL);
     return false;
   }
-  if (grid.state == FitGrid::State::stationary) {
-    write<"(/,5X,'STATIONARITY IN -INIAGL-')">(MSGFIL);
-    return false;
-  }
   FitCoefficients sum{};  // A'Y, the points in their order
   for (std::size_t k = 0; k < grid.points(); ++k) {
     for (std::size_t i = 0; i < NDI; ++i) sum[i] += grid.A[i][k] * Y[k];
   }
   X = sum;
+  if (grid.state == FitGrid::State::stationary) {
+    write<"(/,5X,'STATIONARITY IN -INIAGL-')">(MSGFIL);
+    return false;
+  }
   const auto& L = grid.L;
   for (std::size_t i = 0; i < NDI; ++i) {
     for (std::size_t m = 0; m < i; ++m) X[i] -= L[i][m] * X[m];

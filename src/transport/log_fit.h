@@ -46,7 +46,8 @@ FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Lis
                  double tolerance = 0);
 
 // Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its
-// message, when there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5.
+// message, when there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5 (X
+// then holds the right-hand sides).
 bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, Listing& MSGFIL);
 
 }  // namespace varpre

@@ -14,6 +14,9 @@
 namespace varpre {
 namespace {
 
+// The work space that a run of NSMAX species may take, as reals and as integers.
+static_assert(4 * NSMAX * NSMAX + 22 * NSMAX <= 400000 && NSMAX <= 500);
+
 // The interval in hundreds of kelvin. The division is made in single precision.
 int hundreds(double T) {
   return static_cast<int>(static_cast<float>(static_cast<int>(T)) / 100.0F);

@@ -9,7 +9,7 @@ namespace {
 
 // Two gas and two surface species; the gas has h = 30 T.
 MixtureState read_mixture(const std::string& records, std::string_view HEAD = "Left") {
-  Species species = empty_species();
+  Species species;
   for (std::size_t i = 0; const SpeciesName& name : names("H2 O2 A(S) B(S)")) species.SYMB[i++] = name;
   species.fit.fill(thermo_fit({30}, {30}));
   species.XMOL[0] = 0.002;

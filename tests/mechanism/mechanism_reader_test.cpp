@@ -25,7 +25,7 @@ struct ReadMechanism {
     return listing.text.find('\n' + line + '\n') != std::string::npos;
   }
 
-  Species species = empty_species();
+  Species species;
   Unit NFISTO;
   Listing listing;
   Mechanism mechanism;

@@ -22,7 +22,7 @@ const std::array fit{
 
 Reaction reaction(double AFAC, double TEXP, double EXA, const SpeciesVector& MAT) {
   Reaction r;
-  r.AFAC = AFAC, r.TEXP = TEXP, r.EXA = EXA, r.MAT = MAT, r.line = somewhere();
+  r.AFAC = AFAC, r.TEXP = TEXP, r.EXA = EXA, r.MAT = MAT;
   return r;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "textio/findings.h"
 #include "textio/unit.h"
 #include "thermo/species.h"
 
@@ -31,12 +31,6 @@ inline std::vector<SpeciesName> names(std::string_view text) {
   return words;
 }
 
-// A place for findings that the test does not look at.
-inline Place somewhere() {
-  static const Unit unit = unit_of("a record\n");
-  return {&unit, 1};
-}
-
 // A polynomial fit from its coefficients a1..a7, those at the end 0 when they are not given.
 inline ThermoFit thermo_fit(const std::array<double, 7>& HCPL, const std::array<double, 7>& HCPH,
                             const std::array<double, 3>& TLIM = {280, 1000, 5000}) {
@@ -44,16 +38,7 @@ inline ThermoFit thermo_fit(const std::array<double, 7>& HCPL, const std::array<
   fit.HCPL = HCPL;
   fit.HCPH = HCPH;
   fit.TLIM = TLIM;
-  fit.entry = somewhere();
   return fit;
-}
-
-// Species without names and data.
-inline Species empty_species() {
-  Species species;
-  species.fit.fill(thermo_fit({}, {}));
-  species.listed.fill(somewhere());
-  return species;
 }
 
 }  // namespace varpre

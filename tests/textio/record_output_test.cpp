@@ -125,7 +125,8 @@ TEST(RecordOutput, TextsAreCutOnTheRightAndPaddedOnTheLeft) {
   EXPECT_FIELD("A2", water, "H2");
   EXPECT_FIELD("A10", water, "  H2O     ");
   EXPECT_FIELD("A4", Text<2>("PT"), "  PT");
-  EXPECT_FIELD("A", std::string_view("any length"), "any length");
+  const std::string any_length(3000, 'x');
+  EXPECT_EQ(written<"(I3,A,I3)">(1, std::string_view(any_length), 2), "  1" + any_length + "  2\n");
   EXPECT_FIELD("A3", std::string_view(), "   ");
 }
 
@@ -199,7 +200,7 @@ TEST(RecordOutput, UnitForFiniteNumbersRefusesTheWholeStatement) {
     unit.finite_only = true;
     write<"(' first',F4.1)">(unit, 1.0);
     try {
-      write<"(' HL',F4.1,/,' HH',2F4.1)">(unit, 1.0, 2.0, value);
+      write<"(' HL',F4.1,9(200X),/,' HH',2F4.1)">(unit, 1.0, 2.0, value);
       ADD_FAILURE() << value << " was written";
     } catch (const RunStop& stop) {
       EXPECT_EQ(stop.ending, RunStop::Ending::number_not_finite);

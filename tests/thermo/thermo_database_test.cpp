@@ -37,7 +37,7 @@ TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
   add_block(NFITHE, "C2H5OH-AB", 40, {0, 3000, 0});
   add_block(NFITHE, "h2o", 60, {300, 5000, 1500});
 
-  Species species = empty_species();
+  Species species;
   const SpeciesView gas = species.view(0, 3);
   gas.SYMB[0] = "H2O", gas.SYMB[1] = "C2H5OH-A", gas.SYMB[2] = "h2O";
   Listing listing;
@@ -65,7 +65,7 @@ struct Composition {
     for (int e = 0; e < elements.NE; ++e) all += elements.SYME[static_cast<std::size_t>(e)].view();
     return all;
   }
-  Species species = empty_species();
+  Species species;
   Elements elements;
   Listing listing;
   bool LOK = false;

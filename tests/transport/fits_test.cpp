@@ -65,7 +65,7 @@ TEST(LogFit, FailsWithItsMessages) {
 // A nonpolar and a polar molecule; neither name nor geometry matters here.
 Molecule molecule(double EPS, double SIGMA, double DI1, double DI2) {
   Molecule m;
-  m.EPS = EPS, m.SIGMA = SIGMA, m.DI1 = DI1, m.DI2 = DI2, m.record = somewhere();
+  m.EPS = EPS, m.SIGMA = SIGMA, m.DI1 = DI1, m.DI2 = DI2;
   return m;
 }
 const std::vector pair{molecule(100, 3, 0, 2), molecule(400, 2.5, 1.5, 0)};
@@ -116,7 +116,7 @@ TEST(ConductivityFits, CorrectWaterByItsExactName) {
 
 // The temperatures on which a run fits this interval, "first +points"; the message when it does not.
 std::string grid_of(const TemperatureInterval& interval) {
-  Species species = empty_species();
+  Species species;
   const SpeciesView gas = species.view(0, 1);
   gas.SYMB[0] = "AR";
   gas.XMOL[0] = 0.04;
