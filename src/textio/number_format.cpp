@@ -87,26 +87,28 @@ struct Binary {
 };
 
 // |value| x 10^k rounded to an integer, where it is below 2^36 and the rounding is certain.
-std::optional<std::uint64_t> quick_scaled(const Binary& value, int k) {
+inline std::optional<std::uint64_t> quick_scaled(const Binary& value, int k) {
   if (!value.normal || k < -widest_power || k > widest_power) return std::nullopt;
   const PowerOfTen& power = powers_of_ten[static_cast<std::size_t>(k + widest_power)];
-  const int point = -(value.exponent + power.exponent);  // bits behind the binary point
-  if (point < 81 || point > 124) return std::nullopt;
-  const uint128 one = uint128{1} << point;
-  const uint128 product = uint128{value.bits} * power.bits + one / 2;  // below 2^117 + 2^123
-  const uint128 error = 2 * uint128{value.bits};
-  const uint128 rest = product & (one - 1);
-  if (rest == 0 || rest + error >= one) return std::nullopt;  // a tie, or a carry not excluded
-  return static_cast<std::uint64_t>(product >> point);
+  const int point = -(value.exponent + power.exponent + 54);  // bits of `product` behind the binary point
+  if (point < 26 || point > 62) return std::nullopt;
+  // The leading 61 to 63 bits; the true product lies in [product, product + 2): one for what is cut off here,
+  // and 2^53 x 1.01 / 2^54 for what is cut off the power.
+  const auto product = static_cast<std::uint64_t>(uint128{value.bits << 10} * power.bits >> 64);
+  const std::uint64_t one = std::uint64_t{1} << point;
+  const std::uint64_t rounded = product + one / 2;
+  const std::uint64_t rest = rounded & (one - 1);
+  if (rest == 0 || rest > one - 2) return std::nullopt;  // a tie, or a carry that is not excluded
+  return rounded >> point;
 }
 
 // |value| rounded to `count` significant places, as digits x 10^(exponent - count); zero has exponent 0.
 struct QuickDigits {
-  std::uint64_t digits;
+  std::uint32_t digits;
   int exponent;
 };
 
-std::optional<QuickDigits> quick_digits(double value, int count) {
+inline std::optional<QuickDigits> quick_digits(double value, int count) {
   if (count > most_quick_digits) return std::nullopt;
   if (value == 0) return QuickDigits{0, 0};
   const Binary binary(value);
@@ -118,11 +120,11 @@ std::optional<QuickDigits> quick_digits(double value, int count) {
     digits = quick_scaled(binary, count - exponent);
   }
   if (!digits) return std::nullopt;
-  return QuickDigits{*digits, exponent};
+  return QuickDigits{static_cast<std::uint32_t>(*digits), exponent};
 }
 
 // Writes a number with exactly `count` digits.
-void put_digits(char* at, std::uint64_t digits, int count) {
+inline void put_digits(char* at, std::uint32_t digits, int count) {
   for (int i = count - 1; i >= 0; --i) {
     at[i] = static_cast<char>('0' + digits % 10);
     digits /= 10;
@@ -185,7 +187,9 @@ void digits_to_place(double value, int decimals, Digits& out) {
     while (out.count <= most_quick_digits &&
            *scaled >= small_powers_of_ten[static_cast<std::size_t>(out.count)])
       ++out.count;
-    if (out.count <= most_quick_digits) return put_digits(out.digit.data(), *scaled, out.count);
+    if (out.count <= most_quick_digits) {
+      return put_digits(out.digit.data(), static_cast<std::uint32_t>(*scaled), out.count);
+    }
     out.count = 0;
   }
   const int exponent = decimal_exponent(value);
@@ -253,7 +257,7 @@ std::optional<Significand> significand(const RealEdit& edit) {
 }
 
 // 1PEw.d of a number that the quick way can round, in a field wide enough: what most of the store file is.
-bool quick_edit_exponent(char* field, const RealEdit& edit, double value) {
+inline bool quick_edit_exponent(char* field, const RealEdit& edit, double value) {
   const auto [width, d, k] = edit;
   const int blanks = width - (d + 7);  // sign, digit, point, d digits, E+00
   if (k != 1 || blanks < 0) return false;
@@ -262,7 +266,7 @@ bool quick_edit_exponent(char* field, const RealEdit& edit, double value) {
   const int exponent = value == 0 ? 0 : quick->exponent - 1;
   const int magnitude = std::abs(exponent);
   if (magnitude > 99) return false;
-  for (int i = 0; i < blanks; ++i) *field++ = ' ';
+  if (blanks > 0) fill(field, ' ', blanks);
   *field++ = std::signbit(value) ? '-' : ' ';
   put_digits(field + 1, quick->digits, d + 1);
   field[0] = field[1];
@@ -270,7 +274,7 @@ bool quick_edit_exponent(char* field, const RealEdit& edit, double value) {
   field += d + 2;
   *field++ = 'E';
   *field++ = exponent < 0 ? '-' : '+';
-  put_digits(field, static_cast<std::uint64_t>(magnitude), 2);
+  put_digits(field, static_cast<std::uint32_t>(magnitude), 2);
   return true;
 }
 
@@ -369,11 +373,19 @@ std::optional<double> read_plain_real(std::string_view field) {
 }  // namespace
 
 void edit_integer(char* field, int width, int value) {
-  std::array<char, 12> text;
-  const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-  const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
-  if (static_cast<int>(digits.size()) > width) return asterisks(field, width);
-  right_justify(field, width, digits);
+  char* at = field + width;
+  auto rest = static_cast<unsigned>(value);
+  if (value < 0) rest = 0 - rest;
+  do {
+    if (at == field) return asterisks(field, width);
+    *--at = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+  } while (rest > 0);
+  if (value < 0) {
+    if (at == field) return asterisks(field, width);
+    *--at = '-';
+  }
+  while (at != field) *--at = ' ';
 }
 
 void edit_fixed(char* field, const RealEdit& edit, double value) {

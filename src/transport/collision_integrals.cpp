@@ -1,7 +1,9 @@
 #include "transport/collision_integrals.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 #include "textio/record.h"
 #include "transport/collision_tables.h"
@@ -47,10 +49,8 @@ struct Lines {
   std::array<double, temperature_rows> Y{};
   std::array<double, temperature_rows> rise{};
 
-  constexpr void set_rises(int first, int last) {
-    for (auto i = static_cast<std::size_t>(first); i < static_cast<std::size_t>(last); ++i) {
-      rise[i] = Y[i + 1] - Y[i];
-    }
+  constexpr void set_rises(std::size_t first, std::size_t last) {
+    for (std::size_t i = first; i < last; ++i) rise[i] = Y[i + 1] - Y[i];
   }
 };
 
@@ -75,23 +75,52 @@ constexpr Lines nonpolar_diffusion = nonpolar_lines(O);
 constexpr Lines nonpolar_viscosity = nonpolar_lines(P);
 
 // The column between those of the table that belongs to a reduced dipole moment, from a row on to another.
-Lines polar_lines(const CollisionTable& table, double DSTAR, int first, int last) {
+Lines polar_lines(const CollisionTable& table, double DSTAR, std::size_t first, std::size_t last) {
   Lines lines;
   const int column = bracket(DELTA, DSTAR);
-  for (auto i = static_cast<std::size_t>(first); i <= static_cast<std::size_t>(last); ++i) {
+  for (std::size_t i = first; i <= last; ++i) {
     lines.Y[i] = MXIINT(DSTAR, three(DELTA, column), three(table[i], column));
   }
   lines.set_rises(first, last);
   return lines;
 }
 
-// MXIINT along the lines, for temperatures from row `i` on.
-void interpolate(const Lines& lines, int first, std::span<const double> TSTAR, std::span<double> OMEGA) {
-  constexpr std::size_t last_bracket = temperature_rows - 3;
-  auto i = static_cast<std::size_t>(first);
+// Finds brackets without a search: the leading bits of a reduced temperature above 0.1 and up to 100 name a
+// stretch, a thirty-second of a power of two, in which at most one row lies.
+class RowFinder {
+ public:
+  constexpr RowFinder() {
+    for (std::size_t s = 0, i = 0; s < before_.size(); ++s) {
+      while (i < last_bracket && rows[i + 1] < start(s)) ++i;
+      before_[s] = static_cast<std::uint8_t>(i);
+    }
+  }
+  // As `bracket`.
+  std::size_t operator()(double x) const {
+    const std::size_t i = before_[(std::bit_cast<std::uint64_t>(x) - first_bits) >> shift];
+    return i + (i < last_bracket && rows[i + 1] < x ? 1 : 0);
+  }
+
+ private:
+  static constexpr std::size_t last_bracket = temperature_rows - 3;
+  static constexpr int shift = 52 - 5;
+  static constexpr std::uint64_t first_bits = std::bit_cast<std::uint64_t>(0x1p-4);
+  static constexpr std::uint64_t end_bits = std::bit_cast<std::uint64_t>(0x1p7);
+
+  static constexpr double start(std::size_t stretch) {
+    return std::bit_cast<double>(first_bits + (std::uint64_t{stretch} << shift));
+  }
+
+  std::array<std::uint8_t, ((end_bits - first_bits) >> shift)>
+      before_{};  // per stretch: bracket of its start
+};
+constexpr RowFinder row_of;
+
+// MXIINT along the lines.
+void interpolate(const Lines& lines, std::span<const double> TSTAR, std::span<double> OMEGA) {
   for (std::size_t k = 0; k < TSTAR.size(); ++k) {
     const double X = TSTAR[k];
-    while (i < last_bracket && X > rows[i + 1]) ++i;
+    const std::size_t i = row_of(X);
     const double P1 = lines.Y[i] + lines.rise[i] * (X - rows[i]) / steps[i];
     const double P2 = lines.Y[i + 1] + lines.rise[i + 1] * (X - rows[i + 1]) / steps[i + 1];
     if (X < rows[i + 1]) {
@@ -110,13 +139,11 @@ bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, d
                          std::span<double> OMEGA) {
   const bool in_rows = !TSTAR.empty() && TSTAR.front() > 0.1 + 2 * first_row_tolerance && TSTAR.back() <= 100;
   if (!in_rows || !(DSTAR > -dipole_tolerance && DSTAR <= 2.5)) return false;
-  const int first = bracket(TSTERN, TSTAR.front());
-  const int last = bracket(TSTERN, TSTAR.back()) + 2;
   if (DSTAR < dipole_tolerance) {
-    interpolate(IOM == CollisionIntegral::diffusion ? nonpolar_diffusion : nonpolar_viscosity, first, TSTAR,
-                OMEGA);
+    interpolate(IOM == CollisionIntegral::diffusion ? nonpolar_diffusion : nonpolar_viscosity, TSTAR, OMEGA);
   } else {
-    interpolate(polar_lines(table_of(IOM), DSTAR, first, last), first, TSTAR, OMEGA);
+    const std::size_t last = row_of(TSTAR.back()) + 2;
+    interpolate(polar_lines(table_of(IOM), DSTAR, row_of(TSTAR.front()), last), TSTAR, OMEGA);
   }
   return true;
 }
