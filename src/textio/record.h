@@ -298,8 +298,8 @@ void write(Listing& listing, const Items&... items) {
 // two items stands one blank; integers are right-justified in 11 columns.
 template <class... Items>
 void write_free(Listing& listing, const Items&... items) {
-  static_assert(
-      ((std::is_same_v<Items, int> || record_detail::Traits<Items>::kind == ItemKind::text) && ...));
+  static_assert(((record_detail::Traits<Items>::kind != ItemKind::real &&
+                  !std::is_same_v<Items, std::optional<int>>)&&...));
   const auto list = record_detail::describe<const void*>(items...);
   record_detail::format_free(listing.text, list);
   listing.pass_on();
