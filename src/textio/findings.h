@@ -26,7 +26,7 @@ struct Place {
   int width = 1;   // how many
   int caret = 0;   // the column that matters most; 0: the first
 
-  friend auto operator<=>(const Place&, const Place&) = default;
+  friend auto operator<=>(const Place&, const Place&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 // Columns of the record last read from a unit.

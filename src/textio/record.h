@@ -104,10 +104,10 @@ namespace record_detail {
 
 // Appends the records of one output statement, each ended by a line feed. False, with nothing appended, when
 // `finite_only` is set and an item is a NaN or an infinity.
-bool format_records(std::string& out, const FormatView& format, std::span<const OutputItem> items,
+bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
                     bool finite_only);
 ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items);
-void format_free(std::string& out, std::span<const OutputItem> items);
+void format_free(std::string& text, std::span<const OutputItem> items);
 [[noreturn]] void stop_at_number_not_finite();
 
 // What an item's type is to the notation. A type without a `kind` is none.
