@@ -16,7 +16,7 @@ std::string library_text(double value, std::chars_format form, int digits) {
   std::array<char, 400> text;
   const char* const end =
       std::to_chars(text.data(), text.data() + text.size(), std::abs(value), form, digits).ptr;
-  return (std::signbit(value) ? "-" : "") + std::string(static_cast<const char*>(text.data()), end);
+  return std::string(std::signbit(value) ? "-" : "").append(static_cast<const char*>(text.data()), end);
 }
 
 std::string right_justified(const std::string& text, std::size_t width) {
@@ -27,8 +27,9 @@ void expect_exponent(double value, int d) {
   const auto width = static_cast<std::size_t>(d + 7);
   std::string expected = library_text(value, std::chars_format::scientific, d);
   const std::size_t e = expected.find('e');
-  expected.replace(e, 1, expected.size() - e > 4 ? "" : "E");
-  if (d == 0) expected.insert(e, ".");
+  expected[e] = 'E';
+  if (expected.size() - e > 4) expected.erase(e, 1);
+  if (d == 0) expected.insert(e, 1, '.');
   std::string field(width, '?');
   edit_exponent(field.data(), {static_cast<int>(width), d, 1}, value);
   ASSERT_EQ(field, right_justified(expected, width)) << std::hexfloat << value;
@@ -82,7 +83,7 @@ TEST(QuickFormat, AgreesBesideDecimalsAndHalfwayCases) {
     expect_all_beside(value);
   }
   for (int k = -320; k <= 307 && !HasFatalFailure(); ++k) {
-    expect_all_beside(std::strtod(("1e" + std::to_string(k)).c_str(), nullptr));
+    expect_all_beside(std::strtod(std::string("1e").append(std::to_string(k)).c_str(), nullptr));
   }
   for (int i = 0; i < 100'000 && !HasFatalFailure(); ++i) expect_all(i / 64.0);  // exact ties
   for (const double v : {0.0, -0.0, 12345.5, 12346.5, 99999.5, 9.99995, -0.04, 4.9e-324}) expect_all(v);
