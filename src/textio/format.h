@@ -19,18 +19,21 @@ struct Edit {
     fixed,     // Fw.d
     exponent,  // Ew.d
     text,      // Aw or A
-    scale,     // kP
+    scale,     // kP that stands alone
     slash,     // /
     colon,     // :
     open,      // r(
     close,     // )
     end        // the final closing parenthesis
   };
+  static constexpr std::int16_t same_scale = -1000;
+
   Kind kind = Kind::end;
   std::int16_t repeat = 1;  // of a data descriptor or a group
   std::int16_t width = 0;   // w (0: A without width), n of nX, length of a literal
-  std::int16_t value =
-      0;  // d, k, or the place of a literal in the table's texts, or of a group's opening edit
+  std::int16_t value = 0;   // d, or the place of a literal in the table's texts, or of a group's opening edit
+  std::int16_t scale = same_scale;  // k, where the factor is set here: kP alone or directly before a field
+  std::int16_t gap = 0;             // n of nX directly behind a field
 
   constexpr bool takes_item() const {
     return kind == Kind::integer || kind == Kind::fixed || kind == Kind::exponent || kind == Kind::text;
@@ -85,6 +88,14 @@ class Walk {
         return edit;
       }
     }
+  }
+
+  // Takes the edit that `next` returned as often again as its repeat count says, at most `most` times; how
+  // often that is.
+  constexpr int repeat(int most) {
+    const int count = repeats_left_ < most ? repeats_left_ : most;
+    repeats_left_ -= count;
+    return count;
   }
 
   // Goes back to the restart point of the format; `next` must have returned `end`.
@@ -179,14 +190,18 @@ class Parser {
     const char letter = at_ < text_.size() ? upper(text_[at_++]) : ' ';
     if (letter == 'P') {
       if (count < 0) format_error_unknown_descriptor();
-      add({.kind = Edit::Kind::scale, .value = narrow(negative ? -count : count)});
+      add({.kind = Edit::Kind::scale, .scale = narrow(negative ? -count : count)});
       return true;
     }
     if (negative) format_error_repeat_count_not_allowed_here();
     switch (letter) {
       case 'X':
         if (count < 1) format_error_width_missing();
-        add({.kind = Edit::Kind::blanks, .width = narrow(count)});
+        if (last().takes_item() && last().repeat == 1) {
+          last().gap = narrow(last().gap + count);
+        } else {
+          add({.kind = Edit::Kind::blanks, .width = narrow(count)});
+        }
         break;
       case 'H': parse_hollerith(count); break;
       case '(': parse_group(repeat(count), depth + 1); break;
@@ -226,7 +241,13 @@ class Parser {
     const std::size_t open = out_.edit_count;
     add({.kind = Edit::Kind::open, .repeat = repeat});
     parse_items(depth);
-    add({.kind = Edit::Kind::close, .value = narrow(static_cast<int>(open))});
+    if (out_.edit_count == open + 2 && last().takes_item() && last().repeat == 1) {  // a field is no group
+      out_.edits[open] = last();
+      out_.edits[open].repeat = repeat;
+      --out_.edit_count;
+    } else {
+      add({.kind = Edit::Kind::close, .value = narrow(static_cast<int>(open))});
+    }
     if (depth == 1) out_.restart = static_cast<int>(open);
   }
 
@@ -235,10 +256,17 @@ class Parser {
     if (!take('.')) format_error_digits_missing_after_point();
     const int digits = number(-1);
     if (digits < 0) format_error_digits_missing_after_point();
-    add({.kind = kind, .repeat = repeat(count), .width = w, .value = narrow(digits)});
+    Edit edit{.kind = kind, .repeat = repeat(count), .width = w, .value = narrow(digits)};
+    if (last().kind == Edit::Kind::scale) {
+      edit.scale = last().scale;
+      --out_.edit_count;
+    }
+    add(edit);
   }
 
   constexpr void add(Edit edit) { out_.edits[out_.edit_count++] = edit; }
+  // The edit added last; at the beginning one that is none.
+  constexpr Edit& last() { return out_.edits[out_.edit_count == 0 ? out_.edits.size() - 1 : out_.edit_count - 1]; }
   constexpr void add_literal(std::size_t start) {
     add({.kind = Edit::Kind::literal,
          .width = narrow(static_cast<int>(out_.literal_count - start)),

@@ -123,12 +123,27 @@ inline std::optional<QuickDigits> quick_digits(double value, int count) {
   return QuickDigits{static_cast<std::uint32_t>(*digits), exponent};
 }
 
+// "00" to "99".
+constexpr auto digit_pairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
+
+inline void put_pair(char* at, std::uint32_t below_100) {
+  std::memcpy(at, &digit_pairs[2 * std::size_t{below_100}], 2);
+}
+
 // Writes a number with exactly `count` digits.
 inline void put_digits(char* at, std::uint32_t digits, int count) {
-  for (int i = count - 1; i >= 0; --i) {
-    at[i] = static_cast<char>('0' + digits % 10);
-    digits /= 10;
+  for (; count > 1; count -= 2) {
+    put_pair(at + count - 2, digits % 100);
+    digits /= 100;
   }
+  if (count > 0) *at = static_cast<char>('0' + digits % 10);
 }
 
 // --- The exact way ---------------------------------------------------------------------------------
@@ -274,7 +289,7 @@ inline bool quick_edit_exponent(char* field, const RealEdit& edit, double value)
   field += d + 2;
   *field++ = 'E';
   *field++ = exponent < 0 ? '-' : '+';
-  put_digits(field, static_cast<std::uint32_t>(magnitude), 2);
+  put_pair(field, static_cast<std::uint32_t>(magnitude));
   return true;
 }
 

@@ -26,10 +26,16 @@ class Values {
     return reinterpret_cast<T*>(static_cast<Byte*>(item().data) + row_ * item().stride);
   }
 
-  void advance() {
+  // How many values from this one on stand in one item, one after the other.
+  int run() const {
+    constexpr std::size_t most = format_detail::widest_field;
+    return item().zipped > 1 || column_ > 0 ? 1 : static_cast<int>(std::min(item().count - row_, most));
+  }
+  void advance(int count = 1) {
     if (++column_ < items_[first_].zipped) return;
     column_ = 0;
-    if (++row_ < items_[first_].count) return;
+    row_ += static_cast<std::size_t>(count);
+    if (row_ < items_[first_].count) return;
     row_ = 0;
     first_ += items_[first_].zipped;
     skip_empty();
@@ -103,35 +109,43 @@ void append_text(Output& out, std::string_view text, int width) {
   out.put(text.data(), static_cast<std::size_t>(std::min(length, width)));
 }
 
+template <class T>
+T value_at(const char* place) {
+  T value;
+  std::memcpy(&value, place, sizeof value);
+  return value;
+}
+
 RealEdit real_edit(const Edit& edit, int scale) {
   return {edit.width, edit.value, scale};
 }
 
-// Writes the value in turn into a field of its own. False when it is a NaN or an infinity that may not be
+// Writes the next values, all of one item, into a field each. False at a NaN or an infinity that may not be
 // written.
-bool append_value(Output& out, const Edit& edit, int scale, const Values<const void*>& values,
-                  bool finite_only) {
+bool append_values(Output& out, const Edit& edit, int scale, const Values<const void*>& values, int count,
+                   bool finite_only) {
   const OutputItem& item = values.item();
-  if (!takes(edit, item.kind)) {  // an array whose values reach a descriptor of another type
-    out.fill(edit.width, '*');
-    return true;
-  }
-  switch (item.kind) {
-    case ItemKind::text: append_text(out, {values.value<const char>(), item.length}, edit.width); break;
-    case ItemKind::integer:
-      if (item.data == nullptr) {
-        out.fill(edit.width, '*');
-      } else {
-        edit_integer(out.extend(edit.width), edit.width, *values.value<const int>());
-      }
-      break;
-    case ItemKind::real: {
-      const double value = *values.value<const double>();
+  const char* at = values.value<const char>();
+  for (int i = 0; i < count; ++i, at += item.stride) {
+    if (!takes(edit, item.kind)) {  // an array whose values reach a descriptor of another type
+      out.fill(edit.width, '*');
+    } else if (item.kind == ItemKind::real) {
+      const double value = value_at<double>(at);
       if (finite_only && !std::isfinite(value)) return false;
       char* const field = out.extend(edit.width);
-      (edit.kind == Edit::Kind::fixed ? edit_fixed : edit_exponent)(field, real_edit(edit, scale), value);
-      break;
+      if (edit.kind == Edit::Kind::exponent) {
+        edit_exponent(field, real_edit(edit, scale), value);
+      } else {
+        edit_fixed(field, real_edit(edit, scale), value);
+      }
+    } else if (item.kind == ItemKind::text) {
+      append_text(out, {at, item.length}, edit.width);
+    } else if (item.data == nullptr) {
+      out.fill(edit.width, '*');
+    } else {
+      edit_integer(out.extend(edit.width), edit.width, value_at<int>(at));
     }
+    out.blanks(edit.gap);
   }
   return true;
 }
@@ -259,22 +273,25 @@ bool format_records(std::string& text, const FormatView& format, std::span<const
         out.put(format.literals + edit.value, static_cast<std::size_t>(edit.width));
         continue;
       case Edit::Kind::blanks: out.blanks(edit.width); continue;
-      case Edit::Kind::scale: scale = edit.value; continue;
+      case Edit::Kind::scale: scale = edit.scale; continue;
       case Edit::Kind::slash: out.put('\n'); continue;
       case Edit::Kind::end:
         if (!values.left() || !format.reverts) break;
         out.put('\n');
         walk.revert();
         continue;
-      default:  // a colon, or a descriptor: the statement ends here when no item is left
+      default: {  // a colon, or a descriptor: the statement ends here when no item is left
         if (!values.left()) break;
         if (edit.kind == Edit::Kind::colon) continue;
-        if (!append_value(out, edit, scale, values, finite_only)) {
+        if (edit.scale != Edit::same_scale) scale = edit.scale;
+        const int count = 1 + walk.repeat(values.run() - 1);
+        if (!append_values(out, edit, scale, values, count, finite_only)) {
           out.drop();
           return false;
         }
-        values.advance();
+        values.advance(count);
         continue;
+      }
     }
     out.put('\n');
     out.pass_on();
@@ -304,7 +321,7 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
         watch.gap_begins(columns);
         columns.at += edit.width;
         continue;
-      case Edit::Kind::scale: scale = edit.value; continue;
+      case Edit::Kind::scale: scale = edit.scale; continue;
       case Edit::Kind::slash:
         watch.gap_begins(columns);
         if (!unit.next(record)) return end_of_file();
@@ -320,6 +337,7 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
       default: {  // a colon, or a descriptor: the statement ends here when no item is left
         if (!values.left()) break;
         if (edit.kind == Edit::Kind::colon) continue;
+        if (edit.scale != Edit::same_scale) scale = edit.scale;
         watch.field_begins(columns, edit, ++field);
         const int width = edit.width > 0 ? edit.width : static_cast<int>(values.item().length);
         const int first_column = columns.at + 1;
@@ -329,6 +347,10 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
           return result;
         }
         values.advance();
+        if (edit.gap > 0) {
+          watch.gap_begins(columns);
+          columns.at += edit.gap;
+        }
         continue;
       }
     }

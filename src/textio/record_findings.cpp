@@ -41,7 +41,7 @@ std::vector<NumericField> numeric_fields(const FormatView& format, int number) {
     } else if (edit.kind != Edit::Kind::scale && edit.kind != Edit::Kind::colon) {
       if (edit.takes_item()) ++field;
       if (edit.takes_item() && edit.kind != Edit::Kind::text) fields.push_back({edit, column});
-      column += edit.width;
+      column += edit.width + edit.gap;
     }
   }
 }

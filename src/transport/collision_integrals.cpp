@@ -7,10 +7,12 @@
 
 #include "textio/record.h"
 #include "transport/collision_tables.h"
+#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
 
+constexpr std::size_t most_points = 64;
 constexpr double dipole_tolerance = 1.0e-5;     // a DSTAR this close to 0 is 0
 constexpr double first_row_tolerance = 1.0e-7;  // a TSTAR this close to 0.1 is the first row
 
@@ -116,27 +118,55 @@ class RowFinder {
 };
 constexpr RowFinder row_of;
 
+// Points of one curve on the lines nearest to them: Y + numerator / step.
+struct PointsOnLines {
+  std::array<double, most_points> Y;
+  std::array<double, most_points> numerator;
+  std::array<double, most_points> step;
+
+  void set(std::size_t k, const Lines& lines, std::size_t i, double X) {
+    Y[k] = lines.Y[i];
+    numerator[k] = lines.rise[i] * (X - rows[i]);
+    step[k] = steps[i];
+  }
+};
+
+struct Weighted {
+  PointsOnLines near;                         // the line that dominates
+  PointsOnLines far;                          // the other one
+  std::array<double, most_points> distance;  // from the outer end of the near line
+};
+
+// The divisions of MXIINT, apart from the search for the lines, so that they are made several at a time.
+VARPRE_WIDE_VECTORS
+void weigh(const Weighted& w, std::span<double> OMEGA) {
+  for (std::size_t k = 0; k < OMEGA.size(); ++k) {
+    const double near = w.near.Y[k] + w.near.numerator[k] / w.near.step[k];
+    const double far = w.far.Y[k] + w.far.numerator[k] / w.far.step[k];
+    const double W = 0.5 * w.distance[k] / w.near.step[k];
+    OMEGA[k] = (near + W * far) / (1 + W);
+  }
+}
+
 // MXIINT along the lines.
 void interpolate(const Lines& lines, std::span<const double> TSTAR, std::span<double> OMEGA) {
+  Weighted w;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   for (std::size_t k = 0; k < TSTAR.size(); ++k) {
     const double X = TSTAR[k];
     const std::size_t i = row_of(X);
-    const double P1 = lines.Y[i] + lines.rise[i] * (X - rows[i]) / steps[i];
-    const double P2 = lines.Y[i + 1] + lines.rise[i + 1] * (X - rows[i + 1]) / steps[i + 1];
-    if (X < rows[i + 1]) {
-      const double W = 0.5 * (X - rows[i]) / steps[i];
-      OMEGA[k] = (P1 + W * P2) / (1 + W);
-    } else {
-      const double W = 0.5 * (rows[i + 2] - X) / steps[i + 1];
-      OMEGA[k] = (P2 + W * P1) / (1 + W);
-    }
+    const bool first = X < rows[i + 1];
+    w.near.set(k, lines, first ? i : i + 1, X);
+    w.far.set(k, lines, first ? i + 1 : i, X);
+    w.distance[k] = first ? X - rows[i] : rows[i + 2] - X;
   }
+  weigh(w, OMEGA);
 }
 
 }  // namespace
 
 bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
                          std::span<double> OMEGA) {
+  if (TSTAR.size() > most_points) return false;
   const bool in_rows = !TSTAR.empty() && TSTAR.front() > 0.1 + 2 * first_row_tolerance && TSTAR.back() <= 100;
   if (!in_rows || !(DSTAR > -dipole_tolerance && DSTAR <= 2.5)) return false;
   if (DSTAR < dipole_tolerance) {

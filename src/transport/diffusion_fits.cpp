@@ -5,6 +5,7 @@
 
 #include "textio/record.h"
 #include "transport/collision_integrals.h"
+#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
@@ -47,6 +48,21 @@ Pair combine(const Molecule& i, const Molecule& j) {
   return plain_pair(i, j);
 }
 
+// D(T) from T^3 and the collision integrals.
+VARPRE_WIDE_VECTORS
+void diffusion_coefficients(const Pair& pair, double Mi, double Mj, std::span<const double> T3,
+                            std::span<const double> OMEGA, std::span<double> D) {
+  const double sigma2 = pair.SIGMA * pair.SIGMA;
+  for (std::size_t k = 0; k < D.size(); ++k) {
+    D[k] = 0.02663F * std::sqrt(T3[k] * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * OMEGA[k]);
+  }
+}
+
+VARPRE_WIDE_VECTORS
+void reduced_temperatures(std::span<const double> T, double EPS, std::span<double> TSTAR) {
+  for (std::size_t k = 0; k < T.size(); ++k) TSTAR[k] = T[k] / EPS;
+}
+
 // Diffusion coefficients of one pair after the other on the grid. Holds the room that they need.
 class Coefficients {
  public:
@@ -59,10 +75,7 @@ class Coefficients {
   // that are.
   std::size_t compute(const Pair& pair, double Mi, double Mj, Listing& MSGFIL) {
     const std::size_t points = collision_integrals_of(pair, MSGFIL);
-    const double sigma2 = pair.SIGMA * pair.SIGMA;
-    for (std::size_t k = 0; k < points; ++k) {
-      D_[k] = 0.02663F * std::sqrt(T3_[k] * (Mi + Mj) / (2 * Mi * Mj)) / (sigma2 * OMEGA_[k]);
-    }
+    diffusion_coefficients(pair, Mi, Mj, T3_, OMEGA_, D_);
     return points;
   }
   std::span<const double> D() const { return D_; }
@@ -70,7 +83,7 @@ class Coefficients {
  private:
   std::size_t collision_integrals_of(const Pair& pair, Listing& MSGFIL) {
     constexpr auto diffusion = CollisionIntegral::diffusion;
-    for (std::size_t k = 0; k < T_.size(); ++k) TSTAR_[k] = T_[k] / pair.EPS;
+    reduced_temperatures(T_, pair.EPS, TSTAR_);
     if (collision_integrals(diffusion, TSTAR_, pair.DSTAR, OMEGA_)) return T_.size();
     for (std::size_t k = 0; k < T_.size(); ++k) {
       bool LOK = true;

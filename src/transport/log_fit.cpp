@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "textio/record.h"
+#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
@@ -25,6 +26,7 @@ double fitted_logarithm(const FitCoefficients& COEF, const FitGrid& grid, std::s
 // of at most tolerance - tolerance^2 - margin makes that less than tolerance - margin. What the margin must
 // cover is rounding: YL is ln V to a unit in its last place (below 2E-13, as |ln V| < 745), and YL - s, exp,
 // the difference and the quotient are each off by a few 1E-16. A NaN is not within anything.
+VARPRE_WIDE_VECTORS
 bool deviations_within(double tolerance, const FitGrid& grid, std::span<const double> YL,
                        const FitCoefficients& COEF) {
   constexpr double margin = 1.0e-9;
