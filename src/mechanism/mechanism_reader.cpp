@@ -81,7 +81,9 @@ class Reader {
         NFIMEC_(NFIMEC),
         MSGFIL_(MSGFIL),
         reactions_(reactions),
-        duplicates_(options.most_reactions) {}
+        duplicates_(options.most_reactions) {
+    reactions_.reserve(static_cast<std::size_t>(options.most_reactions));
+  }
 
   // All reactions up to the END line; false after the message. `heading` is where they begin.
   bool read_all(const Place& heading) {
@@ -349,7 +351,7 @@ void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
   for (const Reaction& r : mechanism.reactions) {
     if (phase == Phase::gas) {
       write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(
-          NFISTO, std::span(r.MAT).first(6), r.AFAC, r.TEXP, r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
+          NFISTO, std::span(r.MAT).first<6>(), r.AFAC, r.TEXP, r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
       write<"(25X,3(1PE11.4,1X),/,25X,3(1PE9.2,1X),1X,1PE9.2,1X,1PE9.2)">(NFISTO, r.FALL);
     } else {
       write<"(12(1X,I5),/,36X,3X,3(1PE11.4,1X),/,3(1X,I5),18X,3X,3(1PE11.4,1X))">(

@@ -111,6 +111,38 @@ class Walk {
   std::array<int, deepest_group> passes_left_{};
 };
 
+// Walks a format for output until the items are used up, and has the sink write: text(characters),
+// blanks(count), end_record(), and fields(edit, scale, walk) for the next value, or as many of the same edit as
+// it takes from the walk; false from there ends the statement at once, and here. left(): is there a value?
+template <class Sink>
+constexpr bool walk_output(const FormatView& format, Sink& sink) {
+  Walk walk(format);
+  for (int scale = 0;;) {
+    const Edit& edit = walk.next();
+    switch (edit.kind) {
+      case Edit::Kind::literal:
+        sink.text({format.literals + edit.value, static_cast<std::size_t>(edit.width)});
+        continue;
+      case Edit::Kind::blanks: sink.blanks(edit.width); continue;
+      case Edit::Kind::scale: scale = edit.scale; continue;
+      case Edit::Kind::slash: sink.end_record(); continue;
+      case Edit::Kind::end:
+        if (!sink.left() || !format.reverts) break;
+        sink.end_record();
+        walk.revert();
+        continue;
+      default:  // a colon, or a descriptor: the statement ends here when no item is left
+        if (!sink.left()) break;
+        if (edit.kind == Edit::Kind::colon) continue;
+        if (edit.scale != Edit::same_scale) scale = edit.scale;
+        if (!sink.fields(edit, scale, walk)) return false;
+        continue;
+    }
+    sink.end_record();
+    return true;
+  }
+}
+
 namespace format_detail {
 
 // Reaching one of these while a format is parsed stops the compilation; the name is the message.

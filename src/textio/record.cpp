@@ -263,40 +263,30 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
 
 bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
                     bool finite_only) {
-  Output out(text);
-  Walk walk(format);
-  Values<const void*> values(items);
-  for (int scale = 0;;) {
-    const Edit& edit = walk.next();
-    switch (edit.kind) {
-      case Edit::Kind::literal:
-        out.put(format.literals + edit.value, static_cast<std::size_t>(edit.width));
-        continue;
-      case Edit::Kind::blanks: out.blanks(edit.width); continue;
-      case Edit::Kind::scale: scale = edit.scale; continue;
-      case Edit::Kind::slash: out.put('\n'); continue;
-      case Edit::Kind::end:
-        if (!values.left() || !format.reverts) break;
-        out.put('\n');
-        walk.revert();
-        continue;
-      default: {  // a colon, or a descriptor: the statement ends here when no item is left
-        if (!values.left()) break;
-        if (edit.kind == Edit::Kind::colon) continue;
-        if (edit.scale != Edit::same_scale) scale = edit.scale;
-        const int count = 1 + walk.repeat(values.run() - 1);
-        if (!append_values(out, edit, scale, values, count, finite_only)) {
-          out.drop();
-          return false;
-        }
-        values.advance(count);
-        continue;
-      }
+  struct Sink {
+    Output out;
+    Values<const void*> values;
+    bool finite_only;
+
+    bool left() const { return values.left(); }
+    void text(std::string_view characters) { out.put(characters.data(), characters.size()); }
+    void blanks(int count) { out.blanks(count); }
+    void end_record() { out.put('\n'); }
+    bool fields(const Edit& edit, int scale, Walk& walk) {
+      const int count = 1 + walk.repeat(values.run() - 1);
+      if (!append_values(out, edit, scale, values, count, finite_only)) return false;
+      values.advance(count);
+      return true;
     }
-    out.put('\n');
-    out.pass_on();
-    return true;
+  } sink{Output(text), Values(items), finite_only};
+
+  const bool written = walk_output(format, sink);
+  if (written) {
+    sink.out.pass_on();
+  } else {
+    sink.out.drop();
   }
+  return written;
 }
 
 ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items) {

@@ -14,6 +14,7 @@
 #include "textio/findings.h"
 #include "textio/format.h"
 #include "textio/listing.h"
+#include "textio/record_image.h"
 #include "textio/text.h"
 #include "textio/unit.h"
 
@@ -274,23 +275,34 @@ constexpr bool items_fit(const FormatView& format) {
 
 }  // namespace record_detail
 
+namespace record_detail {
+
+// False, with nothing appended, when `finite_only` is set and an item is a NaN or an infinity.
+template <FormatText Text, class... Items>
+bool append_statement(std::string& text, bool finite_only, const Items&... items) {
+  static_assert(items_fit<Items...>(Format<Text>::view));
+  if constexpr (((Fixed<Items>::count > 0) && ...)) {
+    return write_image<Text>(text, finite_only, items...);
+  } else {
+    return format_records(text, Format<Text>::view, describe<const void*>(items...), finite_only);
+  }
+}
+
+}  // namespace record_detail
+
 // Writes one statement: whole records, at the end of the unit. A unit that takes finite numbers only (the
 // store file) stops the run at any other (RunStop, number_not_finite); no record of that statement is written
 // then.
 template <FormatText Text, class... Items>
 void write(Unit& unit, const Items&... items) {
-  static_assert(record_detail::items_fit<Items...>(Format<Text>::view));
-  const auto list = record_detail::describe<const void*>(items...);
-  if (!record_detail::format_records(unit.text, Format<Text>::view, list, unit.finite_only)) {
+  if (!record_detail::append_statement<Text>(unit.text, unit.finite_only, items...)) {
     record_detail::stop_at_number_not_finite();
   }
 }
 
 template <FormatText Text, class... Items>
 void write(Listing& listing, const Items&... items) {
-  static_assert(record_detail::items_fit<Items...>(Format<Text>::view));
-  const auto list = record_detail::describe<const void*>(items...);
-  record_detail::format_records(listing.text, Format<Text>::view, list, false);
+  record_detail::append_statement<Text>(listing.text, false, items...);
   listing.pass_on();
 }
 

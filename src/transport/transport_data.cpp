@@ -55,9 +55,7 @@ bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, 
 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
                  Unit& NFISTO) {
-  constexpr std::size_t pair_record = 61;
   const int NG = gas.size();
-  NFISTO.text.reserve(NFISTO.text.size() + pair_record * fits.DBIN.size());  // most of the block, at once
   const auto single = [&](int i) -> const ConductivityFits& {
     return fits.single[static_cast<std::size_t>(i - 1)];
   };
