@@ -16,15 +16,15 @@ void MXIMAN(Phase phase, const ReactionNames& names, int number, const SpeciesVe
   }
   separators[MAXE - 1] = "->";
 
-  const auto before_last =
-      zip(std::span(cells).first(2 * MAXE - 1), std::span(separators).first(2 * MAXE - 1));
-  const SpeciesName& last = cells[2 * MAXE - 1];
   const auto& [AFAC, TEXP, EXA, VT4, VT5, VT6, IARRH, ISTICK, ICOV, FALL, MARK, MAT, line] = reaction;
   if (phase == Phase::gas) {
-    write<"(' ',I4,3X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(MSGFIL, number, before_last, last, AFAC, TEXP, EXA);
+    write<"(' ',I4,3X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(
+        MSGFIL, number, zip(std::span(cells).first<5>(), std::span(separators).first<5>()), cells[5], AFAC, TEXP,
+        EXA);
   } else {
-    write<"(1X,I4,3X,6(A,A2),/,8X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(MSGFIL, number, before_last, last, AFAC,
-                                                                     TEXP, EXA);
+    write<"(1X,I4,3X,6(A,A2),/,8X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(
+        MSGFIL, number, zip(std::span(cells).first<11>(), std::span(separators).first<11>()), cells[11], AFAC,
+        TEXP, EXA);
   }
   if (IARRH == coverage_dependent) {
     write<"(2X,'COV.-DEP. ACTIVATION ENERGY  ',14X,3(1PE10.3,2X))">(MSGFIL, VT4, VT5, VT6);

@@ -147,8 +147,12 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
 }
 
 void save_file(const std::string& name, std::string_view text) {
-  Descriptor file(name, O_WRONLY | O_CREAT | O_TRUNC, name);
+  // Over the earlier content, which some file systems do much faster than emptying the file first.
+  Descriptor file(name, O_WRONLY | O_CREAT, name);
   write_all(file.number(), text, name);
+  if (::ftruncate(file.number(), static_cast<off_t>(text.size())) != 0 && errno != EINVAL) {  // EINVAL: a device
+    throw_system_error(errno, name);
+  }
   file.close(name);
 }
 

@@ -43,16 +43,6 @@ struct Item {
 using OutputItem = Item<const void*>;
 using InputItem = Item<void*>;
 
-// Spans of equal length whose values take turns: a1, b1, a2, b2, ...
-template <class... Spans>
-struct Zip {
-  std::tuple<Spans...> spans;
-};
-template <class... Ranges>
-auto zip(Ranges&&... ranges) {
-  return Zip<decltype(std::span(ranges))...>{{std::span(ranges)...}};
-}
-
 // A field of a read statement; number 0: none.
 struct FieldPlace {
   int number = 0;  // in the statement, from 1

@@ -7,6 +7,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 
 #include "textio/format.h"
 #include "textio/number_format.h"
@@ -14,7 +16,19 @@
 
 // Output statements whose number of values is known while the program is compiled. Their records are laid out
 // then, as an image with empty fields; at run time the image is copied and the values are edited into it.
-namespace varpre::record_detail {
+namespace varpre {
+
+// Spans of equal length whose values take turns: a1, b1, a2, b2, ...
+template <class... Spans>
+struct Zip {
+  std::tuple<Spans...> spans;
+};
+template <class... Ranges>
+auto zip(Ranges&&... ranges) {
+  return Zip<decltype(std::span(ranges))...>{{std::span(ranges)...}};
+}
+
+namespace record_detail {
 
 enum class ValueKind : std::uint8_t { integer, real, text };
 
@@ -24,34 +38,41 @@ struct ValueType {
   int length = 0;
 };
 
-// How many values of which type an item holds; 0 of a type that does not tell.
+// How many values an item holds, and of which type its i-th one is; count 0 of an item that does not tell.
 template <class T>
 struct Fixed {
   static constexpr std::size_t count = 0;
-  static constexpr ValueType type{};
+  static constexpr ValueType type(std::size_t) { return {}; }
 };
 template <>
 struct Fixed<int> {
   static constexpr std::size_t count = 1;
-  static constexpr ValueType type{ValueKind::integer};
+  static constexpr ValueType type(std::size_t) { return {ValueKind::integer}; }
 };
 template <>
 struct Fixed<double> {
   static constexpr std::size_t count = 1;
-  static constexpr ValueType type{ValueKind::real};
+  static constexpr ValueType type(std::size_t) { return {ValueKind::real}; }
 };
 template <std::size_t N>
 struct Fixed<Text<N>> {
   static constexpr std::size_t count = 1;
-  static constexpr ValueType type{ValueKind::text, N};
+  static constexpr ValueType type(std::size_t) { return {ValueKind::text, N}; }
 };
 template <class T, std::size_t N>
 struct Fixed<std::array<T, N>> {
   static constexpr std::size_t count = N * Fixed<T>::count;
-  static constexpr ValueType type = Fixed<T>::type;
+  static constexpr ValueType type(std::size_t i) { return Fixed<T>::type(i); }
 };
 template <class T, std::size_t N>
 struct Fixed<std::span<T, N>> : Fixed<std::array<std::remove_const_t<T>, N == std::dynamic_extent ? 0 : N>> {};
+template <class... Spans>
+struct Fixed<Zip<Spans...>> {
+  static constexpr std::size_t count = (Fixed<Spans>::count + ...);
+  static constexpr ValueType type(std::size_t i) {
+    return std::array{Fixed<Spans>::type(0)...}[i % sizeof...(Spans)];
+  }
+};
 
 // Place of a value in the image.
 struct Field {
@@ -113,10 +134,10 @@ class Image {
   static constexpr auto types = [] {
     std::array<ValueType, values> list{};
     [[maybe_unused]] std::size_t at = 0;
-    [[maybe_unused]] const auto add = [&](std::size_t count, ValueType type) {
-      for (std::size_t i = 0; i < count; ++i) list[at++] = type;
+    [[maybe_unused]] const auto add = [&]<class Item>(std::type_identity<Item>) {
+      for (std::size_t i = 0; i < Fixed<Item>::count; ++i) list[at++] = Fixed<Item>::type(i);
     };
-    (add(Fixed<Items>::count, Fixed<Items>::type), ...);
+    (add(std::type_identity<Items>{}), ...);
     return list;
   }();
   static constexpr std::size_t length = [] {
@@ -168,6 +189,13 @@ void edit_into(char* records, const Field*& field, const Range& values) {
   for (const auto& value : values) edit_into(records, field, value);
 }
 
+template <class First, class... Others>
+void edit_into(char* records, const Field*& field, const Zip<First, Others...>& zip) {
+  for (std::size_t i = 0; i < First::extent; ++i) {
+    std::apply([&](const auto&... span) { (edit_into(records, field, span[i]), ...); }, zip.spans);
+  }
+}
+
 inline bool finite(int) {
   return true;
 }
@@ -187,6 +215,11 @@ bool finite(const Range& values) {
   return true;
 }
 
+template <class... Spans>
+bool finite(const Zip<Spans...>& zip) {
+  return std::apply([](const auto&... span) { return (finite(span) && ...); }, zip.spans);
+}
+
 // Appends the records of one output statement. False, with nothing appended, when `finite_only` is set and a
 // value is a NaN or an infinity.
 template <FormatText Text, class... Items>
@@ -200,4 +233,5 @@ bool write_image(std::string& text, bool finite_only, const Items&... items) {
   return true;
 }
 
-}  // namespace varpre::record_detail
+}  // namespace record_detail
+}  // namespace varpre

@@ -110,12 +110,13 @@ int ILDE(std::string_view text, std::string_view DELCH) {
 }
 
 int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place& record) {
-  std::replace(line.begin(), line.end(), ',', ' ');
-  remove_leading_blanks(line);
-  cut_comment(line);
-  const int NL = static_cast<int>(trimmed(view(line)).size());
+  const auto used = line.first(trimmed(view(line)).size());
+  std::replace(used.begin(), used.end(), ',', ' ');
+  remove_leading_blanks(used);
+  cut_comment(used);
+  const int NL = static_cast<int>(trimmed(view(used)).size());
   if (NL > 0 && contains(DELCH, line.front())) stop_at_leading_delimiter(line, DELCH, MSGFIL, record);
-  return squeeze_blanks(line, NL, DELCH);
+  return squeeze_blanks(used, NL, DELCH);
 }
 
 void SYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
