@@ -26,6 +26,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "driver/prefilter.h"
 #include "limit_case.h"
 #include "mechanism/mechanism_reader.h"
 #include "textio/record.h"
@@ -143,6 +144,12 @@ struct Floor {
   double sum() const { return logarithms + digits + bytes + start; }
 };
 
+std::size_t size_of_copy(const Unit& copy) {
+  std::size_t size = 0;
+  copy.for_each_record([&](int, std::string_view) { size += varpre::copied_width + 1; });
+  return size;
+}
+
 Floor measure_floor(const Case& data, const varpre::Files& files, double empty_process) {
   constexpr int repeats = 9;
   constexpr int points = 25;
@@ -150,8 +157,8 @@ Floor measure_floor(const Case& data, const varpre::Files& files, double empty_p
   const std::string& store = files.store.text;
   const auto reals = std::count(store.begin(), store.end(), '.');
   const std::size_t bytes = data.bytes() + store.size() + files.listing.text.size() +
-                            files.conditions_copy.text.size() + files.mechanism_copy.text.size() +
-                            files.thermo_copy.text.size();
+                            size_of_copy(files.conditions_copy) + size_of_copy(files.mechanism_copy) +
+                            size_of_copy(files.thermo_copy);
   std::vector<double> values(4096);
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = 0.1 + 1.7 * static_cast<double>(i);
   const auto value = [&](std::size_t i) { return values[i % values.size()]; };
@@ -182,7 +189,8 @@ Floor measure_floor(const Case& data, const varpre::Files& files, double empty_p
 
 // A case with what the stages read, as far as the run has come when each of them starts.
 struct Prepared {
-  explicit Prepared(const CaseSize& wanted) : size(wanted), data(generate(wanted)), files(in_memory(data)) {
+  explicit Prepared(const CaseSize& wanted) : size(wanted), data(generate(wanted)) {
+    fill(files, data);
     varpre::run(files);  // leaves the filtered copies
     const varpre::SpeciesList list =
         varpre::GENSYM("Gas Phas", files.conditions_copy, listing, species->view(0, varpre::NSMAX));
@@ -196,7 +204,7 @@ struct Prepared {
 
   CaseSize size;
   Case data;
-  varpre::Files files;
+  varpre::Files files = varpre::Files::in_memory();
   Listing listing;
   std::unique_ptr<varpre::Species> species = std::make_unique<varpre::Species>();
   varpre::SpeciesView view;
@@ -235,7 +243,8 @@ std::vector<Stage> stages() {
          return static_cast<double>(std::count(p.files.store.text.begin(), p.files.store.text.end(), '\n'));
        },
        [](Prepared& p) {
-         varpre::Files files = in_memory(p.data);
+         varpre::Files files = varpre::Files::in_memory();
+         fill(files, p.data);
          varpre::run(files);
        },
        with_species},

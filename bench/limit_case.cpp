@@ -212,13 +212,11 @@ Case generate(const CaseSize& size) {
   return {conditions(size), mechanism.text, thermo.text, molecules.text};
 }
 
-varpre::Files in_memory(const Case& data) {
-  varpre::Files files = varpre::Files::in_memory();
+void fill(varpre::Files& files, const Case& data) {
   files.conditions.text = data.INP;
   files.mechanism.text = data.MEC;
   files.thermo.text = data.THERMO;
   files.molecules.text = data.MOLNEW;
-  return files;
 }
 
 }  // namespace varpre_bench

@@ -30,7 +30,7 @@ struct Case {
 // collision partners occur as their efficiencies have room for.
 Case generate(const CaseSize& size);
 
-// The case as the files of a run in memory.
-varpre::Files in_memory(const Case& data);
+// Makes a case the inputs of a run in memory.
+void fill(varpre::Files& files, const Case& data);
 
 }  // namespace varpre_bench

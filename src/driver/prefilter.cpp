@@ -7,12 +7,11 @@
 namespace varpre {
 
 void REMCOM(Unit& input, Unit& copy, Listing& MSGFIL) {
-  copy.begin_copy(input);
-  copy.text.reserve(input.text.size() + input.text.size() / 8);
+  copy.begin_copy(input, copied_width);
   try {
     for (std::string_view line; input.next(line);) {
       if (line.starts_with("****") || line.starts_with("----")) continue;
-      copy.copy(line, copied_width);
+      copy.copy();
     }
   } catch (const std::system_error&) {
     write<"(1H0,5X,'ERROR - DEFECT INPUT ON UNIT ',I3)">(MSGFIL, input.number);

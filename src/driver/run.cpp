@@ -246,10 +246,8 @@ class Sequence {
 };
 
 void open_files(Files& files) {
-  constexpr std::size_t largest_usual_store = 6'000'000;  // address space only, until it is written to
   files.molecules.open();
   files.store.open_for_replacement();
-  files.store.text.reserve(largest_usual_store);
   files.mechanism.open();
   files.conditions.open();
   files.thermo.open();

@@ -14,6 +14,10 @@ struct Files {
   // Units that exist in memory only; fill in the `text` of the inputs before the run.
   static Files in_memory();
 
+  // The copies refer to the units they are made of, which therefore stay where they are.
+  Files(const Files&) = delete;
+  Files& operator=(const Files&) = delete;
+
   Unit molecules;        // 1 MOLNEW: molecular database
   Unit conditions;       // 2 INP
   Unit store;            // 3 fort.3: store file

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <limits>
 #include <new>
 #include <optional>
 #include <poll.h>
@@ -17,29 +18,7 @@ namespace varpre {
 namespace {
 
 constexpr mode_t new_file_mode = 0666;
-
-class Descriptor {
- public:
-  Descriptor(const std::string& path, int flags, const std::string& name)
-      : number_(::open(path.c_str(), flags | O_CLOEXEC, new_file_mode)) {
-    if (number_ < 0) throw_system_error(errno, name);
-  }
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-
-  // Some file systems tell only now that what was written did not find room.
-  void close(const std::string& name) {
-    const int number = std::exchange(number_, -1);
-    if (::close(number) != 0 && errno != EINTR) throw_system_error(errno, name);
-  }
-
- private:
-  int number_;
-};
+constexpr std::size_t largest_input = std::numeric_limits<int>::max();  // so that lines can be counted
 
 // The file a name stands for, links followed, whether the last one exists or not.
 std::string link_target(const std::string& name) {
@@ -99,6 +78,20 @@ class Temporary {
 
 }  // namespace
 
+Descriptor::Descriptor(const std::string& path, int flags, const std::string& name)
+    : number_(::open(path.c_str(), flags | O_CLOEXEC, new_file_mode)) {
+  if (number_ < 0) throw_system_error(errno, name);
+}
+
+Descriptor::~Descriptor() {
+  if (number_ >= 0) ::close(number_);
+}
+
+void Descriptor::close(const std::string& name) {
+  const int number = std::exchange(number_, -1);
+  if (::close(number) != 0 && errno != EINTR) throw_system_error(errno, name);
+}
+
 void throw_system_error(int error, const std::string& name) {
   throw std::system_error(error, std::generic_category(), name);
 }
@@ -119,6 +112,7 @@ std::string load_or_create_file(const std::string& name, int& read_error) {
       const ssize_t count = ::read(file.number(), piece.data(), piece.size());
       if (count > 0) {
         text.append(piece.data(), static_cast<std::size_t>(count));
+        if (text.size() > largest_input) throw_system_error(EFBIG, name);
       } else if (count == 0 || errno != EINTR) {
         read_error = count == 0 ? 0 : errno;
         return text;
@@ -146,14 +140,26 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
   }
 }
 
-void save_file(const std::string& name, std::string_view text) {
-  // Over the earlier content, which some file systems do much faster than emptying the file first.
-  Descriptor file(name, O_WRONLY | O_CREAT, name);
-  write_all(file.number(), text, name);
-  if (::ftruncate(file.number(), static_cast<off_t>(text.size())) != 0 && errno != EINVAL) {  // EINVAL: a device
-    throw_system_error(errno, name);
+// Over the earlier content: some file systems do that much faster than emptying the file first.
+OutputFile::OutputFile(const std::string& name) : name_(name), file_(name, O_WRONLY | O_CREAT, name) {}
+
+void OutputFile::write(std::string_view piece) {
+  write_all(file_.number(), piece, name_);
+  written_ += piece.size();
+}
+
+void OutputFile::finish() {
+  constexpr int not_a_file = EINVAL;  // a device or a pipe
+  if (::ftruncate(file_.number(), static_cast<off_t>(written_)) != 0 && errno != not_a_file) {
+    throw_system_error(errno, name_);
   }
-  file.close(name);
+  file_.close(name_);
+}
+
+void save_file(const std::string& name, std::string_view text) {
+  OutputFile file(name);
+  file.write(text);
+  file.finish();
 }
 
 void prepare_replacement(const std::string& name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -9,10 +10,41 @@ namespace varpre {
 [[noreturn]] void throw_system_error(int error, const std::string& name);
 
 // The bytes of a file; an absent one is created empty. When the file opens but a read fails, `read_error`
-// becomes its errno and what was read before is returned. A directory counts as not opened.
+// becomes its errno and what was read before is returned. A directory counts as not opened, a file of 2 GB or
+// more as too large.
 std::string load_or_create_file(const std::string& name, int& read_error);
 
-// Writes a file, replacing its content.
+// An open file, closed when it goes out of sight.
+class Descriptor {
+ public:
+  // Opens with the flags of open(2); `name` is for the error.
+  Descriptor(const std::string& path, int flags, const std::string& name);
+  ~Descriptor();
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  // Some file systems tell only now that what was written did not find room.
+  void close(const std::string& name);
+
+ private:
+  int number_;
+};
+
+// A file whose content is replaced piece by piece: `finish` cuts off what is left of an earlier, longer one.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& name);
+  void write(std::string_view piece);
+  void finish();
+
+ private:
+  std::string name_;
+  Descriptor file_;
+  std::size_t written_ = 0;
+};
+
+// Writes a file at once.
 void save_file(const std::string& name, std::string_view text);
 
 // Replaces a file in two steps, so that at any moment either the old or the new one is there whole: `prepare`

@@ -20,12 +20,10 @@ using Line = Text<line_length>;
 // Names cut from a line of at most 255 characters, and the delimiter strings behind them: SYMS[k] is followed
 // by DELS[k]; the last name may have none. Both view the line they were cut from.
 struct NameList {
-  static constexpr int most_names = line_length / 2 + 1;  // a character each, and one between two
-
   int NSYM = 0;
   int NDEL = 0;
-  std::array<std::string_view, most_names + 1> SYMS;
-  std::array<std::string_view, most_names + 1> DELS;
+  std::array<std::string_view, line_length + 1> SYMS;
+  std::array<std::string_view, line_length + 1> DELS;
 };
 
 // Lengths that a name and a delimiter string may have.

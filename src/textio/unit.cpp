@@ -1,7 +1,7 @@
 #include "textio/unit.h"
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
 
 #include "textio/file.h"
 
@@ -35,12 +35,28 @@ void Unit::open() {
 }
 
 void Unit::open_for_replacement() {
-  if (storage_ == Storage::disk) prepare_replacement(name);
+  constexpr std::size_t large_file = 6'000'000;  // address space only, until it is written to
+  if (storage_ == Storage::disk) {
+    prepare_replacement(name);
+    text.reserve(large_file);
+  }
   clear();
 }
 
 void Unit::save() const {
-  if (storage_ == Storage::disk) save_file(name, text);
+  if (storage_ != Storage::disk) return;
+  if (source_ == nullptr) return save_file(name, text);
+  constexpr std::size_t piece = 65536;
+  std::string padded;
+  OutputFile file(name);
+  for_each_record([&](int, std::string_view record) {
+    padded.append(record).append(width_ - record.size(), ' ').push_back('\n');
+    if (padded.size() < piece) return;
+    file.write(padded);
+    padded.clear();
+  });
+  file.write(padded);
+  file.finish();
 }
 
 void Unit::replace() const {
@@ -48,69 +64,91 @@ void Unit::replace() const {
 }
 
 bool Unit::next(std::string_view& record) {
-  if (position_ >= text.size()) {
-    if (read_error_ != 0) throw_system_error(read_error_, name);
-    return false;
+  if (advance(cursor_, record)) return true;
+  if (read_error_ != 0) throw_system_error(read_error_, name);
+  return false;
+}
+
+Unit::Cursor Unit::beginning() const {
+  const std::size_t first = first_record(text);
+  return {.position = first, .last = first};
+}
+
+bool Unit::advance(Cursor& cursor, std::string_view& record) const {
+  if (source_ == nullptr) {
+    if (cursor.position >= text.size()) return false;
+    cursor.last = cursor.position;
+    record = line_at(text, cursor.last, cursor.position);
+  } else {
+    if (cursor.record_number == copied_) return false;
+    if (cursor.runs < runs_.size() && runs_[cursor.runs].record == cursor.record_number + 1) {
+      cursor.position = runs_[cursor.runs++].offset;
+    }
+    cursor.last = cursor.position;
+    record = line_at(source_->text, cursor.last, cursor.position).substr(0, width_);
   }
-  last_ = position_;
-  record = line_at(text, last_, position_);
-  ++record_number_;
+  ++cursor.record_number;
   return true;
 }
 
 void Unit::rewind() {
-  position_ = last_ = source_ == nullptr ? first_record(text) : 0;  // a copy holds no mark of its own
-  record_number_ = 0;
+  cursor_ = beginning();
 }
 
 void Unit::step_back() {
-  if (position_ == last_) return;
-  position_ = last_;
-  --record_number_;
+  if (cursor_.position == cursor_.last) return;
+  cursor_.position = cursor_.last;
+  if (cursor_.runs > 0 && runs_[cursor_.runs - 1].record == cursor_.record_number) --cursor_.runs;
+  --cursor_.record_number;
 }
 
 void Unit::clear() {
   text.clear();
   source_ = nullptr;
-  source_lines_.clear();
+  copied_ = 0;
+  runs_.clear();
   cut_records.clear();
   rewind();
 }
 
-void Unit::begin_copy(const Unit& source) {
+void Unit::begin_copy(const Unit& source, std::size_t width) {
   clear();
   source_ = &source;
+  width_ = width;
 }
 
-void Unit::copy(std::string_view record, std::size_t width) {
-  source_lines_.push_back({source_->last_, source_->record_number_});
-  const std::size_t length = std::min(record.size(), width);
-  if (record.find_first_not_of(' ', length) != std::string_view::npos) {
-    cut_records.insert(cut_records.end(), static_cast<int>(source_lines_.size()));
+void Unit::copy() {
+  constexpr int longest_run = 64;  // bounds the way from its first record to any other
+  const Cursor& from = source_->cursor_;
+  ++copied_;
+  const bool follows = !runs_.empty() && copied_ - runs_.back().record < longest_run &&
+                       from.record_number - runs_.back().line == copied_ - runs_.back().record;
+  if (!follows) runs_.push_back({copied_, from.record_number, from.last});
+  if (from.position - from.last <= width_) return;
+  std::size_t after = 0;
+  if (line_at(source_->text, from.last, after).find_first_not_of(' ', width_) != std::string_view::npos) {
+    cut_records.insert(cut_records.end(), copied_);
   }
-  text.append(record.substr(0, length));
-  text.append(width - length, ' ');
-  text.push_back('\n');
 }
 
 Origin Unit::origin(int record) const {
-  if (source_ != nullptr) {
-    if (record == 0) return source_->origin(0);
-    return source_->origin_at(source_lines_[static_cast<std::size_t>(record - 1)]);
-  }
+  if (source_ != nullptr && record == 0) return source_->origin(0);
   if (record == 0) {
     const auto lines =
         std::count(text.begin(), text.end(), '\n') + (text.empty() || text.back() == '\n' ? 0 : 1);
     return {name, std::max(static_cast<int>(lines), 1), {}};
   }
-  std::size_t offset = first_record(text);
-  for (int i = 1; i < record; ++i) line_at(text, offset, offset);
-  return origin_at({offset, record});
-}
-
-Origin Unit::origin_at(const SourceLine& line) const {
+  // The line before which to begin, and how far it is from there.
+  const Unit& file = source_ == nullptr ? *this : *source_;
+  Run run{1, 1, first_record(file.text)};
+  if (source_ != nullptr) {
+    run = *std::prev(std::upper_bound(runs_.begin(), runs_.end(), record,
+                                      [](int wanted, const Run& r) { return wanted < r.record; }));
+  }
+  std::size_t offset = run.offset;
+  for (int i = run.record; i < record; ++i) line_at(file.text, offset, offset);
   std::size_t after = 0;
-  return {name, line.number, line_at(text, line.offset, after)};
+  return {file.name, run.line + record - run.record, line_at(file.text, offset, after)};
 }
 
 }  // namespace varpre

@@ -18,6 +18,9 @@ struct Origin {
 // A numbered channel over one sequential text file, held in memory. Records are lines: each ends at a line
 // feed, a carriage return directly before it and a byte-order mark at the start of the file are not part of
 // any record. Reading and writing take the records in order; writing appends.
+//
+// A unit may be a copy of some lines of another, cut or padded to a width. In memory it holds no text of its
+// own then, only which lines they are, and its records are not padded; those of its file are.
 class Unit {
  public:
   enum class Storage {
@@ -44,7 +47,8 @@ class Unit {
 
   // Writes the records to the file as it stands. Nothing in memory. Throws std::system_error.
   void save() const;
-  // The same through a temporary file that takes the place of the earlier one when it is complete.
+  // The same through a temporary file that takes the place of the earlier one when it is complete; not of a
+  // copy.
   void replace() const;
 
   // The next record, without its line end; valid until the unit is written to. False when no record is left.
@@ -57,12 +61,12 @@ class Unit {
   void clear();
 
   // Number of the record last read, from 1; 0 before the first.
-  int record_number() const { return record_number_; }
+  int record_number() const { return cursor_.record_number; }
 
-  // Makes this unit an empty copy of another; each `copy` appends the record that the other last read, cut or
-  // padded to `width` characters.
-  void begin_copy(const Unit& source);
-  void copy(std::string_view record, std::size_t width);
+  // Makes this unit an empty copy of another, which stays where it is and as it is from now on; each `copy`
+  // appends the record that the other last read.
+  void begin_copy(const Unit& source, std::size_t width);
+  void copy();
 
   // Origin of a record (its number, from 1), through copies back to the file the user wrote; of record 0 the
   // file with the number of its lines.
@@ -71,28 +75,35 @@ class Unit {
   // Visits every record with its number, wherever the unit stands.
   template <class Visit>
   void for_each_record(Visit visit) const {
-    Unit reader;
-    reader.text = text;
-    reader.rewind();
-    for (std::string_view record; reader.next(record);) visit(reader.record_number(), record);
+    Cursor cursor = beginning();
+    for (std::string_view record; advance(cursor, record);) visit(cursor.record_number, record);
   }
 
   std::set<int> cut_records;  // of a copy: records from which text other than blanks was cut off
 
  private:
-  struct SourceLine {
-    std::size_t offset;
-    int number;  // from 1
+  // A stretch of a copy: records that follow each other in the source as well.
+  struct Run {
+    int record;          // the first of them, from 1
+    int line;            // its number in the source
+    std::size_t offset;  // where it stands in the text of the source
   };
-  Origin origin_at(const SourceLine& line) const;
+  struct Cursor {
+    std::size_t position = 0;  // start of the next record
+    std::size_t last = 0;      // start of the record last read
+    int record_number = 0;     // of the record last read
+    std::size_t runs = 0;      // of a copy: runs that have begun
+  };
+  Cursor beginning() const;
+  bool advance(Cursor& cursor, std::string_view& record) const;
 
   Storage storage_ = Storage::memory;
-  int read_error_ = 0;        // errno of a read that failed after what `text` holds
-  std::size_t position_ = 0;  // start of the next record
-  std::size_t last_ = 0;      // start of the record last read
-  int record_number_ = 0;
-  const Unit* source_ = nullptr;          // of a copy
-  std::vector<SourceLine> source_lines_;  // of a copy: where its records stand in the source
+  int read_error_ = 0;  // errno of a read that failed after what `text` holds
+  Cursor cursor_;
+  const Unit* source_ = nullptr;  // of a copy
+  std::size_t width_ = 0;         // of the records of a copy
+  int copied_ = 0;                // records of a copy
+  std::vector<Run> runs_;         // of a copy, in order
 };
 
 }  // namespace varpre

@@ -20,20 +20,22 @@ using Inputs = std::map<std::string, std::string>;
 
 // A run that has ended, with all its files.
 struct FinishedRun {
-  Files files;
-  RunResult result;
+  explicit FinishedRun(const Inputs& inputs) {
+    for (Unit* unit :
+         {&files.conditions, &files.mechanism, &files.thermo, &files.molecules, &files.particles}) {
+      if (const auto input = inputs.find(unit->name); input != inputs.end()) unit->text = input->second;
+    }
+    result = varpre::run(files);
+  }
   const std::string& listing() const { return files.listing.text; }
   const std::string& store() const { return files.store.text; }
+
+  Files files = Files::in_memory();
+  RunResult result;
 };
 
 inline FinishedRun run(const Inputs& inputs) {
-  Files files = Files::in_memory();
-  for (Unit* unit :
-       {&files.conditions, &files.mechanism, &files.thermo, &files.molecules, &files.particles}) {
-    if (const auto input = inputs.find(unit->name); input != inputs.end()) unit->text = input->second;
-  }
-  RunResult result = run(files);
-  return {std::move(files), std::move(result)};
+  return FinishedRun(inputs);
 }
 
 inline const std::filesystem::path test_data = VARPRE_TEST_DATA;
