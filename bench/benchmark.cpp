@@ -28,7 +28,9 @@
 
 #include "driver/prefilter.h"
 #include "limit_case.h"
+#include "mechanism/duplicates.h"
 #include "mechanism/mechanism_reader.h"
+#include "mechanism/reaction_pointers.h"
 #include "textio/record.h"
 #include "thermo/elements.h"
 #include "thermo/species_list.h"
@@ -200,6 +202,14 @@ struct Prepared {
                        varpre::GENSPE(view, files.molecules, listing, molecules, false);
     if (!found || list.NS != size.species) throw std::runtime_error("the generated case is not in order");
     for (const double XMOL : view.XMOL) grams.push_back(1000 * XMOL);
+    if (!read_mechanism()) throw std::runtime_error("the generated mechanism is not in order");
+  }
+
+  bool read_mechanism() {
+    files.mechanism_copy.rewind();
+    Unit store;
+    return varpre::GENMEC(varpre::Phase::gas, view, 0, varpre::ReactionNames(view.SYMB), {},
+                          files.mechanism_copy, listing, store, mechanism);
   }
 
   CaseSize size;
@@ -209,6 +219,7 @@ struct Prepared {
   std::unique_ptr<varpre::Species> species = std::make_unique<varpre::Species>();
   varpre::SpeciesView view;
   varpre::Elements elements;
+  varpre::Mechanism mechanism;
   std::vector<varpre::Molecule> molecules;
   std::vector<double> grams;  // molar masses, g/mol
   varpre::FitGrid grid{[] {
@@ -228,6 +239,9 @@ struct Stage {
 
 double pairs(const Prepared& p) {
   return 0.5 * p.size.species * (p.size.species + 1);
+}
+double reactions(const Prepared& p) {
+  return p.size.reactions;
 }
 double entries(const Prepared& p) {
   return p.size.entries;
@@ -276,16 +290,24 @@ std::vector<Stage> stages() {
          benchmark::DoNotOptimize(store.text.data());
        },
        with_species},
-      {"GENMEC, mechanism", "reaction", [](const Prepared& p) { return double(p.size.reactions); },
+      {"GENMEC, mechanism", "reaction", reactions, [](Prepared& p) { (void)p.read_mechanism(); },
+       with_reactions},
+      {"of it: duplicate search", "reaction", reactions,
        [](Prepared& p) {
-         const varpre::ReactionNames names(p.view.SYMB);
-         varpre::Mechanism mechanism;
+         varpre::Duplicates duplicates(p.size.reactions);
+         const std::span<const varpre::Reaction> all(p.mechanism.reactions);
+         int found = 0;
+         for (std::size_t n = 1; n <= all.size(); ++n) duplicates.add(all.first(n), [&](int) { ++found; });
+         benchmark::DoNotOptimize(found);
+       },
+       with_reactions},
+      {"of it: pointers", "reaction", reactions,
+       [](Prepared& p) {
          Unit store;
-         p.files.mechanism_copy.rewind();
-         if (!varpre::GENMEC(varpre::Phase::gas, p.view, 0, names, {}, p.files.mechanism_copy, p.listing,
-                             store, mechanism)) {
-           throw std::runtime_error("GENMEC failed");
-         }
+         (void)varpre::set_pointers(varpre::Phase::gas, p.size.species, varpre::NRIMAX, p.mechanism,
+                                    p.listing);
+         varpre::write_pointers(p.mechanism, store);
+         benchmark::DoNotOptimize(store.text.data());
        },
        with_reactions},
       {"kernel: a real written", "real", thousand,

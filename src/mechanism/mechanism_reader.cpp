@@ -1,14 +1,14 @@
 #include "mechanism/mechanism_reader.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
+#include "mechanism/duplicates.h"
 #include "mechanism/integer_power.h"
 #include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction_line.h"
 #include "mechanism/reaction_listing.h"
+#include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
 #include "textio/record.h"
 #include "textio/scanning.h"
@@ -23,49 +23,6 @@ SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
   std::swap_ranges(vector.begin(), vector.begin() + MAXE, vector.begin() + MAXE);
   return vector;
 }
-
-// Finds the earlier reactions with the same species vector.
-class Duplicates {
- public:
-  explicit Duplicates(int most_reactions)
-      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0),
-        next_(1, 0),
-        last_(1, 0) {}
-
-  // Adds the last of the reactions and visits the numbers of all earlier equal ones in order.
-  template <class Visit>
-  void add(std::span<const Reaction> reactions, Visit visit) {
-    const int number = static_cast<int>(reactions.size());
-    next_.push_back(0);
-    last_.push_back(number);
-    const auto vector_of = [&](int k) -> const SpeciesVector& {
-      return reactions[static_cast<std::size_t>(k - 1)].MAT;
-    };
-    const SpeciesVector& MAT = vector_of(number);
-    const std::size_t mask = first_.size() - 1;
-    std::size_t at = hash(MAT) & mask;
-    while (first_[at] != 0 && vector_of(first_[at]) != MAT) at = (at + 1) & mask;
-    if (first_[at] == 0) {
-      first_[at] = number;
-      return;
-    }
-    for (int k = first_[at]; k != 0; k = next_[static_cast<std::size_t>(k)]) visit(k);
-    int& last = last_[static_cast<std::size_t>(first_[at])];
-    next_[static_cast<std::size_t>(last)] = number;
-    last = number;
-  }
-
- private:
-  static std::size_t hash(const SpeciesVector& MAT) {
-    std::uint64_t h = 0;
-    for (const int number : MAT) h = (h ^ static_cast<std::uint64_t>(number)) * 0x9E3779B97F4A7C15;
-    return static_cast<std::size_t>(h >> 32);
-  }
-
-  std::vector<int> first_;  // hash table of the first reaction with each vector
-  std::vector<int> next_;   // per reaction: the next one with the same vector
-  std::vector<int> last_;   // per first reaction: the last one with its vector
-};
 
 // Reads reactions and generates their reverses.
 class Reader {
@@ -279,46 +236,6 @@ void find_inert_species(Phase phase, const SpeciesView& species, const ReactionN
   }
 }
 
-// The net coefficients of a reaction: species numbers with products less educts, zero ones left out, each
-// once.
-struct NetCoefficients {
-  std::array<std::array<int, 2>, 12> entries{};  // species number, coefficient
-  std::size_t count = 0;
-};
-
-NetCoefficients net_coefficients(Phase phase, const SpeciesVector& MAT) {
-  const int MAXE = most_educts(phase);
-  NetCoefficients net;
-  for (int slot = 0; slot < 2 * MAXE; ++slot) {
-    const int number = MAT[static_cast<std::size_t>(slot)];
-    if (number == 0) continue;
-    const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
-    const auto found = std::find_if(net.entries.begin(), end, [&](const auto& e) { return e[0] == number; });
-    if (found == end) net.entries[net.count++] = {number, 0};
-    (*found)[1] += slot < MAXE ? -1 : +1;
-  }
-  const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
-  net.count = static_cast<std::size_t>(
-      std::remove_if(net.entries.begin(), end, [](const auto& e) { return e[1] == 0; }) -
-      net.entries.begin());
-  return net;
-}
-
-// False, after the message, at a collision partner that stands on one side only.
-bool third_bodies_balance(Phase phase, std::span<const Reaction> reactions, int NS, Listing& MSGFIL) {
-  for (std::size_t r = 0; r < reactions.size(); ++r) {
-    const NetCoefficients net = net_coefficients(phase, reactions[r].MAT);
-    const auto entries = std::span(net.entries).first(net.count);
-    if (std::any_of(entries.begin(), entries.end(), [&](const auto& e) { return e[0] > NS; })) {
-      write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, static_cast<int>(r) + 1);
-      MSGFIL.findings.error(reactions[r].line, "a collision partner stands on one side of the reaction only",
-                            "M, M', ... must stand on both sides equally often");
-      return false;
-    }
-  }
-  return true;
-}
-
 double in_SI_units(Phase phase, const Reaction& reaction, int NS, int NSURF) {
   const auto educts = std::span(reaction.MAT).first(static_cast<std::size_t>(most_educts(phase)));
   const auto count = [&](int first, int last) {
@@ -358,46 +275,6 @@ void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
           NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV, r.VT4, r.VT5, r.VT6);
     }
   }
-}
-
-// The net coefficients by species and then by reaction. False, after the message, when there are more than
-// fit.
-bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, Listing& MSGFIL) {
-  std::vector<std::size_t> next(static_cast<std::size_t>(NS) + 2,
-                                0);  // per species: place of its next triple
-  const auto for_each = [&](auto visit) {
-    for (int r = 1; r <= mechanism.NR(); ++r) {
-      const NetCoefficients net =
-          net_coefficients(phase, mechanism.reactions[static_cast<std::size_t>(r - 1)].MAT);
-      for (const auto& [s, coefficient] : std::span(net.entries).first(net.count)) {
-        if (s <= NS) visit(static_cast<std::size_t>(s), r, coefficient);
-      }
-    }
-  };
-  for_each([&](std::size_t s, int, int) { ++next[s + 1]; });
-  for (std::size_t s = 1; s < next.size(); ++s) next[s] += next[s - 1];
-  const int NRINS = static_cast<int>(next.back());
-  if (NRINS > most_pointers) {
-    write<"(' ',' NRINS( = ',I4,') >  NRIMAX     ',/,'     ----->  CHECK DIMENSION OF NRVEC  ')">(
-        MSGFIL, most_pointers + 1, most_pointers);
-    MSGFIL.findings.error(
-        mechanism.reactions.back().line, message("the mechanism needs ", NRINS, " reaction pointers"),
-        message("there is room for ", most_pointers, ": one per reaction and species in it"));
-    return false;
-  }
-  mechanism.NRVEC.resize(static_cast<std::size_t>(NRINS));
-  for_each([&](std::size_t s, int r, int coefficient) {
-    mechanism.NRVEC[next[s]++] = {static_cast<int>(s), r, coefficient};
-  });
-  return true;
-}
-
-void write_pointers(const Mechanism& mechanism, Unit& NFISTO) {
-  write<"(I5,' REACTION POINTERS   ')">(NFISTO, static_cast<int>(mechanism.NRVEC.size()));
-  write<"(4(2X,3I5))">(NFISTO, std::span(mechanism.NRVEC));
-  write<"(' IREVER',5X,30I2)">(NFISTO, std::span(mechanism.IREVER));
-  const auto NINERT = std::count(mechanism.INERT.begin(), mechanism.INERT.end(), true);
-  write<"(I5,' INERT SPECIES :   ',5(A,1X))">(NFISTO, static_cast<int>(NINERT));
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ void MXIMAN(Phase phase, const ReactionNames& names, int number, const SpeciesVe
   const auto& [AFAC, TEXP, EXA, VT4, VT5, VT6, IARRH, ISTICK, ICOV, FALL, MARK, MAT, line] = reaction;
   if (phase == Phase::gas) {
     write<"(' ',I4,3X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(
-        MSGFIL, number, zip(std::span(cells).first<5>(), std::span(separators).first<5>()), cells[5], AFAC, TEXP,
-        EXA);
+        MSGFIL, number, zip(std::span(cells).first<5>(), std::span(separators).first<5>()), cells[5], AFAC,
+        TEXP, EXA);
   } else {
     write<"(1X,I4,3X,6(A,A2),/,8X,5(A,A2),A,1PE9.2,0PF6.2,-3PF6.1)">(
         MSGFIL, number, zip(std::span(cells).first<11>(), std::span(separators).first<11>()), cells[11], AFAC,

@@ -112,8 +112,8 @@ class Walk {
 };
 
 // Walks a format for output until the items are used up, and has the sink write: text(characters),
-// blanks(count), end_record(), and fields(edit, scale, walk) for the next value, or as many of the same edit as
-// it takes from the walk; false from there ends the statement at once, and here. left(): is there a value?
+// blanks(count), end_record(), and fields(edit, scale, walk) for the next value, or as many of the same edit
+// as it takes from the walk; false from there ends the statement at once, and here. left(): is there a value?
 template <class Sink>
 constexpr bool walk_output(const FormatView& format, Sink& sink) {
   Walk walk(format);
@@ -298,7 +298,9 @@ class Parser {
 
   constexpr void add(Edit edit) { out_.edits[out_.edit_count++] = edit; }
   // The edit added last; at the beginning one that is none.
-  constexpr Edit& last() { return out_.edits[out_.edit_count == 0 ? out_.edits.size() - 1 : out_.edit_count - 1]; }
+  constexpr Edit& last() {
+    return out_.edits[out_.edit_count == 0 ? out_.edits.size() - 1 : out_.edit_count - 1];
+  }
   constexpr void add_literal(std::size_t start) {
     add({.kind = Edit::Kind::literal,
          .width = narrow(static_cast<int>(out_.literal_count - start)),

@@ -11,53 +11,25 @@
 #include <type_traits>
 
 #include "textio/format.h"
+#include "textio/items.h"
 #include "textio/number_format.h"
 #include "textio/text.h"
 
 // Output statements whose number of values is known while the program is compiled. Their records are laid out
 // then, as an image with empty fields; at run time the image is copied and the values are edited into it.
-namespace varpre {
-
-// Spans of equal length whose values take turns: a1, b1, a2, b2, ...
-template <class... Spans>
-struct Zip {
-  std::tuple<Spans...> spans;
-};
-template <class... Ranges>
-auto zip(Ranges&&... ranges) {
-  return Zip<decltype(std::span(ranges))...>{{std::span(ranges)...}};
-}
-
-namespace record_detail {
-
-enum class ValueKind : std::uint8_t { integer, real, text };
+namespace varpre::record_detail {
 
 // A value as its type shows it, with the characters of a text.
 struct ValueType {
-  ValueKind kind = ValueKind::integer;
+  ItemKind kind = ItemKind::integer;
   int length = 0;
 };
 
 // How many values an item holds, and of which type its i-th one is; count 0 of an item that does not tell.
 template <class T>
 struct Fixed {
-  static constexpr std::size_t count = 0;
-  static constexpr ValueType type(std::size_t) { return {}; }
-};
-template <>
-struct Fixed<int> {
-  static constexpr std::size_t count = 1;
-  static constexpr ValueType type(std::size_t) { return {ValueKind::integer}; }
-};
-template <>
-struct Fixed<double> {
-  static constexpr std::size_t count = 1;
-  static constexpr ValueType type(std::size_t) { return {ValueKind::real}; }
-};
-template <std::size_t N>
-struct Fixed<Text<N>> {
-  static constexpr std::size_t count = 1;
-  static constexpr ValueType type(std::size_t) { return {ValueKind::text, N}; }
+  static constexpr std::size_t count = refers_to_values<T> ? 0 : Traits<T>::items;
+  static constexpr ValueType type(std::size_t) { return {Traits<T>::kind, text_length<T>}; }
 };
 template <class T, std::size_t N>
 struct Fixed<std::array<T, N>> {
@@ -65,7 +37,8 @@ struct Fixed<std::array<T, N>> {
   static constexpr ValueType type(std::size_t i) { return Fixed<T>::type(i); }
 };
 template <class T, std::size_t N>
-struct Fixed<std::span<T, N>> : Fixed<std::array<std::remove_const_t<T>, N == std::dynamic_extent ? 0 : N>> {};
+struct Fixed<std::span<T, N>> : Fixed<std::array<std::remove_const_t<T>, N == std::dynamic_extent ? 0 : N>> {
+};
 template <class... Spans>
 struct Fixed<Zip<Spans...>> {
   static constexpr std::size_t count = (Fixed<Spans>::count + ...);
@@ -100,14 +73,13 @@ struct ImageSink {
   constexpr bool fields(const Edit& edit, int scale, Walk&) {
     const ValueType& type = types[value];
     const int width = edit.width > 0 ? edit.width : type.length;  // A takes as many columns as the item holds
-    const bool real = edit.kind == Edit::Kind::fixed || edit.kind == Edit::Kind::exponent;
-    const bool fits = type.kind == ValueKind::real      ? real
-                      : type.kind == ValueKind::integer ? edit.kind == Edit::Kind::integer
-                                                        : edit.kind == Edit::Kind::text;
+    const bool fits = takes(edit, type.kind);
     if (!fields_.empty()) {
-      const int taken = type.kind == ValueKind::text ? std::min(width, type.length) : width;
-      fields_[value] = {length + static_cast<std::size_t>(width - taken), static_cast<std::size_t>(taken),
-                        {edit.width, edit.value, scale}, fits ? edit.kind : Edit::Kind::literal};
+      const int taken = type.kind == ItemKind::text ? std::min(width, type.length) : width;
+      fields_[value] = {length + static_cast<std::size_t>(width - taken),
+                        static_cast<std::size_t>(taken),
+                        {edit.width, edit.value, scale},
+                        fits ? edit.kind : Edit::Kind::literal};
     }
     fill(fits ? ' ' : '*', width);
     blanks(edit.gap);
@@ -184,7 +156,9 @@ void edit_into(char* records, const Field*& field, const Text<N>& value) {
   ++field;
 }
 template <class Range>
-requires requires(const Range& range) { range.begin(); }
+requires requires(const Range& range) {
+  range.begin();
+}
 void edit_into(char* records, const Field*& field, const Range& values) {
   for (const auto& value : values) edit_into(records, field, value);
 }
@@ -207,7 +181,9 @@ bool finite(const Text<N>&) {
   return true;
 }
 template <class Range>
-requires requires(const Range& range) { range.begin(); }
+requires requires(const Range& range) {
+  range.begin();
+}
 bool finite(const Range& values) {
   for (const auto& value : values) {
     if (!finite(value)) return false;
@@ -233,5 +209,4 @@ bool write_image(std::string& text, bool finite_only, const Items&... items) {
   return true;
 }
 
-}  // namespace record_detail
-}  // namespace varpre
+}  // namespace varpre::record_detail

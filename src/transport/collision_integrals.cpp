@@ -132,8 +132,8 @@ struct PointsOnLines {
 };
 
 struct Weighted {
-  PointsOnLines near;                         // the line that dominates
-  PointsOnLines far;                          // the other one
+  PointsOnLines near;                        // the line that dominates
+  PointsOnLines far;                         // the other one
   std::array<double, most_points> distance;  // from the outer end of the near line
 };
 

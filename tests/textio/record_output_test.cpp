@@ -186,6 +186,31 @@ TEST(RecordOutput, ArraysSpansAndZippedSpansGiveTheirValuesInTurn) {
   EXPECT_EQ(written<"(I2,A3,'|')">(counts), " 1***|\n 3\n");  // an integer under A
 }
 
+// Records laid out while compiling, of arrays, against those that the engine makes of spans at run time.
+template <FormatText Text, class First, std::size_t N, class... Others>
+void expect_same_records(const std::array<First, N>& first, const Others&... others) {
+  EXPECT_EQ(written<Text>(first, others...), written<Text>(std::span<const First>(first), others...));
+}
+
+TEST(RecordOutput, RecordsLaidOutWhileCompilingAreTheSame) {
+  constexpr std::array numbers{1.5, -2.25e-7, infinity, 0.0, -99999.5, smallest, 1e100};
+  constexpr std::array integers{7, -999, 10000, std::numeric_limits<int>::min()};
+  constexpr std::array words{Text<8>("H2O"), Text<8>("CH3CHO-X"), Text<8>()};
+  expect_same_records<"(' D(',2I4,')',5(1PE11.4,1X))">(integers);  // two items reach a field for reals
+  expect_same_records<"(' D(',I4,')',5(1PE11.4,1X))">(std::array{1}, numbers);
+  expect_same_records<"(I5,/,3(1X,E12.5,2X),F9.2,-3PF12.1)">(integers, numbers, numbers);
+  expect_same_records<"(2(F8.1,1PE9.2))">(numbers);  // the scale factor lasts beyond its group
+  expect_same_records<"(1P,' p',2(E10.3),0P,F9.1,3X)">(numbers);
+  expect_same_records<"(6(A,A2),:,' behind')">(words, words);
+  expect_same_records<"(A3,1X,A10,' | ',I3)">(words, integers);
+  expect_same_records<"(4(2X,3I5))">(std::array{std::array{1, 2, 3}, std::array{40, 50, 600000}});
+  const std::array codes{Text<2>("+"), Text<2>("->"), Text<2>()};
+  EXPECT_EQ((written<"(1X,2(A,A2),I3)">(zip(std::span(words).first<3>(), std::span(codes).first<3>(),
+                                            std::span(integers).first<3>()))),
+            (written<"(1X,2(A,A2),I3)">(
+                zip(std::span(words).first(3), std::span(codes).first(3), std::span(integers).first(3)))));
+}
+
 TEST(RecordOutput, FreeFormSeparatesAllButTexts) {
   EXPECT_EQ(written_free(), " \n");
   EXPECT_EQ(written_free(std::string_view(" two"), Text<4>("ab"), std::string_view("c")), "  twoab  c\n");
