@@ -15,6 +15,7 @@ struct Files {
   static Files in_memory();
 
   // The copies refer to the units they are made of, which therefore stay where they are.
+  ~Files() = default;
   Files(const Files&) = delete;
   Files& operator=(const Files&) = delete;
 

@@ -125,9 +125,11 @@ RealEdit real_edit(const Edit& edit, int scale) {
 bool append_values(Output& out, const Edit& edit, int scale, const Values<const void*>& values, int count,
                    bool finite_only) {
   const OutputItem& item = values.item();
+  // An integer without value; an array whose values reach a descriptor of another type.
+  const bool asterisks = (item.kind == ItemKind::integer && item.data == nullptr) || !takes(edit, item.kind);
   const char* at = values.value<const char>();
   for (int i = 0; i < count; ++i, at += item.stride) {
-    if (!takes(edit, item.kind)) {  // an array whose values reach a descriptor of another type
+    if (asterisks) {
       out.fill(edit.width, '*');
     } else if (item.kind == ItemKind::real) {
       const double value = value_at<double>(at);
@@ -140,8 +142,6 @@ bool append_values(Output& out, const Edit& edit, int scale, const Values<const 
       }
     } else if (item.kind == ItemKind::text) {
       append_text(out, {at, item.length}, edit.width);
-    } else if (item.data == nullptr) {
-      out.fill(edit.width, '*');
     } else {
       edit_integer(out.extend(edit.width), edit.width, value_at<int>(at));
     }
