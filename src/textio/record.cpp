@@ -165,15 +165,11 @@ class Columns {
 
   int at = 0;  // columns taken so far
 
-  // The next `width` columns.
+  // What stands in the next `width` columns, without those beyond the end of the record.
   std::string_view take(int width) {
     const std::size_t start = std::min(static_cast<std::size_t>(at), record_.size());
-    const auto count = static_cast<std::size_t>(width);
     at += width;
-    if (record_.size() - start >= count) return record_.substr(start, count);
-    padded_.assign(record_.substr(start));
-    padded_.resize(count, ' ');
-    return padded_;
+    return record_.substr(start, static_cast<std::size_t>(width));
   }
 
   bool digit_at(int column) const {
@@ -183,7 +179,6 @@ class Columns {
 
  private:
   std::string_view record_;
-  std::string padded_;
 };
 
 // Watches the columns of a statement for what was hardly meant. Notes the first of each kind.
@@ -227,21 +222,22 @@ class ColumnWatch {
   bool skipped_ = false;  // the last edit skipped columns
 };
 
-void store_text(char* item, std::size_t length, std::string_view field) {
-  if (field.size() >= length) {
-    std::memcpy(item, field.data() + (field.size() - length), length);
-  } else {
-    std::memcpy(item, field.data(), field.size());
-    std::memset(item + field.size(), ' ', length - field.size());
-  }
+// Stores the last `length` columns of a field, of which a narrower one has blanks behind it.
+void store_text(char* item, std::size_t length, std::string_view field, std::size_t width) {
+  if (width > length) field.remove_prefix(std::min(width - length, field.size()));
+  std::memcpy(item, field.data(), field.size());
+  std::memset(item + field.size(), ' ', length - field.size());
 }
 
-// Stores a field in the item in turn; false when its characters do not make a value.
-bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::string_view field,
+// Stores a field in the item in turn, blanks where the record has ended; false when its characters do not
+// make a value.
+bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::string_view field, int width,
                  ColumnWatch& watch) {
   if (!takes(edit, values.item().kind)) return false;
   switch (values.item().kind) {
-    case ItemKind::text: store_text(values.value<char>(), values.item().length, field); return true;
+    case ItemKind::text:
+      store_text(values.value<char>(), values.item().length, field, static_cast<std::size_t>(width));
+      return true;
     case ItemKind::integer:
       if (const auto value = read_integer(field)) {
         *values.value<int>() = *value;
@@ -331,7 +327,7 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
         watch.field_begins(columns, edit, ++field);
         const int width = edit.width > 0 ? edit.width : static_cast<int>(values.item().length);
         const int first_column = columns.at + 1;
-        if (!store_value(values, edit, scale, columns.take(width), watch)) {
+        if (!store_value(values, edit, scale, columns.take(width), width, watch)) {
           result.status = ReadResult::Status::unreadable;
           result.unreadable = {field, unit.record_number(), first_column, width};
           return result;

@@ -52,6 +52,8 @@ TEST(CollisionIntegralsOfAGrid, LeaveTheEdgesOfTheTableToThePlainWay) {
   EXPECT_FALSE(served(1, 2, 2.6));
   EXPECT_FALSE(served(1, 2, std::nan("")));
   EXPECT_FALSE(served(-2, -1, 0));
+  std::vector<double> many(FitGrid::most_points + 1, 1.0);
+  EXPECT_FALSE(collision_integrals(CollisionIntegral::diffusion, many, 0, many));
 }
 
 // Deviations from far below the tolerance to above it: they are only left out where they are no larger.
