@@ -103,6 +103,7 @@ class Sequence {
     separator();
     check(LOK);
     LPRT = IOPT(OUTPUT) == 4;
+    if (IOPT(PLN2D) != 1) NFISTO.begin_to_pass_on();  // else it is edited in the end
   }
 
   void read_gas_species() {

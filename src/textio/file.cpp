@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <limits>
 #include <new>
-#include <optional>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -43,39 +42,6 @@ bool is_device(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-// The temporary file beside a target, new and empty whatever an earlier run left there. Gone when it has not
-// taken the target's place.
-class Temporary {
- public:
-  Temporary(const std::string& target, const std::string& name) : target_(target), name_(name) {
-    if (::unlink(path_.c_str()) != 0 && errno != ENOENT) throw_system_error(errno, path_);
-    file_.emplace(path_, O_WRONLY | O_CREAT | O_EXCL, name_);
-  }
-  ~Temporary() {
-    if (!path_.empty()) ::unlink(path_.c_str());
-  }
-  Temporary(const Temporary&) = delete;
-  Temporary& operator=(const Temporary&) = delete;
-
-  void write(std::string_view text) { write_all(file_->number(), text, name_); }
-  // With the permissions of the earlier file, where there is one.
-  void take_place() {
-    struct stat earlier {};
-    if (::stat(target_.c_str(), &earlier) == 0 && ::fchmod(file_->number(), earlier.st_mode) != 0) {
-      throw_system_error(errno, name_);
-    }
-    file_->close(name_);
-    if (::rename(path_.c_str(), target_.c_str()) != 0) throw_system_error(errno, name_);
-    path_.clear();
-  }
-
- private:
-  const std::string& target_;
-  const std::string& name_;
-  std::string path_ = target_ + ".tmp";
-  std::optional<Descriptor> file_;
-};
-
 }  // namespace
 
 Descriptor::Descriptor(const std::string& path, int flags, const std::string& name)
@@ -103,7 +69,7 @@ std::string load_or_create_file(const std::string& name, int& read_error) {
   const Descriptor file(name, flags, name);
   struct stat status {};
   std::string text;
-  std::array<char, 65536> piece;
+  std::array<char, file_piece> piece;
   try {
     if (::fstat(file.number(), &status) == 0 && status.st_size > 0) {
       text.reserve(static_cast<std::size_t>(status.st_size));
@@ -156,25 +122,35 @@ void OutputFile::finish() {
   file_.close(name_);
 }
 
-void save_file(const std::string& name, std::string_view text) {
-  OutputFile file(name);
-  file.write(text);
-  file.finish();
+Replacement::Replacement(const std::string& name) : name_(name), target_(link_target(name)) {
+  refuse_directory(target_, name_);
+  if (::access(target_.c_str(), W_OK) != 0 && errno != ENOENT) throw_system_error(errno, name_);
+  if (is_device(target_)) {
+    file_.emplace(target_, O_WRONLY, name_);
+    return;
+  }
+  const std::string temporary = target_ + ".tmp";
+  if (::unlink(temporary.c_str()) != 0 && errno != ENOENT) throw_system_error(errno, temporary);
+  file_.emplace(temporary, O_WRONLY | O_CREAT | O_EXCL, name_);
+  temporary_ = temporary;
 }
 
-void prepare_replacement(const std::string& name) {
-  const std::string target = link_target(name);
-  refuse_directory(target, name);
-  if (::access(target.c_str(), W_OK) != 0 && errno != ENOENT) throw_system_error(errno, name);
-  if (!is_device(target)) const Temporary proof(target, name);
+Replacement::~Replacement() {
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
 }
 
-void replace_file(const std::string& name, std::string_view text) {
-  const std::string target = link_target(name);
-  if (is_device(target)) return save_file(name, text);
-  Temporary file(target, name);
-  file.write(text);
-  file.take_place();
+void Replacement::write(std::string_view piece) {
+  write_all(file_->number(), piece, name_);
+}
+
+void Replacement::take_place() {
+  struct stat earlier {};
+  const bool replaces = !temporary_.empty() && ::stat(target_.c_str(), &earlier) == 0;
+  if (replaces && ::fchmod(file_->number(), earlier.st_mode) != 0) throw_system_error(errno, name_);
+  file_->close(name_);
+  if (temporary_.empty()) return;
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw_system_error(errno, name_);
+  temporary_.clear();
 }
 
 }  // namespace varpre

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,9 @@
 namespace varpre {
 
 [[noreturn]] void throw_system_error(int error, const std::string& name);
+
+// Files are written in pieces of about this many bytes.
+constexpr std::size_t file_piece = 65536;
 
 // The bytes of a file; an absent one is created empty. When the file opens but a read fails, `read_error`
 // becomes its errno and what was read before is returned. A directory counts as not opened, a file of 2 GB or
@@ -44,15 +48,27 @@ class OutputFile {
   std::size_t written_ = 0;
 };
 
-// Writes a file at once.
-void save_file(const std::string& name, std::string_view text);
+// Takes the place of a file, so that at any moment either the old or the new one is there whole. What is
+// written goes to the temporary file NAME.tmp beside it (beside the file a link points to), whatever an
+// earlier run left there; it is gone when it has not taken its place. A device or a pipe is written as it
+// stands.
+class Replacement {
+ public:
+  explicit Replacement(const std::string& name);
+  ~Replacement();
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
 
-// Replaces a file in two steps, so that at any moment either the old or the new one is there whole: `prepare`
-// proves that the place can be written and leaves nothing there; `replace` fills the temporary file NAME.tmp
-// beside it (beside the file a link points to) and renames it, or removes it when that fails. A device or a
-// pipe is written as it stands.
-void prepare_replacement(const std::string& name);
-void replace_file(const std::string& name, std::string_view text);
+  void write(std::string_view piece);
+  // With the permissions of the earlier file, where there is one.
+  void take_place();
+
+ private:
+  std::string name_;
+  std::string target_;     // links followed
+  std::string temporary_;  // none for a device, nor once it is renamed
+  std::optional<Descriptor> file_;
+};
 
 // Writes all bytes to an open descriptor; `name` is for the error only.
 void write_all(int descriptor, std::string_view text, const std::string& name);

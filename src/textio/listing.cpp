@@ -1,7 +1,5 @@
 #include "textio/listing.h"
 
-#include "textio/file.h"
-
 namespace varpre {
 
 void Listing::flush() {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
+#include "textio/file.h"
 #include "textio/findings.h"
 
 namespace varpre {
@@ -22,13 +22,12 @@ class Listing {
   // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no
   // more.
   void pass_on() {
-    if (text.size() >= piece) flush();
+    if (text.size() >= file_piece) flush();
   }
   // Passes on all records.
   void flush();
 
  private:
-  static constexpr std::size_t piece = 65536;
   int descriptor_;
 };
 

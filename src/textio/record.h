@@ -157,6 +157,7 @@ void write(Unit& unit, const Items&... items) {
   if (!record_detail::append_statement<Text>(unit.text, unit.finite_only, items...)) {
     record_detail::stop_at_number_not_finite();
   }
+  unit.pass_on();
 }
 
 template <FormatText Text, class... Items>

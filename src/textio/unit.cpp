@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "textio/file.h"
-
 namespace varpre {
 namespace {
 
@@ -35,32 +33,39 @@ void Unit::open() {
 }
 
 void Unit::open_for_replacement() {
-  constexpr std::size_t large_file = 6'000'000;  // address space only, until it is written to
-  if (storage_ == Storage::disk) {
-    prepare_replacement(name);
-    text.reserve(large_file);
-  }
+  if (storage_ == Storage::disk) replacement_ = std::make_unique<Replacement>(name);
+  longest_text_ = std::string::npos;
   clear();
+}
+
+void Unit::begin_to_pass_on() {
+  if (replacement_ != nullptr) longest_text_ = file_piece;
+}
+
+void Unit::flush() {
+  replacement_->write(text);
+  text.clear();
+}
+
+void Unit::replace() {
+  if (replacement_ == nullptr) return;
+  flush();
+  replacement_->take_place();
+  replacement_.reset();
 }
 
 void Unit::save() const {
   if (storage_ != Storage::disk) return;
-  if (source_ == nullptr) return save_file(name, text);
-  constexpr std::size_t piece = 65536;
-  std::string padded;
   OutputFile file(name);
+  std::string padded;
   for_each_record([&](int, std::string_view record) {
     padded.append(record).append(width_ - record.size(), ' ').push_back('\n');
-    if (padded.size() < piece) return;
+    if (padded.size() < file_piece) return;
     file.write(padded);
     padded.clear();
   });
   file.write(padded);
   file.finish();
-}
-
-void Unit::replace() const {
-  if (storage_ == Storage::disk) replace_file(name, text);
 }
 
 bool Unit::next(std::string_view& record) {

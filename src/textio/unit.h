@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "textio/file.h"
 
 namespace varpre {
 
@@ -34,22 +37,29 @@ class Unit {
   int number = 0;
   std::string name;
   bool finite_only = false;  // refuse NaN and infinity (record.h)
-  std::string text;          // the records, each with its line end
+  std::string text;          // the records, each with its line end, that were not passed on
 
   // Connects the unit and stands before its first record. On disk: reads the whole file; an absent file is
   // created empty. Throws std::system_error when the file cannot be opened.
   void open();
 
-  // Connects the unit as the output of this run and stands at the beginning of an empty file. On disk: makes
-  // sure that it can be written, but leaves an earlier file as it is until `replace`. Throws
+  // Connects the unit as the output of this run and stands at the beginning of an empty file. On disk: opens
+  // its replacement (file.h), which leaves an earlier file as it is until `replace`. Throws
   // std::system_error.
   void open_for_replacement();
+  // From here on no record written so far or later is read again or changed: the records may leave the memory
+  // while they are written. Nothing in memory.
+  void begin_to_pass_on();
+  // Passes on what has collected once it exceeds a piece. Throws std::system_error.
+  void pass_on() {
+    if (text.size() >= longest_text_) flush();
+  }
+  // Ends the file with the records not passed on yet; it takes the place of the earlier one. Nothing in
+  // memory. Throws std::system_error.
+  void replace();
 
-  // Writes the records to the file as it stands. Nothing in memory. Throws std::system_error.
+  // Writes the records of a copy to its file as it stands. Nothing in memory. Throws std::system_error.
   void save() const;
-  // The same through a temporary file that takes the place of the earlier one when it is complete; not of a
-  // copy.
-  void replace() const;
 
   // The next record, without its line end; valid until the unit is written to. False when no record is left.
   // Throws std::system_error when the file could be opened but not read to its end.
@@ -96,8 +106,11 @@ class Unit {
   };
   Cursor beginning() const;
   bool advance(Cursor& cursor, std::string_view& record) const;
+  void flush();
 
   Storage storage_ = Storage::memory;
+  std::unique_ptr<Replacement> replacement_;  // of an output on disk
+  std::size_t longest_text_ = std::string::npos;
   int read_error_ = 0;  // errno of a read that failed after what `text` holds
   Cursor cursor_;
   const Unit* source_ = nullptr;  // of a copy

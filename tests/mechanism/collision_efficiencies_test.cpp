@@ -32,30 +32,28 @@ std::string rows(const std::array<std::vector<double>, 3>& EFF) {
 }
 
 TEST(CollisionEfficiencies, HoldForSpeciesAndForVibrationalStates) {
-  const Table table("N2(V1) N2 O2(V9) AR N2(V22) H2",
-                    "MECH\nEND\nCOLL\n"
-                    "M'      =N2(V)   +H2      +ar\n"
-                    "            2.000    3.000    0.500\n"
-                    "M''     =O2(V3)\n"
-                    "            4.000\n"
-                    "M'      =H2\n"
-                    "            7.000\n"
-                    "END\nnext\n");
+  Table table("N2(V1) N2 O2(V9) AR N2(V22) H2",
+              "MECH\nEND\nCOLL\n"
+              "M'      =N2(V)   +H2      +ar\n"
+              "            2.000    3.000    0.500\n"
+              "M''     =O2(V3)\n"
+              "            4.000\n"
+              "M'      =H2\n"
+              "            7.000\n"
+              "END\nnext\n");
   EXPECT_TRUE(table.LOK);
   EXPECT_EQ(table.NFISTO.text, rows({{{1, 1, 1, 1, 1, 1}, {2, 0, 0, 0.5, 2, 7}, {0, 0, 4, 0, 0, 0}}}));
   std::string_view record;
-  Unit behind = table.NFIMEC;
-  EXPECT_TRUE(behind.next(record));
+  EXPECT_TRUE(table.NFIMEC.next(record));
   EXPECT_EQ(record, "next");
 }
 
 TEST(CollisionEfficiencies, MayStandInTheConditionsAndStartAt1) {
-  const Table table("H2 O2", "MECH\nEND\n",
-                    "OPTIONS\nEND\ncoll\ntroe\nM''     =O2\n            0.000\nend\n");
+  Table table("H2 O2", "MECH\nEND\n", "OPTIONS\nEND\ncoll\ntroe\nM''     =O2\n            0.000\nend\n");
   EXPECT_TRUE(table.LOK);
   EXPECT_EQ(table.NFISTO.text, rows({{{1, 1}, {1, 1}, {1, 0}}}));
   std::string_view record;
-  EXPECT_FALSE(Unit(table.NFIMEC).next(record));
+  EXPECT_FALSE(table.NFIMEC.next(record));
 }
 
 TEST(CollisionEfficiencies, FifteenSpeciesAreABlock) {

@@ -12,6 +12,8 @@
 #include <system_error>
 #include <vector>
 
+#include "textio/record.h"
+
 namespace varpre {
 namespace {
 
@@ -129,9 +131,6 @@ TEST_F(UnitOnDisk, OpeningReadsTheFileOrCreatesIt) {
   Unit inp = unit("INP");
   inp.open();
   EXPECT_EQ(records_of(inp), (Records{"one", long_text}));
-  inp.text = "shorter\n";
-  inp.save();
-  EXPECT_EQ(content("INP"), "shorter\n");
 
   unit("MEC").open();
   EXPECT_TRUE(fs::is_regular_file(directory / "MEC"));
@@ -147,12 +146,43 @@ TEST_F(UnitOnDisk, ReplacementLeavesTheEarlierFileUntilItIsComplete) {
   store.text = "of no use";
   store.open_for_replacement();
   EXPECT_EQ(store.text, "");
-  EXPECT_FALSE(fs::exists(directory / "fort.3.tmp"));
   store.text = "new\n";
   EXPECT_EQ(content("fort.3"), "earlier\n");
   store.replace();
   EXPECT_EQ(content("fort.3"), "new\n");
   EXPECT_FALSE(fs::exists(directory / "fort.3.tmp"));
+  {
+    Unit given_up = unit("fort.3");
+    given_up.open_for_replacement();
+    given_up.text = "half of the\n";
+  }
+  EXPECT_EQ(content("fort.3"), "new\n");
+  EXPECT_FALSE(fs::exists(directory / "fort.3.tmp"));
+}
+
+TEST_F(UnitOnDisk, RecordsPassOnOnlyAfterTheyMay) {
+  Unit store = unit("fort.3");
+  store.open_for_replacement();
+  std::string written;
+  const auto write_records = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      write<"(I10)">(store, i);
+      written += std::string(10 - std::to_string(i).size(), ' ') + std::to_string(i) + '\n';
+    }
+  };
+  write_records(20000);
+  EXPECT_EQ(store.text, written);
+  store.begin_to_pass_on();
+  write_records(20000);
+  EXPECT_LT(store.text.size(), written.size() / 5);
+  EXPECT_FALSE(fs::exists(directory / "fort.3"));
+  store.replace();
+  EXPECT_EQ(content("fort.3"), written);
+
+  store.open_for_replacement();  // begins anew
+  written.clear();
+  write_records(20000);
+  EXPECT_EQ(store.text, written);
 }
 
 TEST_F(UnitOnDisk, ReplacementFollowsLinks) {
@@ -177,7 +207,6 @@ TEST_F(UnitOnDisk, DirectoriesAreRefused) {
   expect_system_error(EISDIR, name, [&] { unit("INP").open(); });
   expect_system_error(EISDIR, name, [&] { unit("INP").open_for_replacement(); });
   expect_system_error(EISDIR, name, [&] { unit("INP").save(); });
-  expect_system_error(EISDIR, name, [&] { unit("INP").replace(); });
   EXPECT_FALSE(fs::exists(directory / "INP.tmp"));
   expect_system_error(ENOENT, directory / "none/INP", [&] { unit("none/INP").open(); });
   expect_system_error(ENOENT, directory / "none/INP", [&] { unit("none/INP").open_for_replacement(); });
