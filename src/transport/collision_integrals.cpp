@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "textio/record.h"
 #include "transport/collision_tables.h"
@@ -87,24 +88,31 @@ Lines polar_lines(const CollisionTable& table, double DSTAR, std::size_t first, 
   return lines;
 }
 
+// Ends of the first intervals of the brackets; the last bracket goes on to the end of the table.
+constexpr auto ends = [] {
+  std::array<double, temperature_rows - 2> end{};
+  std::copy(rows.begin() + 1, rows.end() - 2, end.begin());
+  end.back() = std::numeric_limits<double>::infinity();
+  return end;
+}();
+
 // Finds brackets without a search: the leading bits of a reduced temperature above 0.1 and up to 100 name a
 // stretch, a thirty-second of a power of two, in which at most one row lies.
 class RowFinder {
  public:
   constexpr RowFinder() {
     for (std::size_t s = 0, i = 0; s < before_.size(); ++s) {
-      while (i < last_bracket && rows[i + 1] < start(s)) ++i;
+      while (ends[i] < start(s)) ++i;
       before_[s] = static_cast<std::uint8_t>(i);
     }
   }
   // As `bracket`.
   std::size_t operator()(double x) const {
     const std::size_t i = before_[(std::bit_cast<std::uint64_t>(x) - first_bits) >> shift];
-    return i + (i < last_bracket && rows[i + 1] < x ? 1 : 0);
+    return i + (ends[i] < x ? 1 : 0);
   }
 
  private:
-  static constexpr std::size_t last_bracket = temperature_rows - 3;
   static constexpr int shift = 52 - 5;
   static constexpr std::uint64_t first_bits = std::bit_cast<std::uint64_t>(0x1p-4);
   static constexpr std::uint64_t end_bits = std::bit_cast<std::uint64_t>(0x1p7);
@@ -118,48 +126,43 @@ class RowFinder {
 };
 constexpr RowFinder row_of;
 
-// Points of one curve on the lines nearest to them: Y + numerator / step.
-struct PointsOnLines {
-  std::array<double, most_points> Y;
-  std::array<double, most_points> numerator;
-  std::array<double, most_points> step;
-
-  void set(std::size_t k, const Lines& lines, std::size_t i, double X) {
-    Y[k] = lines.Y[i];
-    numerator[k] = lines.rise[i] * (X - rows[i]);
-    step[k] = steps[i];
-  }
+// Points between the first two of the three rows of their bracket: on the lines that begin at these rows,
+// Y + numerator / step.
+struct BetweenRows {
+  using Pair = std::array<double, 2>;
+  std::array<Pair, most_points> Y, numerator, step;
+  std::array<double, most_points> from1, from2;  // X - X1, X - X2
 };
 
-struct Weighted {
-  PointsOnLines near;                        // the line that dominates
-  PointsOnLines far;                         // the other one
-  std::array<double, most_points> distance;  // from the outer end of the near line
-};
-
-// The divisions of MXIINT, apart from the search for the lines, so that they are made several at a time.
+// MXIINT before the middle row, apart from the search for the rows, so that several divisions are made at a
+// time. False when a point is not before it.
 VARPRE_WIDE_VECTORS
-void weigh(const Weighted& w, std::span<double> OMEGA) {
+bool weigh(const BetweenRows& r, std::span<double> OMEGA) {
+  std::int64_t beyond = 0;
   for (std::size_t k = 0; k < OMEGA.size(); ++k) {
-    const double near = w.near.Y[k] + w.near.numerator[k] / w.near.step[k];
-    const double far = w.far.Y[k] + w.far.numerator[k] / w.far.step[k];
-    const double W = 0.5 * w.distance[k] / w.near.step[k];
-    OMEGA[k] = (near + W * far) / (1 + W);
+    const double P1 = r.Y[k][0] + r.numerator[k][0] / r.step[k][0];
+    const double P2 = r.Y[k][1] + r.numerator[k][1] / r.step[k][1];
+    const double W = 0.5 * r.from1[k] / r.step[k][0];
+    OMEGA[k] = (P1 + W * P2) / (1 + W);
+    beyond += r.from2[k] < 0 ? 0 : 1;
   }
+  return beyond == 0;
 }
 
-// MXIINT along the lines.
-void interpolate(const Lines& lines, std::span<const double> TSTAR, std::span<double> OMEGA) {
-  Weighted w;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+// MXIINT along the lines; false when a point is on a row or beyond the last but one.
+bool interpolate(const Lines& lines, std::span<const double> TSTAR, std::span<double> OMEGA) {
+  BetweenRows r;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   for (std::size_t k = 0; k < TSTAR.size(); ++k) {
     const double X = TSTAR[k];
     const std::size_t i = row_of(X);
-    const bool first = X < rows[i + 1];
-    w.near.set(k, lines, first ? i : i + 1, X);
-    w.far.set(k, lines, first ? i + 1 : i, X);
-    w.distance[k] = first ? X - rows[i] : rows[i + 2] - X;
+    const double from1 = X - rows[i], from2 = X - rows[i + 1];
+    r.Y[k] = {lines.Y[i], lines.Y[i + 1]};
+    r.numerator[k] = {lines.rise[i] * from1, lines.rise[i + 1] * from2};
+    r.step[k] = {steps[i], steps[i + 1]};
+    r.from1[k] = from1;
+    r.from2[k] = from2;
   }
-  weigh(w, OMEGA);
+  return weigh(r, OMEGA);
 }
 
 }  // namespace
@@ -170,12 +173,11 @@ bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, d
   const bool in_rows = !TSTAR.empty() && TSTAR.front() > 0.1 + 2 * first_row_tolerance && TSTAR.back() <= 100;
   if (!in_rows || !(DSTAR > -dipole_tolerance && DSTAR <= 2.5)) return false;
   if (DSTAR < dipole_tolerance) {
-    interpolate(IOM == CollisionIntegral::diffusion ? nonpolar_diffusion : nonpolar_viscosity, TSTAR, OMEGA);
-  } else {
-    const std::size_t last = row_of(TSTAR.back()) + 2;
-    interpolate(polar_lines(table_of(IOM), DSTAR, row_of(TSTAR.front()), last), TSTAR, OMEGA);
+    return interpolate(IOM == CollisionIntegral::diffusion ? nonpolar_diffusion : nonpolar_viscosity, TSTAR,
+                       OMEGA);
   }
-  return true;
+  const std::size_t last = row_of(TSTAR.back()) + 2;
+  return interpolate(polar_lines(table_of(IOM), DSTAR, row_of(TSTAR.front()), last), TSTAR, OMEGA);
 }
 
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK) {

@@ -19,7 +19,8 @@ double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL
 
 // MXIOME at many reduced temperatures, which increase, with one reduced dipole moment: the same numbers, with
 // the table's columns interpolated once per row and the rows found without a search. False when some point is
-// not between the first and the last row, or the dipole moment out of the domain: MXIOME has the answer then.
+// on a row, before the first or behind the last but one, or the dipole moment out of the domain: MXIOME has
+// the answer then.
 bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
                          std::span<double> OMEGA);
 

@@ -23,8 +23,9 @@ TEST(CollisionIntegralsOfAGrid, AreThoseOfSinglePoints) {
     const double scale = std::pow(10.0, 2.5 * uniform(random) - 1.5);
     std::vector<double> TSTAR;
     for (int k = 2; k <= 26; ++k) TSTAR.push_back(k * scale);
-    for (const float row : TSTERN) {  // the rows themselves, where the interval changes
-      if (i % 3 == 0 && row >= TSTAR.front() && row <= TSTAR.back()) TSTAR.push_back(row);
+    for (const float row : TSTERN) {  // next to the rows, where the interval changes
+      if (i % 3 != 0 || row < TSTAR.front() || row > TSTAR.back()) continue;
+      TSTAR.push_back(std::nextafter(row, i % 4 * 100.0));
     }
     std::sort(TSTAR.begin(), TSTAR.end());
     const double DSTAR = i % 2 == 0 ? special[random() % special.size()] : 2.5 * uniform(random);
@@ -46,13 +47,16 @@ TEST(CollisionIntegralsOfAGrid, LeaveTheEdgesOfTheTableToThePlainWay) {
   const auto served = [&](double from, double to, double DSTAR) {
     return collision_integrals(CollisionIntegral::diffusion, std::array{from, to}, DSTAR, OMEGA);
   };
-  EXPECT_TRUE(served(0.11, 100, 0));
-  EXPECT_FALSE(served(0.1, 1, 0));
-  EXPECT_FALSE(served(1, std::nextafter(100, 101), 0));
-  EXPECT_FALSE(served(1, 2, 2.6));
-  EXPECT_FALSE(served(1, 2, std::nan("")));
-  EXPECT_FALSE(served(-2, -1, 0));
-  std::vector<double> many(FitGrid::most_points + 1, 1.0);
+  EXPECT_TRUE(served(0.11, std::nextafter(75, 0), 0));
+  EXPECT_FALSE(served(0.11, 75, 0));
+  EXPECT_FALSE(served(2, 2.1, 0));
+  EXPECT_FALSE(served(0.1, 1.1, 0));
+  EXPECT_FALSE(served(1.1, std::nextafter(100, 101), 0));
+  EXPECT_TRUE(served(1.1, 2.1, 2.5));
+  EXPECT_FALSE(served(1.1, 2.1, 2.6));
+  EXPECT_FALSE(served(1.1, 2.1, std::nan("")));
+  EXPECT_FALSE(served(-2.1, -1.1, 0));
+  std::vector<double> many(FitGrid::most_points + 1, 1.1);
   EXPECT_FALSE(collision_integrals(CollisionIntegral::diffusion, many, 0, many));
 }
 
