@@ -44,16 +44,16 @@ bool is_device(const std::string& path) {
 
 }  // namespace
 
-Descriptor::Descriptor(const std::string& path, int flags, const std::string& name)
+OpenFile::OpenFile(const std::string& path, int flags, const std::string& name)
     : number_(::open(path.c_str(), flags | O_CLOEXEC, new_file_mode)) {
   if (number_ < 0) throw_system_error(errno, name);
 }
 
-Descriptor::~Descriptor() {
+OpenFile::~OpenFile() {
   if (number_ >= 0) ::close(number_);
 }
 
-void Descriptor::close(const std::string& name) {
+void OpenFile::close(const std::string& name) {
   const int number = std::exchange(number_, -1);
   if (::close(number) != 0 && errno != EINTR) throw_system_error(errno, name);
 }
@@ -66,7 +66,7 @@ std::string load_or_create_file(const std::string& name, int& read_error) {
   refuse_directory(name, name);
   int flags = O_RDONLY;
   if (::access(name.c_str(), F_OK) != 0 && errno == ENOENT) flags = O_RDWR | O_CREAT;
-  const Descriptor file(name, flags, name);
+  const OpenFile file(name, flags, name);
   struct stat status {};
   std::string text;
   std::array<char, file_piece> piece;

@@ -19,13 +19,13 @@ constexpr std::size_t file_piece = 65536;
 std::string load_or_create_file(const std::string& name, int& read_error);
 
 // An open file, closed when it goes out of sight.
-class Descriptor {
+class OpenFile {
  public:
   // Opens with the flags of open(2); `name` is for the error.
-  Descriptor(const std::string& path, int flags, const std::string& name);
-  ~Descriptor();
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+  OpenFile(const std::string& path, int flags, const std::string& name);
+  ~OpenFile();
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
 
   int number() const { return number_; }
   // Some file systems tell only now that what was written did not find room.
@@ -44,7 +44,7 @@ class OutputFile {
 
  private:
   std::string name_;
-  Descriptor file_;
+  OpenFile file_;
   std::size_t written_ = 0;
 };
 
@@ -67,7 +67,7 @@ class Replacement {
   std::string name_;
   std::string target_;     // links followed
   std::string temporary_;  // none for a device, nor once it is renamed
-  std::optional<Descriptor> file_;
+  std::optional<OpenFile> file_;
 };
 
 // Writes all bytes to an open descriptor; `name` is for the error only.
