@@ -8,6 +8,7 @@
 #include <new>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -129,6 +130,7 @@ Replacement::Replacement(const std::string& name) : name_(name), target_(link_ta
     file_.emplace(target_, O_WRONLY, name_);
     return;
   }
+  take_turn();
   const std::string temporary = target_ + ".tmp";
   if (::unlink(temporary.c_str()) != 0 && errno != ENOENT) throw_system_error(errno, temporary);
   file_.emplace(temporary, O_WRONLY | O_CREAT | O_EXCL, name_);
@@ -137,6 +139,17 @@ Replacement::Replacement(const std::string& name) : name_(name), target_(link_ta
 
 Replacement::~Replacement() {
   if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+void Replacement::take_turn() {
+  const std::string directory = std::filesystem::path(target_).parent_path().string();
+  try {
+    turn_.emplace(directory.empty() ? "." : directory, O_RDONLY | O_DIRECTORY, name_);
+  } catch (const std::system_error&) {
+    return;  // a directory that may be written to but not read
+  }
+  while (::flock(turn_->number(), LOCK_EX) != 0 && errno == EINTR) {
+  }
 }
 
 void Replacement::write(std::string_view piece) {

@@ -50,8 +50,8 @@ class OutputFile {
 
 // Takes the place of a file, so that at any moment either the old or the new one is there whole. What is
 // written goes to the temporary file NAME.tmp beside it (beside the file a link points to), whatever an
-// earlier run left there; it is gone when it has not taken its place. A device or a pipe is written as it
-// stands.
+// earlier run left there; it is gone when it has not taken its place. Runs that write to one directory take
+// turns, as that name is the same. A device or a pipe is written as it stands.
 class Replacement {
  public:
   explicit Replacement(const std::string& name);
@@ -64,9 +64,12 @@ class Replacement {
   void take_place();
 
  private:
+  void take_turn();
+
   std::string name_;
-  std::string target_;     // links followed
-  std::string temporary_;  // none for a device, nor once it is renamed
+  std::string target_;            // links followed
+  std::optional<OpenFile> turn_;  // the directory, locked
+  std::string temporary_;         // none for a device, nor once it is renamed
   std::optional<OpenFile> file_;
 };
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 // Formats of the record notation: the text of a format is a template argument, parsed while the program is
-// compiled into a table of edits that one engine (record.cpp) walks for output and for input.
+// compiled into a table of edits. Output walks it with `walk_output`, input in record.cpp.
 namespace varpre {
 
 // One step of a format.
@@ -19,7 +19,7 @@ struct Edit {
     fixed,     // Fw.d
     exponent,  // Ew.d
     text,      // Aw or A
-    scale,     // kP that stands alone
+    scale,     // kP that does not stand directly before a real field
     slash,     // /
     colon,     // :
     open,      // r(
@@ -229,7 +229,7 @@ class Parser {
     switch (letter) {
       case 'X':
         if (count < 1) format_error_width_missing();
-        if (last().takes_item() && last().repeat == 1) {
+        if (last().takes_item() && last().repeat == 1 && last().gap + count <= widest_field) {
           last().gap = narrow(last().gap + count);
         } else {
           add({.kind = Edit::Kind::blanks, .width = narrow(count)});

@@ -129,11 +129,11 @@ bool append_values(Output& out, const Edit& edit, int scale, const Values<const 
   const bool asterisks = (item.kind == ItemKind::integer && item.data == nullptr) || !takes(edit, item.kind);
   const char* at = values.value<const char>();
   for (int i = 0; i < count; ++i, at += item.stride) {
+    if (finite_only && item.kind == ItemKind::real && !std::isfinite(value_at<double>(at))) return false;
     if (asterisks) {
       out.fill(edit.width, '*');
     } else if (item.kind == ItemKind::real) {
       const double value = value_at<double>(at);
-      if (finite_only && !std::isfinite(value)) return false;
       char* const field = out.extend(edit.width);
       if (edit.kind == Edit::Kind::exponent) {
         edit_exponent(field, real_edit(edit, scale), value);

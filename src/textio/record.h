@@ -1,14 +1,12 @@
 #pragma once
 
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 
 #include "textio/findings.h"
@@ -131,10 +129,6 @@ constexpr bool items_fit(const FormatView& format) {
   if (!fit) format_detail::format_error_item_has_no_descriptor_of_its_type();
   return fit;
 }
-
-}  // namespace record_detail
-
-namespace record_detail {
 
 // False, with nothing appended, when `finite_only` is set and an item is a NaN or an infinity.
 template <FormatText Text, class... Items>

@@ -41,7 +41,9 @@ struct Fixed<std::span<T, N>> : Fixed<std::array<std::remove_const_t<T>, N == st
 };
 template <class... Spans>
 struct Fixed<Zip<Spans...>> {
-  static constexpr std::size_t count = (Fixed<Spans>::count + ...);
+  static constexpr bool fixed = ((Fixed<Spans>::count > 0) && ...);
+  static constexpr std::size_t count = fixed ? (Fixed<Spans>::count + ...) : 0;
+  static_assert(((!fixed || Fixed<Spans>::count * sizeof...(Spans) == count) && ...), "one length");
   static constexpr ValueType type(std::size_t i) {
     return std::array{Fixed<Spans>::type(0)...}[i % sizeof...(Spans)];
   }

@@ -33,6 +33,7 @@ void Unit::open() {
 }
 
 void Unit::open_for_replacement() {
+  replacement_.reset();  // it would wait for its own end otherwise
   if (storage_ == Storage::disk) replacement_ = std::make_unique<Replacement>(name);
   longest_text_ = std::string::npos;
   clear();
@@ -69,7 +70,11 @@ void Unit::save() const {
 }
 
 bool Unit::next(std::string_view& record) {
-  if (advance(cursor_, record)) return true;
+  if (advance(cursor_, record)) {
+    // A line cut directly behind a carriage return: in the file of the copy that is part of the line end.
+    if (source_ != nullptr && record.size() == width_ && record.ends_with('\r')) record.remove_suffix(1);
+    return true;
+  }
   if (read_error_ != 0) throw_system_error(read_error_, name);
   return false;
 }

@@ -18,9 +18,10 @@ struct Origin {
   std::string_view text;  // the whole line of the file, uncut
 };
 
-// A numbered channel over one sequential text file, held in memory. Records are lines: each ends at a line
-// feed, a carriage return directly before it and a byte-order mark at the start of the file are not part of
-// any record. Reading and writing take the records in order; writing appends.
+// A numbered channel over one sequential text file. Records are lines: each ends at a line feed, a carriage
+// return directly before it and a byte-order mark at the start of the file are not part of any record.
+// Reading and writing take the records in order; writing appends. Inputs are held in memory whole, outputs as
+// long as somebody may read or change them.
 //
 // A unit may be a copy of some lines of another, cut or padded to a width. In memory it holds no text of its
 // own then, only which lines they are, and its records are not padded; those of its file are.
@@ -73,13 +74,13 @@ class Unit {
   // Number of the record last read, from 1; 0 before the first.
   int record_number() const { return cursor_.record_number; }
 
-  // Makes this unit an empty copy of another, which stays where it is and as it is from now on; each `copy`
+  // Makes this unit an empty copy of an input, which stays where it is and as it is from now on; each `copy`
   // appends the record that the other last read.
   void begin_copy(const Unit& source, std::size_t width);
   void copy();
 
-  // Origin of a record (its number, from 1), through copies back to the file the user wrote; of record 0 the
-  // file with the number of its lines.
+  // Origin of a record (its number, from 1), of a copy in the file the user wrote; of record 0 the file with
+  // the number of its lines.
   Origin origin(int record) const;
 
   // Visits every record with its number, wherever the unit stands.

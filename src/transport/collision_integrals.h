@@ -18,9 +18,9 @@ enum class CollisionIntegral { diffusion = 1, viscosity = 2 };
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK);
 
 // MXIOME at many reduced temperatures, which increase, with one reduced dipole moment: the same numbers, with
-// the table's columns interpolated once per row and the rows found without a search. False when some point is
-// on a row, before the first or behind the last but one, or the dipole moment out of the domain: MXIOME has
-// the answer then.
+// the table's columns interpolated once per row and the rows found without a search. OMEGA is as long as
+// TSTAR. False when some point is on a row, before the first or behind the last but one, when there are more
+// than 64, or the dipole moment is out of the domain: MXIOME has the answer then.
 bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
                          std::span<double> OMEGA);
 

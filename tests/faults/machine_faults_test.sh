@@ -162,6 +162,14 @@ run
 expect_new_store
 [[ $(cat other) == precious ]] || complain "what the temporary name pointed to is overwritten"
 
+begin "several runs in one directory"
+for _ in {1..20}; do
+  "$program" >/dev/null 2>"$work/messages_of_another" &
+  run
+  wait $! || complain "another run ended with status $?: $(cat "$work/messages_of_another")"
+  expect_new_store
+done
+
 begin "a limit on the size of files"
 rm -f fort.1?
 for name in fort.10 fort.11 fort.12; do ln -s /dev/null "$name"; done

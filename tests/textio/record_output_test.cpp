@@ -181,6 +181,7 @@ TEST(RecordOutput, ArraysSpansAndZippedSpansGiveTheirValuesInTurn) {
   EXPECT_EQ(written<"(2(A4,I2,'|'))">(zip(names, counts)), "H2   1|O2   2|\nN2   3|\n");
   EXPECT_EQ(written<"(I2,3(A3,A3,F4.0),I2)">(7, zip(names, std::span(names), std::array{.1, .2, .3}), 8),
             " 7H2 H2   0.O2 O2   0.N2 N2   0. 8\n");
+  EXPECT_EQ(written<"(9I2)">(zip(counts, std::vector{4, 5, 6})), " 1 4 2 5 3 6\n");
   EXPECT_EQ(written<"(4F3.0)">(matrix), " 1. 2. 3. 4.\n");
   EXPECT_EQ(written<"(9I2)">(up_to(2), 5, up_to(0), 6), " 1 2 5 6\n");
   EXPECT_EQ(written<"(I2,A3,'|')">(counts), " 1***|\n 3\n");  // an integer under A
@@ -204,6 +205,7 @@ TEST(RecordOutput, RecordsLaidOutWhileCompilingAreTheSame) {
   expect_same_records<"(6(A,A2),:,' behind')">(words, words);
   expect_same_records<"(A3,1X,A10,' | ',I3)">(words, integers);
   expect_same_records<"(4(2X,3I5))">(std::array{std::array{1, 2, 3}, std::array{40, 50, 600000}});
+  expect_same_records<"(F5.1,300X,300X,300X,300X,'|')">(std::array{1.0});
   const std::array codes{Text<2>("+"), Text<2>("->"), Text<2>()};
   EXPECT_EQ((written<"(1X,2(A,A2),I3)">(zip(std::span(words).first<3>(), std::span(codes).first<3>(),
                                             std::span(integers).first<3>()))),
@@ -220,17 +222,23 @@ TEST(RecordOutput, FreeFormSeparatesAllButTexts) {
 }
 
 TEST(RecordOutput, UnitForFiniteNumbersRefusesTheWholeStatement) {
-  for (const double value : {nan, infinity, -infinity}) {
-    Unit unit;
-    unit.finite_only = true;
-    write<"(' first',F4.1)">(unit, 1.0);
+  Unit unit;
+  unit.finite_only = true;
+  write<"(' first',F4.1)">(unit, 1.0);
+  const auto expect_refusal = [&](auto statement) {
     try {
-      write<"(' HL',F4.1,9(200X),/,' HH',2F4.1)">(unit, 1.0, 2.0, value);
-      ADD_FAILURE() << value << " was written";
+      statement();
+      ADD_FAILURE() << unit.text;
     } catch (const RunStop& stop) {
       EXPECT_EQ(stop.ending, RunStop::Ending::number_not_finite);
     }
     EXPECT_EQ(unit.text, " first 1.0\n");
+  };
+  for (const double value : {nan, infinity, -infinity}) {
+    expect_refusal([&] { write<"(' HL',F4.1,9(200X),/,' HH',2F4.1)">(unit, 1.0, 2.0, value); });
+    const std::array values{1.0, value};  // the second one reaches a field for integers
+    expect_refusal([&] { write<"(F6.1,I4)">(unit, values); });
+    expect_refusal([&] { write<"(F6.1,I4)">(unit, std::span<const double>(values)); });
   }
 }
 

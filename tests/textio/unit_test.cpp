@@ -96,6 +96,23 @@ TEST(Unit, CopiesTellWhereTheirRecordsComeFrom) {
   EXPECT_EQ(copy.origin(0).file, "fort.11");
 }
 
+TEST(Unit, CopiesReadAsTheirFilesDo) {
+  Unit source =
+      unit_holding("seven77\r ! cut behind the carriage return\nseven77\r\r\nsix666\r\r\nseven77\r\n");
+  Unit copy(11, "fort.11", Unit::Storage::memory);
+  copy.begin_copy(source, 8);
+  for (std::string_view record; source.next(record);) copy.copy();
+  std::string file;
+  copy.for_each_record([&](int, std::string_view record) {
+    file += std::string(record) + std::string(8 - record.size(), ' ') + '\n';
+  });
+  EXPECT_EQ(file, "seven77\r\nseven77\r\nsix666\r \nseven77 \n");
+  Unit read_back = unit_holding(file);
+  copy.rewind();
+  EXPECT_EQ(records_of(copy), (Records{"seven77", "seven77", "six666\r", "seven77"}));
+  EXPECT_EQ(records_of(read_back), (Records{"seven77", "seven77", "six666\r ", "seven77 "}));
+}
+
 // Each test works in a directory of its own.
 class UnitOnDisk : public testing::Test {
  protected:
