@@ -133,6 +133,19 @@ constexpr auto digit_pairs = [] {
   return pairs;
 }();
 
+// "E-99" to "E+99".
+constexpr auto exponents = [] {
+  std::array<char, 199 * 4> texts{};
+  for (std::size_t i = 0; i < 199; ++i) {
+    const std::size_t magnitude = i < 99 ? 99 - i : i - 99;
+    texts[4 * i] = 'E';
+    texts[4 * i + 1] = i < 99 ? '-' : '+';
+    texts[4 * i + 2] = static_cast<char>('0' + magnitude / 10);
+    texts[4 * i + 3] = static_cast<char>('0' + magnitude % 10);
+  }
+  return texts;
+}();
+
 inline void put_pair(char* at, std::uint32_t below_100) {
   std::memcpy(at, &digit_pairs[2 * std::size_t{below_100}], 2);
 }
@@ -144,6 +157,23 @@ inline void put_digits(char* at, std::uint32_t digits, int count) {
     digits /= 100;
   }
   if (count > 0) *at = static_cast<char>('0' + digits % 10);
+}
+
+// " 0" to "99".
+constexpr auto blank_led_pairs = [] {
+  std::array<char, 200> pairs = digit_pairs;
+  for (std::size_t i = 0; i < 10; ++i) pairs[2 * i] = ' ';
+  return pairs;
+}();
+
+// Iw of at most four digits, for w from 4 to 8.
+inline void quick_edit_integer(char* field, int width, int value) {
+  const auto high = static_cast<std::size_t>(value / 100);
+  const auto low = static_cast<std::size_t>(value % 100);
+  std::memcpy(field, "    ", 4);
+  field += width - 4;
+  std::memcpy(field, high > 0 ? &blank_led_pairs[2 * high] : "  ", 2);
+  std::memcpy(field + 2, (high > 0 ? digit_pairs : blank_led_pairs).data() + 2 * low, 2);
 }
 
 // --- The exact way ---------------------------------------------------------------------------------
@@ -279,17 +309,13 @@ inline bool quick_edit_exponent(char* field, const RealEdit& edit, double value)
   const auto quick = quick_digits(value, d + 1);
   if (!quick) return false;
   const int exponent = value == 0 ? 0 : quick->exponent - 1;
-  const int magnitude = std::abs(exponent);
-  if (magnitude > 99) return false;
+  if (exponent < -99 || exponent > 99) return false;
   if (blanks > 0) fill(field, ' ', blanks);
   *field++ = std::signbit(value) ? '-' : ' ';
   put_digits(field + 1, quick->digits, d + 1);
   field[0] = field[1];
   field[1] = '.';
-  field += d + 2;
-  *field++ = 'E';
-  *field++ = exponent < 0 ? '-' : '+';
-  put_pair(field, static_cast<std::uint32_t>(magnitude));
+  std::memcpy(field + d + 2, &exponents[4 * static_cast<std::size_t>(exponent + 99)], 4);
   return true;
 }
 
@@ -388,6 +414,7 @@ std::optional<double> read_plain_real(std::string_view field) {
 }  // namespace
 
 void edit_integer(char* field, int width, int value) {
+  if (width >= 4 && width <= 8 && value >= 0 && value < 10000) return quick_edit_integer(field, width, value);
   char* at = field + width;
   auto rest = static_cast<unsigned>(value);
   if (value < 0) rest = 0 - rest;
@@ -423,8 +450,7 @@ void edit_fixed(char* field, const RealEdit& edit, double value) {
   copy(field, digits.digit.data() + before, digits.count - before);
 }
 
-void edit_exponent(char* field, const RealEdit& edit, double value) {
-  if (quick_edit_exponent(field, edit, value)) return;
+[[gnu::noinline]] void edit_exponent_exactly(char* field, const RealEdit& edit, double value) {
   if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
   const auto parts = significand(edit);
   if (!parts) return asterisks(field, edit.width);
@@ -450,6 +476,10 @@ void edit_exponent(char* field, const RealEdit& edit, double value) {
   if (magnitude >= 100) *field++ = static_cast<char>('0' + magnitude / 100);
   *field++ = static_cast<char>('0' + magnitude / 10 % 10);
   *field++ = static_cast<char>('0' + magnitude % 10);
+}
+
+void edit_exponent(char* field, const RealEdit& edit, double value) {
+  if (!quick_edit_exponent(field, edit, value)) edit_exponent_exactly(field, edit, value);
 }
 
 std::optional<int> read_integer(std::string_view field) {
