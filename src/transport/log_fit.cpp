@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <stdexcept>
 
 #include "textio/record.h"
@@ -19,6 +20,14 @@ double fitted_logarithm(const FitCoefficients& COEF, const FitGrid& grid, std::s
   double sum = 0;
   for (std::size_t j = 0; j < NDI; ++j) sum += COEF[j] * grid.A[j][k];
   return sum;
+}
+
+VARPRE_WIDE_VECTORS
+bool all_positive_and_finite(std::span<const double> V) {
+  constexpr double largest = std::numeric_limits<double>::max();
+  std::int64_t others = 0;
+  for (const double v : V) others += (v > 0) & (v <= largest) ? 0 : 1;
+  return others == 0;
 }
 
 // Whether every relative deviation E = |V - exp(s)| / V, s the fitted logarithm, is certainly no larger than
@@ -102,7 +111,7 @@ bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, 
 FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL,
                  double tolerance) {
   FitResult fit;
-  if (!std::all_of(V.begin(), V.end(), [](double v) { return v > 0 && std::isfinite(v); })) {
+  if (!all_positive_and_finite(V)) {
     write<"(1X,5X,'VALUE TO FIT IS NOT POSITIVE')">(MSGFIL);
     return fit;
   }
