@@ -50,6 +50,7 @@ using varpre::Unit;
 constexpr CaseSize limit_size;
 constexpr std::array species_steps{50, 100, 200, 300};
 constexpr std::array reaction_steps{500, 1000, 2000, 4000};
+constexpr int measurements = 15;  // of every measurement of a process or of the floor
 
 double median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
@@ -84,9 +85,9 @@ double exponent(const std::vector<double>& sizes, const std::vector<double>& tim
 // --- Whole processes ---------------------------------------------------------------------------------
 
 struct ProcessCost {
-  double wall = 0;    // ms, median
-  double cpu = 0;     // ms of user and system time, median
-  double least = 0;   // ms of user and system time, smallest
+  double wall = 0;    // ms
+  double cpu = 0;     // ms of user and system time
+  double least = 0;   // the same, smallest of several runs
   double memory = 0;  // MB, peak
 };
 
@@ -101,38 +102,42 @@ void write_case(const Case& data, const std::filesystem::path& directory) {
   file("MOLNEW", data.MOLNEW);
 }
 
-ProcessCost measure_process(const std::string& program, const std::filesystem::path& directory, int runs) {
-  std::vector<double> wall;
-  std::vector<double> cpu;
-  ProcessCost cost;
-  for (int run = 0; run < runs; ++run) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addchdir_np(&actions, directory.c_str());
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "listing", O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::string name = program;
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    rusage usage{};
-    int status = 0;
-    wall.push_back(milliseconds(CLOCK_MONOTONIC, [&] {
-      pid_t child = 0;
-      if (posix_spawn(&child, program.c_str(), &actions, nullptr, arguments.data(), environ) != 0 ||
-          wait4(child, &status, 0, &usage) != child || status != 0) {
-        throw std::runtime_error("cannot run " + program);
-      }
-    }));
-    posix_spawn_file_actions_destroy(&actions);
-    const auto ms = [](const timeval& t) {
-      return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_usec) * 1e-3;
-    };
-    cpu.push_back(ms(usage.ru_utime) + ms(usage.ru_stime));
-    cost.memory = std::max(cost.memory, static_cast<double>(usage.ru_maxrss) / 1024);
+ProcessCost run_process(const std::string& program, const std::filesystem::path& directory) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addchdir_np(&actions, directory.c_str());
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "listing", O_WRONLY | O_CREAT | O_TRUNC, 0666);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  std::string name = program;
+  std::array<char*, 2> arguments{name.data(), nullptr};
+  rusage usage{};
+  int status = 0;
+  const double wall = milliseconds(CLOCK_MONOTONIC, [&] {
+    pid_t child = 0;
+    if (posix_spawn(&child, program.c_str(), &actions, nullptr, arguments.data(), environ) != 0 ||
+        wait4(child, &status, 0, &usage) != child || status != 0) {
+      throw std::runtime_error("cannot run " + program);
+    }
+  });
+  posix_spawn_file_actions_destroy(&actions);
+  const auto ms = [](const timeval& t) {
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_usec) * 1e-3;
+  };
+  const double cpu = ms(usage.ru_utime) + ms(usage.ru_stime);
+  return {wall, cpu, cpu, static_cast<double>(usage.ru_maxrss) / 1024};
+}
+
+// Medians of several runs.
+ProcessCost measure_process(const std::string& program, const std::filesystem::path& directory) {
+  std::vector<double> wall, cpu;
+  double memory = 0;
+  for (int i = 0; i < measurements; ++i) {
+    const ProcessCost run = run_process(program, directory);
+    wall.push_back(run.wall);
+    cpu.push_back(run.cpu);
+    memory = std::max(memory, run.memory);
   }
-  cost.wall = median(wall);
-  cost.least = *std::min_element(cpu.begin(), cpu.end());
-  cost.cpu = median(cpu);
-  return cost;
+  return {median(wall), median(cpu), *std::min_element(cpu.begin(), cpu.end()), memory};
 }
 
 // --- The floor ---------------------------------------------------------------------------------------
@@ -152,39 +157,67 @@ std::size_t size_of_copy(const Unit& copy) {
   return size;
 }
 
-Floor measure_floor(const Case& data, const varpre::Files& files, double empty_process) {
-  constexpr int repeats = 9;
-  constexpr int points = 25;
-  const int pairs = limit_size.species * (limit_size.species + 1) / 2;
-  const std::string& store = files.store.text;
-  const auto reals = std::count(store.begin(), store.end(), '.');
-  const std::size_t bytes = data.bytes() + store.size() + files.listing.text.size() +
-                            size_of_copy(files.conditions_copy) + size_of_copy(files.mechanism_copy) +
-                            size_of_copy(files.thermo_copy);
-  std::vector<double> values(4096);
-  for (std::size_t i = 0; i < values.size(); ++i) values[i] = 0.1 + 1.7 * static_cast<double>(i);
-  const auto value = [&](std::size_t i) { return values[i % values.size()]; };
-  std::vector<double> logarithms, digits, copies;
-  const std::string from(bytes, 'x');
-  for (int run = 0; run < repeats; ++run) {
-    logarithms.push_back(milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
-      for (std::size_t i = 0; i < static_cast<std::size_t>(pairs * points); ++i) {
-        benchmark::DoNotOptimize(std::log(std::sqrt(value(i))));
-      }
-    }));
-    digits.push_back(milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
+class FloorMeter {
+ public:
+  FloorMeter(const Case& data, const varpre::Files& files, double empty_process)
+      : reals_(std::count(files.store.text.begin(), files.store.text.end(), '.')),
+        from_(data.bytes() + files.store.text.size() + files.listing.text.size() +
+                  size_of_copy(files.conditions_copy) + size_of_copy(files.mechanism_copy) +
+                  size_of_copy(files.thermo_copy),
+              'x'),
+        empty_process_(empty_process) {
+    for (std::size_t i = 0; i < values_.size(); ++i) values_[i] = 0.1 + 1.7 * static_cast<double>(i);
+  }
+
+  Floor measure() const {
+    constexpr int points = 25;
+    constexpr int pairs = limit_size.species * (limit_size.species + 1) / 2;
+    const auto value = [&](int i) { return values_[static_cast<std::size_t>(i) % values_.size()]; };
+    Floor floor;
+    floor.logarithms = milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
+      for (int i = 0; i < pairs * points; ++i) benchmark::DoNotOptimize(std::log(std::sqrt(value(i))));
+    });
+    floor.digits = milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
       std::array<char, 32> field;
-      for (std::size_t i = 0; i < static_cast<std::size_t>(reals); ++i) {
+      for (int i = 0; i < reals_; ++i) {
         std::to_chars(field.data(), field.data() + field.size(), value(i), std::chars_format::scientific, 4);
         benchmark::DoNotOptimize(field);
       }
-    }));
-    copies.push_back(milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
-      std::string to(from);
+    });
+    floor.bytes = milliseconds(CLOCK_PROCESS_CPUTIME_ID, [&] {
+      std::string to(from_);
       benchmark::DoNotOptimize(to.data());
-    }));
+    });
+    floor.start = empty_process_;
+    return floor;
   }
-  return {median(logarithms), median(digits), median(copies), empty_process};
+
+ private:
+  std::array<double, 4096> values_;
+  std::ptrdiff_t reals_;  // in the store file
+  std::string from_;      // as long as all files together
+  double empty_process_;
+};
+
+// The floor, and how many times as long a run takes: medians of pairs of measurements, one directly after the
+// other, so that both see the machine in the same state.
+struct OverFloor {
+  Floor floor;
+  double ratio = 0;
+};
+
+template <class Run>
+OverFloor compare_with_floor(const FloorMeter& meter, Run cpu_of_run) {
+  std::vector<double> logarithms, digits, bytes, ratios;
+  Floor floor;
+  for (int i = 0; i < measurements; ++i) {
+    floor = meter.measure();
+    ratios.push_back(cpu_of_run() / floor.sum());
+    logarithms.push_back(floor.logarithms);
+    digits.push_back(floor.digits);
+    bytes.push_back(floor.bytes);
+  }
+  return {{median(logarithms), median(digits), median(bytes), floor.start}, median(ratios)};
 }
 
 // --- Stages and kernels in memory --------------------------------------------------------------------
@@ -331,7 +364,7 @@ std::vector<Stage> stages() {
       {"kernel: MXIOME", "call", thousand,
        [](Prepared& p) {
          bool LOK = true;
-         for (int i = 0; i < repeats; ++i) {
+         for (int i = 0; i < measurements; ++i) {
            benchmark::DoNotOptimize(varpre::MXIOME(varpre::CollisionIntegral::diffusion, 0.3 + 0.03 * i,
                                                    i % 4 == 0 ? 0.3 : 0.0, p.listing, LOK));
          }
@@ -392,12 +425,11 @@ std::map<std::string, double> measure_stages(const std::vector<Stage>& all, cons
 // --- The table ---------------------------------------------------------------------------------------
 
 void print_table(const std::string& program, const std::string& empty) {
-  constexpr int runs = 15;
   const auto directory =
       std::filesystem::temp_directory_path() / ("varpre-bench-" + std::to_string(getpid()));
   const auto process = [&](const CaseSize& size) {
     write_case(generate(size), directory);
-    return measure_process(program, directory, runs);
+    return measure_process(program, directory);
   };
   std::vector<CaseSize> by_species, by_reactions;
   for (const int n : species_steps) by_species.push_back({n, 500, n});
@@ -410,12 +442,13 @@ void print_table(const std::string& program, const std::string& empty) {
   const ProcessCost small = process({53, 650, 53});
   const ProcessCost middle = process({100, 1100, 100});
   const ProcessCost limit = process(limit_size);
-  const ProcessCost nothing = measure_process(empty, directory, runs);
-  std::filesystem::remove_all(directory);
+  const ProcessCost nothing = measure_process(empty, directory);
 
   Sizes sizes;
   sizes.push_back(std::make_unique<Prepared>(limit_size));
-  const Floor floor = measure_floor(sizes.front()->data, sizes.front()->files, nothing.cpu);
+  const FloorMeter meter(sizes.front()->data, sizes.front()->files, nothing.cpu);
+  const auto [floor, ratio] = compare_with_floor(meter, [&] { return run_process(program, directory).cpu; });
+  std::filesystem::remove_all(directory);
   for (const auto& size : by_species) sizes.push_back(std::make_unique<Prepared>(size));
   for (const auto& size : by_reactions) sizes.push_back(std::make_unique<Prepared>(size));
   const std::vector<Stage> all = stages();
@@ -450,7 +483,7 @@ void print_table(const std::string& program, const std::string& empty) {
               exponent(numbers(reaction_steps), reaction_times));
   std::printf("floor %.2f ms = roots and logarithms %.2f + digits %.2f + bytes %.2f + start %.2f\n",
               floor.sum(), floor.logarithms, floor.digits, floor.bytes, floor.start);
-  std::printf("limit size over floor: %.2f (cpu)\n\n", limit.cpu / floor.sum());
+  std::printf("limit size over floor: %.2f (cpu, measured in turns)\n\n", ratio);
 
   const double whole = times.at(label(all.front(), *sizes.front()));
   std::printf("%-32s %9s %7s %15s   %s\n", "stage or kernel, limit size", "ms", "share", "ns per item",
