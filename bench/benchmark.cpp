@@ -50,7 +50,7 @@ using varpre::Unit;
 constexpr CaseSize limit_size;
 constexpr std::array species_steps{50, 100, 200, 300};
 constexpr std::array reaction_steps{500, 1000, 2000, 4000};
-constexpr int measurements = 15;  // of every measurement of a process or of the floor
+constexpr int measurements = 15;  // of a process, and of the floor
 
 double median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
@@ -364,7 +364,7 @@ std::vector<Stage> stages() {
       {"kernel: MXIOME", "call", thousand,
        [](Prepared& p) {
          bool LOK = true;
-         for (int i = 0; i < measurements; ++i) {
+         for (int i = 0; i < repeats; ++i) {
            benchmark::DoNotOptimize(varpre::MXIOME(varpre::CollisionIntegral::diffusion, 0.3 + 0.03 * i,
                                                    i % 4 == 0 ? 0.3 : 0.0, p.listing, LOK));
          }
