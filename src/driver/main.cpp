@@ -40,10 +40,12 @@ void ignore_signals_of_failed_writes() {
 // again for the next stage would be cleared once more.
 void keep_freed_memory() {
 #ifdef __GLIBC__
+  // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread only
   constexpr int megabyte = 1 << 20;
   ::mallopt(M_MMAP_THRESHOLD, 32 * megabyte);
   ::mallopt(M_TRIM_THRESHOLD, 256 * megabyte);
   ::mallopt(M_TOP_PAD, megabyte);
+  // NOLINTEND(concurrency-mt-unsafe)
 #endif
 }
 

@@ -170,9 +170,10 @@ constexpr auto blank_led_pairs = [] {
 inline void quick_edit_integer(char* field, int width, int value) {
   const auto high = static_cast<std::size_t>(value / 100);
   const auto low = static_cast<std::size_t>(value % 100);
-  std::memcpy(field, "    ", 4);
+  constexpr std::array two_blanks{' ', ' '};
+  std::memset(field, ' ', 4);
   field += width - 4;
-  std::memcpy(field, high > 0 ? &blank_led_pairs[2 * high] : "  ", 2);
+  std::memcpy(field, high > 0 ? &blank_led_pairs[2 * high] : two_blanks.data(), 2);
   std::memcpy(field + 2, (high > 0 ? digit_pairs : blank_led_pairs).data() + 2 * low, 2);
 }
 
