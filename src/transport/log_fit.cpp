@@ -26,7 +26,7 @@ VARPRE_WIDE_VECTORS
 bool all_positive_and_finite(std::span<const double> V) {
   constexpr double largest = std::numeric_limits<double>::max();
   std::int64_t others = 0;
-  for (const double v : V) others += (v > 0) & (v <= largest) ? 0 : 1;
+  for (const double v : V) others += ((v > 0) & (v <= largest)) ? 0 : 1;
   return others == 0;
 }
 
