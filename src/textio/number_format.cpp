@@ -320,6 +320,35 @@ inline bool quick_edit_exponent(char* field, const RealEdit& edit, double value)
   return true;
 }
 
+// Any other Ew.d; a function of its own, so that the quick way needs no room for so many digits.
+[[gnu::noinline]] void edit_exponent_exactly(char* field, const RealEdit& edit, double value) {
+  if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
+  const auto parts = significand(edit);
+  if (!parts) return asterisks(field, edit.width);
+  const int sign = std::signbit(value) ? 1 : 0;
+  const int length = sign + parts->before + 1 + parts->zeros_after + parts->after + 4;
+  const auto zero = leading_zero_fits(edit.width, length, parts->before == 0);
+  if (!zero) return asterisks(field, edit.width);
+
+  Digits digits;
+  significant_digits(value, parts->before + parts->after, digits);
+  const int exponent = value == 0 ? 0 : digits.exponent - edit.scale;
+  const int magnitude = std::abs(exponent);
+
+  fill(field, ' ', edit.width - length - (*zero ? 1 : 0));
+  fill(field, '-', sign);
+  fill(field, '0', *zero ? 1 : 0);
+  copy(field, digits.digit.data(), parts->before);
+  *field++ = '.';
+  fill(field, '0', parts->zeros_after);
+  copy(field, digits.digit.data() + parts->before, parts->after);
+  if (magnitude < 100) *field++ = 'E';
+  *field++ = exponent < 0 ? '-' : '+';
+  if (magnitude >= 100) *field++ = static_cast<char>('0' + magnitude / 100);
+  *field++ = static_cast<char>('0' + magnitude / 10 % 10);
+  *field++ = static_cast<char>('0' + magnitude % 10);
+}
+
 // A number in the grammar of a real field, blanks left out: mantissa digits, exponent of the last of them.
 struct Scanned {
   bool negative = false;
@@ -449,34 +478,6 @@ void edit_fixed(char* field, const RealEdit& edit, double value) {
   *field++ = '.';
   fill(field, '0', edit.digits - (digits.count - before));
   copy(field, digits.digit.data() + before, digits.count - before);
-}
-
-[[gnu::noinline]] void edit_exponent_exactly(char* field, const RealEdit& edit, double value) {
-  if (!std::isfinite(value)) return edit_not_finite(field, edit.width, value);
-  const auto parts = significand(edit);
-  if (!parts) return asterisks(field, edit.width);
-  const int sign = std::signbit(value) ? 1 : 0;
-  const int length = sign + parts->before + 1 + parts->zeros_after + parts->after + 4;
-  const auto zero = leading_zero_fits(edit.width, length, parts->before == 0);
-  if (!zero) return asterisks(field, edit.width);
-
-  Digits digits;
-  significant_digits(value, parts->before + parts->after, digits);
-  const int exponent = value == 0 ? 0 : digits.exponent - edit.scale;
-  const int magnitude = std::abs(exponent);
-
-  fill(field, ' ', edit.width - length - (*zero ? 1 : 0));
-  fill(field, '-', sign);
-  fill(field, '0', *zero ? 1 : 0);
-  copy(field, digits.digit.data(), parts->before);
-  *field++ = '.';
-  fill(field, '0', parts->zeros_after);
-  copy(field, digits.digit.data() + parts->before, parts->after);
-  if (magnitude < 100) *field++ = 'E';
-  *field++ = exponent < 0 ? '-' : '+';
-  if (magnitude >= 100) *field++ = static_cast<char>('0' + magnitude / 100);
-  *field++ = static_cast<char>('0' + magnitude / 10 % 10);
-  *field++ = static_cast<char>('0' + magnitude % 10);
 }
 
 void edit_exponent(char* field, const RealEdit& edit, double value) {
