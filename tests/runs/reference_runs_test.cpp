@@ -68,6 +68,20 @@ TEST_F(Program, LeavesTheFilesOfARunInItsWorkingDirectory) {
   }
 }
 
+// Records near its beginning are replaced when all others are there: none may have left the memory by then.
+TEST_F(Program, EditsAStoreFileOfManyPieces) {
+  Inputs inputs = load_inputs("runs/ndodecane");
+  std::string& conditions = inputs["INP"];
+  conditions.replace(conditions.find("Output  1"), 9, "Output  1 PLN2D   1");
+  conditions += "2DOPTIONS\nIMPULS  1 STORE   5\nEND\n2DINPUT\nUINI        2.0\nEND\n";
+  for (const auto& [name, text] : inputs) std::ofstream(directory() / name) << text;
+  EXPECT_EQ(exit_status(), 0);
+  const FinishedRun in_memory = run(inputs);
+  EXPECT_GT(in_memory.store().size(), 500'000);
+  EXPECT_NE(in_memory.store().find("\nUINI,VINI,RI2,DIST      2.0000E+00"), std::string::npos);
+  expect_same_lines("fort.3", read_file(directory() / "fort.3"), in_memory.store());
+}
+
 TEST_F(Program, EndsWithStatus2WhenAFileCannotBeOpened) {
   fs::create_directory(directory() / "INP");
   std::ofstream(directory() / "fort.3") << "an earlier run\n";

@@ -89,5 +89,15 @@ TEST(QuickFormat, AgreesBesideDecimalsAndHalfwayCases) {
   for (const double v : {0.0, -0.0, 12345.5, 12346.5, 99999.5, 9.99995, -0.04, 4.9e-324}) expect_all(v);
 }
 
+TEST(QuickFormat, IntegersAgreeInEveryWidth) {
+  for (int width = 1; width <= 12; ++width) {
+    for (int value = -1100; value <= 11000; ++value) {
+      std::string field(static_cast<std::size_t>(width) + 1, '?');
+      edit_integer(field.data(), width, value);
+      ASSERT_EQ(field, right_justified(std::to_string(value), field.size() - 1) + '?');
+    }
+  }
+}
+
 }  // namespace
 }  // namespace varpre
