@@ -31,7 +31,7 @@
 #include "mechanism/duplicates.h"
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/reaction_pointers.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/elements.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"

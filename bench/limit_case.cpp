@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "mechanism/reaction.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/limits.h"
 
 namespace varpre_bench {

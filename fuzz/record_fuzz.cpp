@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/number_format.h"
-#include "textio/record.h"
+#include "textio/record/number_format.h"
+#include "textio/record/record.h"
 
 // The record notation on arbitrary records and numbers. The first byte of an input chooses a format or a
 // descriptor; the rest is the text of the records to be read, or the bits of the numbers to be written.

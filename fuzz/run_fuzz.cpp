@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "driver/run.h"
-#include "textio/number_format.h"
+#include "textio/record/number_format.h"
 
 // Whole runs in memory on arbitrary input files. One input of the fuzzer holds all files of a run: a line
 // that begins with "=== NAME" opens the text of the file NAME; a file without such a line is empty. (cat's

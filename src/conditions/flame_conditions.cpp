@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -86,7 +86,7 @@ bool report(std::string_view keyword, Listing& MSGFIL) {
 }
 
 // Stands behind the heading; false after the message.
-bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+bool find_heading(Input& NFICON, Listing& MSGFIL) {
   std::array<Text<4>, 6> record;
   NFICON.rewind();
   while (read<"(6A4)">(NFICON, record)) {
@@ -99,7 +99,7 @@ bool find_heading(Unit& NFICON, Listing& MSGFIL) {
 }
 
 // Takes the keyword records up to END and checks that the required ones are there; false after the message.
-bool read_conditions(Unit& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines) {
+bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines) {
   std::array<bool, condition_count> given{};
   const Place heading = here(NFICON, 1, 4);
   for (;;) {
@@ -150,7 +150,7 @@ std::optional<int> in_five_columns(std::optional<int> number) {
   return number && *number >= -9999 && *number <= 99999 ? number : std::nullopt;
 }
 
-void write_block(const Values& v, int grid, int grid_K, int geometry, Unit& NFISTO) {
+void write_block(const Values& v, int grid, int grid_K, int geometry, StoreFile& NFISTO) {
   constexpr double unused = 0;
   write<"(I5,' GRIDP.  ',I5)">(NFISTO, grid, grid_K);
   write<"(I5,' GEOMETRY')">(NFISTO, geometry);
@@ -191,7 +191,7 @@ void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Lis
 
 }  // namespace
 
-bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   Values VCOND{};
   Places lines{};
   std::transform(keywords.begin(), keywords.end(), VCOND.begin(),

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "conditions/options.h"
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -11,6 +11,6 @@ namespace varpre {
 //
 // False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
 // no END, one of GE, NG, RI, RO, TE, NT not given, or GE, NG or NGK outside five columns.
-[[nodiscard]] bool INICON(const OptionVector& IOPT, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
+[[nodiscard]] bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

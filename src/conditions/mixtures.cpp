@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
-#include "textio/scanning.h"
+#include "textio/channel/run_stop.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 #include "thermo/thermo_functions.h"
 
@@ -52,7 +52,7 @@ constexpr std::array<Keyword, 10> keywords{{
 }
 
 // Stands behind the heading; false when there is none.
-bool find_heading(std::string_view HEAD, Unit& NFICON) {
+bool find_heading(std::string_view HEAD, Input& NFICON) {
   Text<8> line;
   do {
     if (!read<"(A)">(NFICON, line)) return false;
@@ -62,7 +62,7 @@ bool find_heading(std::string_view HEAD, Unit& NFICON) {
 
 constexpr std::string_view value_columns = "columns 1-8 hold a keyword or a species, columns 10-19 its value";
 
-[[noreturn]] void stop_at_unreadable(const SpeciesName& name, const Unit& NFICON, const ReadResult& result,
+[[noreturn]] void stop_at_unreadable(const SpeciesName& name, const Input& NFICON, const ReadResult& result,
                                      Listing& MSGFIL) {
   write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
   report_unreadable(MSGFIL.findings, NFICON, result, message("the value of ", name));
@@ -71,7 +71,7 @@ constexpr std::string_view value_columns = "columns 1-8 hold a keyword or a spec
 
 // Takes the amount of a species.
 void set_amount(const SpeciesName& name, double value, const ReadResult& result,
-                std::span<const SpeciesName> SYMB, const NameIndex& index, const Unit& NFICON,
+                std::span<const SpeciesName> SYMB, const NameIndex& index, const Input& NFICON,
                 MixtureState& mixture, Listing& MSGFIL) {
   const int number = index.find(name);
   if (number == 0) {
@@ -96,7 +96,7 @@ void set_amount(const SpeciesName& name, double value, const ReadResult& result,
 }
 
 // Reads the value records up to END.
-Given read_values(std::span<const SpeciesName> SYMB, Unit& NFICON, MixtureState& mixture, Listing& MSGFIL) {
+Given read_values(std::span<const SpeciesName> SYMB, Input& NFICON, MixtureState& mixture, Listing& MSGFIL) {
   const NameIndex index(SYMB);
   Given given;
   given.heading = here(NFICON, 1, 8);
@@ -230,7 +230,7 @@ void list_elements(const Elements& elements, std::span<const double> values, Lis
 }  // namespace
 
 void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
-            Unit& NFICON, Listing& MSGFIL, MixtureState& mixture) {
+            Input& NFICON, Listing& MSGFIL, MixtureState& mixture) {
   if (!find_heading(HEAD, NFICON)) {
     write<"(1H ,5X,'WARNING - No composition specified')">(MSGFIL);
     MSGFIL.findings.warning(whole(NFICON),

@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/elements.h"
 #include "thermo/species.h"
 
@@ -38,7 +38,7 @@ struct MixtureState {
 // (RunStop), after its message and, but for a temperature that is not found, "ERROR - Wrong operation of
 // CHICON".
 void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
-            Unit& NFICON, Listing& MSGFIL, MixtureState& mixture);
+            Input& NFICON, Listing& MSGFIL, MixtureState& mixture);
 
 // Lists a mixture under its mixture fraction ZMIX.
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "textio/number_format.h"
+#include "textio/record/number_format.h"
 
 namespace varpre {
 namespace {
@@ -25,7 +25,7 @@ bool fail(Listing& MSGFIL) {
 }
 
 // Lists the title records and stands behind the heading; false after the message.
-bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+bool find_heading(Input& NFICON, Listing& MSGFIL) {
   std::array<Text<8>, 9> record;
   while (read<"(9A8)">(NFICON, record)) {
     const std::string_view word = record[0].first(4);
@@ -57,7 +57,7 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
 }
 
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
-bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
+bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
   const Place heading = here(NFICON, 1, 4);
   bool LOK = true;
   bool readable = true;
@@ -84,7 +84,7 @@ bool read_options(Unit& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& compl
 
 }  // namespace
 
-bool read_option_record(Unit& NFICON, Findings& findings, OptionRecord& record) {
+bool read_option_record(Input& NFICON, Findings& findings, OptionRecord& record) {
   constexpr int field_width = 10;  // name 6, value 3, blank 1
   std::array<Text<6>, fields_per_record> names;
   std::array<Text<3>, fields_per_record> values;
@@ -142,7 +142,7 @@ void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& M
   }
 }
 
-bool GENOPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO, OptionVector& IOPT) {
+bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT) {
   IOPT = {};
   if (!find_heading(NFICON, MSGFIL)) return false;
   bool complete = false;

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string_view>
 
-#include "textio/listing.h"
-#include "textio/record.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
+#include "textio/record/record.h"
 #include "thermo/limits.h"
 
 namespace varpre {
@@ -42,7 +42,7 @@ using OptionRecord = std::array<OptionField, fields_per_record>;
 
 // Reads the seven fields of the next record; false at end of file. Warns of values that run into the next
 // column.
-[[nodiscard]] bool read_option_record(Unit& NFICON, Findings& findings, OptionRecord& record);
+[[nodiscard]] bool read_option_record(Input& NFICON, Findings& findings, OptionRecord& record);
 
 // Reports an option field whose value cannot be read.
 void report_option_value(const OptionField& field, Findings& findings);
@@ -60,6 +60,6 @@ void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& M
 //
 // False, after its message: a wrong heading, an option record that cannot be read, or no END (no block then);
 // an unknown option (the others are taken, listed and written).
-[[nodiscard]] bool GENOPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO, OptionVector& IOPT);
+[[nodiscard]] bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT);
 
 }  // namespace varpre

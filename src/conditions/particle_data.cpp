@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -23,7 +23,7 @@ struct Particles {
 
 // Stands behind the next record that begins with a word of four characters; false, after the finding, when
 // there is none.
-bool find_record(std::string_view word, Unit& NFICON, Findings& findings) {
+bool find_record(std::string_view word, Input& NFICON, Findings& findings) {
   Text<4> record;
   do {
     if (!read<"(A4)">(NFICON, record)) {
@@ -36,7 +36,7 @@ bool find_record(std::string_view word, Unit& NFICON, Findings& findings) {
   return true;
 }
 
-bool read_grid_size(Unit& NFICON, Particles& particles, Findings& findings) {
+bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
   Text<4> word;
   const Place heading = here(NFICON, 1, 4);
   do {
@@ -54,7 +54,7 @@ bool read_grid_size(Unit& NFICON, Particles& particles, Findings& findings) {
   return true;
 }
 
-bool read_names(Unit& NFICON, std::vector<SpeciesName>& names, Findings& findings) {
+bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findings) {
   const Place heading = here(NFICON, 1, 4);
   for (;;) {
     std::array<SpeciesName, 7> record;
@@ -73,7 +73,7 @@ bool read_names(Unit& NFICON, std::vector<SpeciesName>& names, Findings& finding
 }
 
 // Grid size and list of the section, up to the heading of the fractions.
-bool read_section(Unit& NFICON, Particles& particles, Findings& findings) {
+bool read_section(Input& NFICON, Particles& particles, Findings& findings) {
   NFICON.rewind();
   return find_record("PART", NFICON, findings) && read_grid_size(NFICON, particles, findings) &&
          find_record("PASP", NFICON, findings) && read_names(NFICON, particles.names, findings) &&
@@ -81,7 +81,7 @@ bool read_section(Unit& NFICON, Particles& particles, Findings& findings) {
 }
 
 // Takes the fraction records up to END; false, some with a message of their own, at an error.
-bool read_fractions(Unit& NFICON, Listing& MSGFIL, Particles& particles) {
+bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
   const Place heading = here(NFICON, 1, 4);
   particles.XPA.assign(particles.names.size(), 0.0);
   for (;;) {
@@ -136,7 +136,7 @@ bool normalise(std::vector<double>& XPA) {
 
 // Finds a species in the database and copies its data; false, after the finding, when it is not there or
 // cannot be read.
-bool write_species(const SpeciesName& name, Unit& thermliq, Findings& findings, Unit& NFISTO) {
+bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings, StoreFile& NFISTO) {
   SpeciesName record;
   thermliq.rewind();
   do {
@@ -169,7 +169,7 @@ bool write_species(const SpeciesName& name, Unit& thermliq, Findings& findings, 
   return true;
 }
 
-bool write_block(const Particles& particles, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
+bool write_block(const Particles& particles, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
   write<"('>PARTICLE DATA FROM THERMLIQ')">(NFISTO);
   write<"(I5,' GRIDP.  ')">(NFISTO, particles.NRGP);
   write<"(I5,' PARTICLE SPECIES ')">(NFISTO, static_cast<int>(particles.names.size()));
@@ -185,7 +185,7 @@ bool write_block(const Particles& particles, Unit& thermliq, Listing& MSGFIL, Un
   return true;
 }
 
-bool process(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
+bool process(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
   Particles particles;
   if (!read_section(NFICON, particles, MSGFIL.findings)) return false;
   if (static_cast<int>(particles.names.size()) != NPART) {
@@ -212,7 +212,7 @@ bool process(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFI
 
 }  // namespace
 
-bool GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO) {
+bool GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
   thermliq.open();
   write<"('--* PROCESSING PARTICLE DATA')">(MSGFIL);
   const bool complete = process(NPART, NFICON, thermliq, MSGFIL, NFISTO);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -12,6 +12,6 @@ namespace varpre {
 //
 // Every error is reported in the listing and ends the stage; what was appended before it stays.
 // Returns whether the block is complete. Throws std::system_error when the database cannot be opened or read.
-bool GENPART(int NPART, Unit& NFICON, Unit& thermliq, Listing& MSGFIL, Unit& NFISTO);
+bool GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

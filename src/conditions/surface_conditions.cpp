@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -46,7 +46,7 @@ struct Given {
 using Values = std::array<Given, properties.size()>;
 
 // Stands behind the heading; false after the message.
-bool find_heading(Unit& NFICON, Listing& MSGFIL) {
+bool find_heading(Input& NFICON, Listing& MSGFIL) {
   constexpr std::string_view heading = "SURFACE COND";
   Text<72> record;
   NFICON.rewind();
@@ -60,7 +60,7 @@ bool find_heading(Unit& NFICON, Listing& MSGFIL) {
 }
 
 // Takes the keyword records up to END; false after the message.
-bool read_values(Unit& NFICON, const Place& heading, Listing& MSGFIL, Values& values) {
+bool read_values(Input& NFICON, const Place& heading, Listing& MSGFIL, Values& values) {
   for (;;) {
     Text<8> word;
     double value = 0;
@@ -113,7 +113,7 @@ bool given_once(std::size_t i, const Values& values, const Place& heading, Listi
 
 }  // namespace
 
-bool GENCOW(bool counter_flow, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   if (!find_heading(NFICON, MSGFIL)) return false;
   Values values{};
   for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -12,6 +12,6 @@ namespace varpre {
 //
 // False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
 // no END, or a counter flow in which a dimension is not given exactly once.
-[[nodiscard]] bool GENCOW(bool counter_flow, Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
+[[nodiscard]] bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "conditions/options.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -53,7 +53,7 @@ constexpr std::string_view radius_record = "INNER AN";
 constexpr std::ptrdiff_t weight_record =
     6;  // records below the radius record, the last of the flame conditions
 
-bool find_record(std::string_view word, Unit& NFICON) {
+bool find_record(std::string_view word, Input& NFICON) {
   Text<4> record;
   NFICON.rewind();
   do {
@@ -63,7 +63,7 @@ bool find_record(std::string_view word, Unit& NFICON) {
 }
 
 // Reads the option entries up to the END record, its own other entries included; false after the message.
-bool read_entries(Unit& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
+bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
   const Place heading = here(NFICON, 1, 4);
   for (OptionRecord record;;) {
     if (!read_option_record(NFICON, MSGFIL.findings, record)) {
@@ -117,7 +117,7 @@ OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
 }
 
 // Takes the keyword records up to the first other one; false after the message.
-bool read_parameters(Unit& NFICON, Listing& MSGFIL, ParameterValues& values) {
+bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
   const Place heading = here(NFICON, 1, 4);
   for (;;) {
     Text<4> word;
@@ -179,7 +179,7 @@ std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
 
 }  // namespace
 
-bool G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO) {
+bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   if (!find_record("2DOP", NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
     MSGFIL.findings.error(whole(NFICON), "no heading '2DOP' of the two-dimensional options",

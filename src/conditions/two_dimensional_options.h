@@ -1,7 +1,7 @@
 #pragma once
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -12,6 +12,6 @@ namespace varpre {
 //
 // An unknown option is a warning. Every error is reported in the listing and leaves the store file as it was.
 // Returns whether the store file was edited.
-bool G2OPT(Unit& NFICON, Listing& MSGFIL, Unit& NFISTO);
+bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "driver/run.h"
-#include "textio/file.h"
+#include "textio/channel/file.h"
 
 namespace {
 

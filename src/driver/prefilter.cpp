@@ -2,11 +2,11 @@
 
 #include <system_error>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 
-void REMCOM(Unit& input, Unit& copy, Listing& MSGFIL) {
+void REMCOM(Input& input, Unit& copy, Listing& MSGFIL) {
   copy.begin_copy(input, copied_width);
   try {
     for (std::string_view line; input.next(line);) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -13,6 +13,6 @@ constexpr int copied_width = 80;
 // the origin of its records.
 //
 // When the input cannot be read to its end, reports it in the listing and throws on (std::system_error).
-void REMCOM(Unit& input, Unit& copy, Listing& MSGFIL);
+void REMCOM(Input& input, Unit& copy, Listing& MSGFIL);
 
 }  // namespace varpre

@@ -15,8 +15,8 @@
 #include "mechanism/complex_reactions.h"
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
-#include "textio/record.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/record.h"
 #include "thermo/elements.h"
 #include "thermo/headings.h"
 #include "thermo/species_list.h"
@@ -224,12 +224,12 @@ class Sequence {
     if (IOPT(PLN2D) == 1) note_failure(G2OPT(NFICON, MSGFIL, NFISTO), "the two-dimensional options");
   }
 
-  Unit& NFIMOL;
-  Unit& NFISTO;
-  Unit& NFICON;
-  Unit& NFIMEC;
-  Unit& NFITHE;
-  Unit& NFIPAR;
+  Input& NFIMOL;
+  StoreFile& NFISTO;
+  Input& NFICON;
+  Input& NFIMEC;
+  Input& NFITHE;
+  Input& NFIPAR;
   Listing& MSGFIL;
 
   std::string_view stage_;
@@ -254,7 +254,7 @@ void open_files(Files& files) {
   files.thermo.open();
 }
 
-void filter(Unit& input, Unit& copy, Listing& MSGFIL) {
+void filter(Input& input, Unit& copy, Listing& MSGFIL) {
   REMCOM(input, copy, MSGFIL);
   copy.save();
 }

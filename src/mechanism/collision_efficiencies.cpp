@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include "textio/number_format.h"
-#include "textio/record.h"
-#include "textio/run_stop.h"
-#include "textio/scanning.h"
+#include "textio/channel/run_stop.h"
+#include "textio/names/scanning.h"
+#include "textio/record/number_format.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -55,7 +55,7 @@ bool find_section(Unit& unit, bool& troe) {
   return true;
 }
 
-Unit* find_section_in_either(Unit& NFIMEC, Unit& NFICON, bool& troe) {
+Unit* find_section_in_either(Input& NFIMEC, Input& NFICON, bool& troe) {
   if (find_section(NFIMEC, troe)) return &NFIMEC;
   if (find_section(NFICON, troe)) return &NFICON;
   return nullptr;
@@ -209,8 +209,8 @@ bool check_definitions(const Mechanism& mechanism, std::span<const Place> define
 
 }  // namespace
 
-bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC, Unit& NFICON,
-            Listing& MSGFIL, Unit& NFISTO) {
+bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
+            Listing& MSGFIL, StoreFile& NFISTO) {
   const int NCOLL = mechanism.NCOLL;
   if (NCOLL * names.NS() > NEFMAX) {
     write<"('1',5X,'ERROR: collision efficiencies exceed ',I5,' places')">(MSGFIL, NEFMAX);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -17,7 +17,7 @@ namespace varpre {
 // body of the mechanism, more than 15 species in a block, efficiencies that cannot be read, no END, a third
 // body that the mechanism uses but no block defines. Stops the run (RunStop) at a block without "=" behind
 // its name and at what the scanning routines cannot cut.
-[[nodiscard]] bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Unit& NFIMEC, Unit& NFICON,
-                          Listing& MSGFIL, Unit& NFISTO);
+[[nodiscard]] bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC,
+                          Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

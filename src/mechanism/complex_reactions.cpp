@@ -4,9 +4,9 @@
 #include <cmath>
 #include <vector>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
-#include "textio/scanning.h"
+#include "textio/channel/run_stop.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -37,7 +37,7 @@ std::size_t filled_slots(const ComplexReaction& r, std::size_t first) {
 }
 
 // Stands behind the "COMP" record; false when there is none.
-bool find_section(Unit& NFIMEC) {
+bool find_section(Input& NFIMEC) {
   Text<80> record;
   NFIMEC.rewind();
   do {
@@ -47,7 +47,7 @@ bool find_section(Unit& NFIMEC) {
 }
 
 // Reads the two records of a reaction; false, after the finding, when one is missing or cannot be read.
-bool read_reaction(Unit& NFIMEC, ComplexReaction& r, Findings& findings) {
+bool read_reaction(Input& NFIMEC, ComplexReaction& r, Findings& findings) {
   const auto examine = [&](const ReadResult& result, std::string_view side) {
     const auto name_of = [&](int) { return message("a value of the ", side); };
     if (result.end_of_file()) {
@@ -100,7 +100,7 @@ bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findin
   return true;
 }
 
-void write_reaction(const ComplexReaction& r, Unit& NFISTO) {
+void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
   constexpr double per_mole = 1.0E-6F;  // from cm^3 to m^3
   const double ABR = r.ABR * std::pow(per_mole, r.ORD[0] + r.ORD[1] + r.ORD[2] - 1);
   write<"(' STOBR',6X,8(F6.3,1X))">(NFISTO, r.STOBR);
@@ -111,8 +111,8 @@ void write_reaction(const ComplexReaction& r, Unit& NFISTO) {
 
 }  // namespace
 
-bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Unit& NFIMEC, Listing& MSGFIL,
-            Unit& NFISTO) {
+bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
+            Listing& MSGFIL, StoreFile& NFISTO) {
   int NBRUT = 0;
   if (!find_section(NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);

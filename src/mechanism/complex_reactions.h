@@ -2,8 +2,8 @@
 
 #include <span>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -16,7 +16,7 @@ namespace varpre {
 // False, after its message: count or reaction that cannot be read, a reaction without reactants (accepted
 // when `reactants_optional`), an unknown species name. Stops the run (RunStop) with more than MNCRE
 // reactions.
-[[nodiscard]] bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Unit& NFIMEC,
-                          Listing& MSGFIL, Unit& NFISTO);
+[[nodiscard]] bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
+                          Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

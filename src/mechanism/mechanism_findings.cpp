@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
 #include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
 

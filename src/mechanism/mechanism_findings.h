@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "mechanism/reaction.h"
-#include "textio/findings.h"
+#include "textio/findings/findings.h"
 
 // What an expert would notice about the reactions of a mechanism beyond the rules of the listing: warnings
 // only.

@@ -10,8 +10,8 @@
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
-#include "textio/record.h"
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -28,7 +28,7 @@ SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
 class Reader {
  public:
   Reader(Phase phase, const SpeciesView& species, const ReactionNames& names, const MechanismOptions& options,
-         Unit& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
+         Input& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
       : phase_(phase),
         fit_(species.fit),
         balance_(species.elements),
@@ -130,7 +130,7 @@ class Reader {
 };
 
 // Stands behind the heading; echoes the records before it. False, after the message, when there is none.
-bool find_heading(Phase phase, Unit& NFIMEC, Listing& MSGFIL, Text<80>& heading) {
+bool find_heading(Phase phase, Input& NFIMEC, Listing& MSGFIL, Text<80>& heading) {
   const std::string_view word = phase == Phase::gas ? "MECH" : "SURF";
   const int records_before = NFIMEC.record_number();
   for (;;) {
@@ -262,7 +262,7 @@ void report_not_finite(std::span<const Reaction> reactions, Findings& findings) 
   }
 }
 
-void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
+void write_reactions(Phase phase, const Mechanism& mechanism, StoreFile& NFISTO) {
   write<"(I5,' ELEMENTARY REACTIONS')">(NFISTO, mechanism.NR());
   write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
   for (const Reaction& r : mechanism.reactions) {
@@ -280,7 +280,7 @@ void write_reactions(Phase phase, const Mechanism& mechanism, Unit& NFISTO) {
 }  // namespace
 
 bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
-            const MechanismOptions& options, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO,
+            const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
             Mechanism& mechanism) {
   mechanism = {};
   Text<80> heading;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -27,7 +27,7 @@ struct MechanismOptions {
 // than the limit; a collision partner that does not stand on both sides. The block is not begun then, but for
 // the pointers, which follow the reaction records.
 [[nodiscard]] bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
-                          const MechanismOptions& options, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO,
+                          const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
                           Mechanism& mechanism);
 
 }  // namespace varpre

@@ -1,7 +1,7 @@
 #include "mechanism/photo_reactions.h"
 
-#include "textio/record.h"
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -14,7 +14,7 @@ struct PhotoReaction {
 };
 
 // Stands behind the "PHOT" record; false when there is none.
-bool find_section(Unit& NFIMEC) {
+bool find_section(Input& NFIMEC) {
   Text<4> word;
   NFIMEC.rewind();
   do {
@@ -23,7 +23,7 @@ bool find_section(Unit& NFIMEC) {
   return true;
 }
 
-ReadResult read_reaction(Unit& NFIMEC, PhotoReaction& r) {
+ReadResult read_reaction(Input& NFIMEC, PhotoReaction& r) {
   return read<"(A8,3(A1,A8),E10.3)">(NFIMEC, r.reactant, zip(r.separators, r.products), r.rate);
 }
 
@@ -59,7 +59,7 @@ bool resolve_names(std::span<const SpeciesName> SYMB, const NameIndex& index, co
 
 }  // namespace
 
-bool INIPHO(std::span<const SpeciesName> SYMB, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO) {
+bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO) {
   int NPHO = 0;
   if (find_section(NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
     write<"(/,5X,'UNREADABLE NUMBER OF PHOTO REACTIONS')">(MSGFIL);

@@ -2,8 +2,8 @@
 
 #include <span>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -14,6 +14,7 @@ namespace varpre {
 //
 // False, after its message: count or reaction that cannot be read, more than NPMAX reactions, an unknown
 // species, no ">" behind the reactant. The records before that stand in the store file.
-[[nodiscard]] bool INIPHO(std::span<const SpeciesName> SYMB, Unit& NFIMEC, Listing& MSGFIL, Unit& NFISTO);
+[[nodiscard]] bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL,
+                          StoreFile& NFISTO);
 
 }  // namespace varpre

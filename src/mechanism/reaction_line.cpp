@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <optional>
 
-#include "textio/number_format.h"
-#include "textio/record.h"
-#include "textio/run_stop.h"
-#include "textio/scanning.h"
+#include "textio/channel/run_stop.h"
+#include "textio/names/scanning.h"
+#include "textio/record/number_format.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -95,14 +95,14 @@ bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& M
   return list.NSYM <= static_cast<int>(most_names);
 }
 
-ReadResult read_fixed_form(Unit& NFIMEC, Reaction& reaction, Equation& equation) {
+ReadResult read_fixed_form(Input& NFIMEC, Reaction& reaction, Equation& equation) {
   return read<"(5(A8,A1),/,5(A8,A1),E10.3,F7.1,F10.1)">(NFIMEC, zip(equation.names, equation.delimiters),
                                                         reaction.AFAC, reaction.TEXP, reaction.EXA);
 }
 
 // Reports a record that is missing or has an unreadable field; warns of columns that were hardly meant.
 void examine(const ReadResult& result, std::string_view record_name, std::string_view field_name,
-             const Unit& NFIMEC, const Place& line, Findings& findings) {
+             const Input& NFIMEC, const Place& line, Findings& findings) {
   if (result.end_of_file()) {
     findings.error(line, message("the file ends before the ", record_name, " of this reaction"));
   } else if (result.is_unreadable()) {
@@ -113,7 +113,7 @@ void examine(const ReadResult& result, std::string_view record_name, std::string
 }
 
 // "$": activation energy that depends on the coverage of a species of the phase.
-bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction, Findings& findings) {
+bool read_coverage_line(const ReactionNames& names, Input& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   Text<33> species;
   reaction.IARRH = coverage_dependent;
@@ -137,7 +137,7 @@ bool read_coverage_line(const ReactionNames& names, Unit& NFIMEC, Reaction& reac
 }
 
 // "#": two records of falloff parameters.
-bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction, Findings& findings) {
+bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   auto& FALL = reaction.FALL;
   reaction.IARRH = falloff;
@@ -161,7 +161,7 @@ bool read_falloff_lines(Unit& NFIMEC, Reaction& reaction, Findings& findings) {
 }
 
 // "@": the values of a non-Arrhenius rate, taken as they stand.
-bool read_non_arrhenius_line(Unit& NFIMEC, Reaction& reaction, Findings& findings) {
+bool read_non_arrhenius_line(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
   reaction.IARRH = non_arrhenius;
   const ReadResult result =
@@ -171,7 +171,7 @@ bool read_non_arrhenius_line(Unit& NFIMEC, Reaction& reaction, Findings& finding
 }
 
 // The rate-parameter lines behind an equation, if there are any; false after the message.
-bool read_rate_lines(const ReactionNames& names, Unit& NFIMEC, Reaction& reaction, Listing& MSGFIL) {
+bool read_rate_lines(const ReactionNames& names, Input& NFIMEC, Reaction& reaction, Listing& MSGFIL) {
   std::string_view record;
   if (!NFIMEC.next(record)) return true;
   NFIMEC.step_back();
@@ -289,7 +289,7 @@ bool collect(Phase phase, std::span<const int> numbers, const Place& line, Speci
 }
 
 // Reads the equation and its A, b and E (J/mol) in either form; false after the message.
-bool read_equation(const Line& line, bool fixed_form, Unit& NFIMEC, Reaction& reaction, Equation& equation,
+bool read_equation(const Line& line, bool fixed_form, Input& NFIMEC, Reaction& reaction, Equation& equation,
                    Listing& MSGFIL) {
   bool readable = true;
   bool names_fit = true;
@@ -322,7 +322,7 @@ void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
 
 }  // namespace
 
-LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL,
+LineResult INIMIN(Phase phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
                   ReactionLine& line) {
   line = {};
   Line text;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 
@@ -22,6 +22,7 @@ enum class LineResult { reaction, end_of_mechanism, end_of_file, rejected };
 // At end of file the listing has the warning; a rejected reaction has its message and its echo in the
 // listing. Stops the run (RunStop), with its message, at a line without numbers that can be read as E, b and
 // A, a reversible reaction with an @ line, and the errors of the scanning routines.
-LineResult INIMIN(Phase phase, const ReactionNames& names, Unit& NFIMEC, Listing& MSGFIL, ReactionLine& line);
+LineResult INIMIN(Phase phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
+                  ReactionLine& line);
 
 }  // namespace varpre

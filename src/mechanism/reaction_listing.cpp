@@ -1,6 +1,6 @@
 #include "mechanism/reaction_listing.h"
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

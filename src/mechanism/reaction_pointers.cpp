@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -79,7 +79,7 @@ bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, 
   return true;
 }
 
-void write_pointers(const Mechanism& mechanism, Unit& NFISTO) {
+void write_pointers(const Mechanism& mechanism, StoreFile& NFISTO) {
   write<"(I5,' REACTION POINTERS   ')">(NFISTO, static_cast<int>(mechanism.NRVEC.size()));
   write<"(4(2X,3I5))">(NFISTO, std::span(mechanism.NRVEC));
   write<"(' IREVER',5X,30I2)">(NFISTO, std::span(mechanism.IREVER));

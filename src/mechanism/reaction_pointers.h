@@ -3,8 +3,8 @@
 #include <span>
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 
 // The net coefficients of reactions, products less educts: of the collision partners all must be 0, those of
 // the species go to the store file as pointers.
@@ -20,6 +20,6 @@ namespace varpre {
                                 Listing& MSGFIL);
 
 // The records behind the reactions: pointers, pair codes and the number of inert species.
-void write_pointers(const Mechanism& mechanism, Unit& NFISTO);
+void write_pointers(const Mechanism& mechanism, StoreFile& NFISTO);
 
 }  // namespace varpre

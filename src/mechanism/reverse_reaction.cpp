@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "mechanism/integer_power.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {

@@ -3,7 +3,7 @@
 #include <span>
 
 #include "mechanism/reaction.h"
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/record.h"
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -124,7 +124,7 @@ bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
   return true;
 }
 
-void INIMOI(const SpeciesView& species, const Elements& elements, Unit& NFISTO) {
+void INIMOI(const SpeciesView& species, const Elements& elements, StoreFile& NFISTO) {
   write<"(I5,' SPECIES ')">(NFISTO, species.size());
   write<"(I5,'  Elements')">(NFISTO, elements.NE);
   if (species.size() == 0) return;

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -30,6 +30,6 @@ bool is_empty_field(const ElementSymbol& symbol);
 
 // Writes the molar data block of a phase to the store file: counts, names, molar masses, elements, mass
 // fractions (species by species); only the two counts when the phase has no species.
-void INIMOI(const SpeciesView& species, const Elements& elements, Unit& NFISTO);
+void INIMOI(const SpeciesView& species, const Elements& elements, StoreFile& NFISTO);
 
 }  // namespace varpre

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "textio/findings.h"
-#include "textio/text.h"
+#include "textio/findings/findings.h"
+#include "textio/record/text.h"
 #include "thermo/limits.h"
 
 namespace varpre {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "textio/record.h"
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
+#include "textio/record/record.h"
 #include "thermo/headings.h"
 
 namespace varpre {
@@ -78,7 +78,7 @@ void warn_of_equal_names(std::string_view written, std::size_t number, const Spe
 
 }  // namespace
 
-SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const SpeciesView& species) {
+SpeciesList GENSYM(std::string_view HEAD, Input& NFICON, Listing& MSGFIL, const SpeciesView& species) {
   Line line;
   NFICON.rewind();
   do {

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -26,6 +26,6 @@ struct SpeciesList {
 // Fails, with its message in the listing, by `absent`: no heading, end of file before END, more names than
 // `species` has places. Stops the run (RunStop) at a name longer than 50 characters, more than three
 // delimiter characters in a row, or a line that begins with a flag character.
-SpeciesList GENSYM(std::string_view HEAD, Unit& NFICON, Listing& MSGFIL, const SpeciesView& species);
+SpeciesList GENSYM(std::string_view HEAD, Input& NFICON, Listing& MSGFIL, const SpeciesView& species);
 
 }  // namespace varpre

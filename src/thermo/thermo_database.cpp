@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -19,7 +19,7 @@ struct Entry {
   std::array<double, 7> lower{};
 };
 
-ReadResult read_entry(Unit& NFITHE, Entry& entry) {
+ReadResult read_entry(Input& NFITHE, Entry& entry) {
   return read<"(A16,8X,4(A2,I3),2X,2E10.0,E8.0/,5E15.8,/,5E15.8,/,4E15.8)">(
       NFITHE, entry.name, zip(entry.elements.ELSYM, entry.elements.ELCNT), entry.limits, entry.upper,
       entry.lower);
@@ -97,7 +97,7 @@ void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
 
 }  // namespace
 
-bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
+bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
   const NameIndex index(species.SYMB);
   std::vector<bool> IFOUND(species.SYMB.size(), false);
   std::vector<SpeciesName> other_entries;
@@ -156,7 +156,7 @@ bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool prin
   return LOK;
 }
 
-void PRTHD(const SpeciesView& species, Unit& NFISTO) {
+void PRTHD(const SpeciesView& species, StoreFile& NFISTO) {
   for (int i = 0; i < species.size(); ++i) {
     const ThermoFit& fit = species.fit[static_cast<std::size_t>(i)];
     const double XMOL = species.XMOL[static_cast<std::size_t>(i)];

@@ -2,8 +2,8 @@
 
 #include <span>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -16,10 +16,10 @@ namespace varpre {
 //
 // False, after one message each, when a species has no entry. An entry that cannot be read is reported and
 // ends the reading there.
-[[nodiscard]] bool GENTHE(Unit& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print);
+[[nodiscard]] bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print);
 
 // Writes the " HL,HH(" group of each species, three records: the two coefficient sets divided by the molar
 // mass, per kg, and the temperature limits. A species without molar mass gets coefficients 0.
-void PRTHD(const SpeciesView& species, Unit& NFISTO);
+void PRTHD(const SpeciesView& species, StoreFile& NFISTO);
 
 }  // namespace varpre

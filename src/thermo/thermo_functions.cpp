@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {

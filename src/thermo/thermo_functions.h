@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {

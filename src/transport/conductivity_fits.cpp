@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/thermo_functions.h"
 #include "transport/collision_integrals.h"
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 #include "transport/log_fit.h"
 #include "transport/molecular_database.h"

@@ -7,7 +7,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "transport/wide_vectors.h"
 
 namespace varpre {

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

@@ -3,12 +3,12 @@
 #include <array>
 #include <string_view>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
 
-ReadResult read_molecule(Unit& NFIMOL, SpeciesName& name, Molecule& molecule) {
+ReadResult read_molecule(Input& NFIMOL, SpeciesName& name, Molecule& molecule) {
   auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3, record] = molecule;
   const ReadResult result = read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
   record = here(NFIMOL, 1, 8);
@@ -35,7 +35,7 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
 
 }  // namespace
 
-bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
+bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
             bool print) {
   const std::span<const SpeciesName> SYMB = gas.SYMB;
   const NameIndex index(SYMB);

@@ -3,8 +3,8 @@
 #include <span>
 #include <vector>
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -25,7 +25,7 @@ struct Molecule {
 // names (any letter case, over 8 characters; a later record replaces an earlier one) into `molecules`,
 // one per species. With `print` the properties are listed. False, after one message each, when a species is
 // missing; a record that cannot be read is reported with its number and ends the reading there.
-[[nodiscard]] bool GENSPE(const SpeciesView& gas, Unit& NFIMOL, Listing& MSGFIL,
+[[nodiscard]] bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL,
                           std::vector<Molecule>& molecules, bool print);
 
 }  // namespace varpre

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/record.h"
 #include "thermo/thermo_database.h"
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"
@@ -54,7 +54,7 @@ bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, 
 }
 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
-                 Unit& NFISTO) {
+                 StoreFile& NFISTO) {
   const int NG = gas.size();
   const auto single = [&](int i) -> const ConductivityFits& {
     return fits.single[static_cast<std::size_t>(i - 1)];
@@ -82,7 +82,7 @@ void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, co
 
 // Checks the interval, fits, and writes the block; false after its messages, nothing written.
 bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::span<const Molecule> molecules,
-            bool print, Listing& MSGFIL, Unit& NFISTO) {
+            bool print, Listing& MSGFIL, StoreFile& NFISTO) {
   const int ITB = hundreds(interval.TB + 101);
   const int ITU = hundreds(interval.TU - 1);
   if (ITB - ITU > 50) {
@@ -106,8 +106,8 @@ bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::sp
 
 }  // namespace
 
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print,
-            Listing& MSGFIL, Unit& NFISTO) {
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL, bool print,
+            Listing& MSGFIL, StoreFile& NFISTO) {
   std::vector<Molecule> molecules;
   bool LOK = GENSPE(gas, NFIMOL, MSGFIL, molecules, print);
   write<"(2X)">(MSGFIL);

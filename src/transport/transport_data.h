@@ -1,7 +1,7 @@
 #pragma once
 
-#include "textio/listing.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/listing.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -15,7 +15,7 @@ struct TemperatureInterval {
 // The transport stage: looks up the gas species in the molecular database NFIMOL, fits their transport
 // coefficients on the interval and writes the transport block to the store file. Any failure ends the run
 // (RunStop) with the stage's own banner behind its message.
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Unit& NFIMOL, bool print,
-            Listing& MSGFIL, Unit& NFISTO);
+void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL, bool print,
+            Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

@@ -19,7 +19,7 @@ MixtureState read_mixture(const std::string& records, std::string_view HEAD = "L
   elements.EMOL = {0.001, 0.016};
   elements.NCOMP[0] = {2, 0};
   elements.NCOMP[1] = {0, 2};
-  Unit NFICON = unit_of("a title\nleft side\n" + records + "end of left\n");
+  Input NFICON = unit_of("a title\nleft side\n" + records + "end of left\n");
   Listing listing;
   MixtureState mixture;
   CHICON(HEAD, species.view(0, 4), 2, elements, NFICON, listing, mixture);

@@ -10,8 +10,8 @@ namespace {
 TEST(TwoDimensionalOptions, NeedFlameConditionsInTheStoreFile) {
   const std::string start = ">INPUT  \n OPTIONS 1\n OPTIONS 2\n OPTIONS 3\n";
   for (const std::string& store : {start + "<   \n", start + "INNER AND OUTER\n2\n3\n4\n5\n6\n"}) {
-    Unit NFICON = unit_of("2DOP\nEND\n2DIN\nEND\n");
-    Unit NFISTO = unit_of(store);
+    Input NFICON = unit_of("2DOP\nEND\n2DIN\nEND\n");
+    StoreFile NFISTO = unit_of(store);
     Listing listing;
     G2OPT(NFICON, listing, NFISTO);
     EXPECT_EQ(NFISTO.text, store);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/stages.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -16,15 +16,15 @@ struct Table {
     mechanism.NCOLL = 3;
     LOK = GENCEF(ReactionNames(names(species)), mechanism, NFIMEC, NFICON, listing, NFISTO);
   }
-  Unit NFIMEC;
-  Unit NFICON;
-  Unit NFISTO;
+  Input NFIMEC;
+  Input NFICON;
+  StoreFile NFISTO;
   Listing listing;
   bool LOK = false;
 };
 
 std::string rows(const std::array<std::vector<double>, 3>& EFF) {
-  Unit NFISTO;
+  StoreFile NFISTO;
   for (std::size_t c = 0; c < 3; ++c) {
     write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[c]), std::span(EFF[c]));
   }
@@ -71,7 +71,7 @@ TEST(CollisionEfficiencies, FillTheirPlacesToTheLast) {
   const auto message = [](int NCOLL, std::size_t NS) {
     Mechanism mechanism;
     mechanism.NCOLL = NCOLL;
-    Unit NFIMEC = unit_of("COLL\nEND\n"), NFICON, NFISTO;
+    Input NFIMEC = unit_of("COLL\nEND\n"), NFICON, NFISTO;
     Listing listing;
     const bool LOK =
         GENCEF(ReactionNames(std::vector<SpeciesName>(NS)), mechanism, NFIMEC, NFICON, listing, NFISTO);

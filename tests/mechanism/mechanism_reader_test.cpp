@@ -16,7 +16,7 @@ struct ReadMechanism {
     species.fit.fill(thermo_fit({30, 0, 0, 0, 0, 1000, 10}, {30, 0, 0, 0, 0, 1000, 10}));
     const Phase phase = NSURF > 0 ? Phase::surface : Phase::gas;
     if (!reactions.ends_with('\n')) reactions += '\n';
-    Unit NFIMEC = unit_of("MECH\n" + reactions + "END\nSURF\n" + reactions + "END\n");
+    Input NFIMEC = unit_of("MECH\n" + reactions + "END\nSURF\n" + reactions + "END\n");
     LOK = GENMEC(phase, species.view(0, static_cast<int>(SYMB.size())), NSURF, ReactionNames(SYMB), options,
                  NFIMEC, listing, NFISTO, mechanism);
   }
@@ -26,7 +26,7 @@ struct ReadMechanism {
   }
 
   Species species;
-  Unit NFISTO;
+  StoreFile NFISTO;
   Listing listing;
   Mechanism mechanism;
   bool LOK = false;

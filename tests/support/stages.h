@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
 #include "thermo/species.h"
 
 // What the tests of single stages share.

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "textio/number_format.h"
+#include "textio/record/number_format.h"
 
 // The quick way to a few digits against the exact conversion of the library, laid out anew.
 namespace varpre {

@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "textio/number_format.h"
-#include "textio/record.h"
+#include "textio/record/number_format.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {

@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {

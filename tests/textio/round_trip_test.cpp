@@ -10,7 +10,7 @@
 #include <random>
 #include <string>
 
-#include "textio/number_format.h"
+#include "textio/record/number_format.h"
 
 // Values of all magnitudes, written and read back; the fields are checked against the exact decimal digits.
 namespace varpre {

@@ -1,11 +1,11 @@
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
 
 #include <array>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
 
 namespace varpre {
 namespace {

@@ -1,4 +1,4 @@
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
 
 #include <array>
 #include <cerrno>
@@ -12,7 +12,7 @@
 #include <system_error>
 #include <vector>
 
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {

@@ -11,7 +11,7 @@ namespace {
 std::string list_of(const std::string& text, std::string_view HEAD = "Gas Phas", int places = NSMAX) {
   Species species;
   species.IFLAG.fill(9);  // an earlier list stood here
-  Unit NFICON = unit_of("a title\n" + text);
+  Input NFICON = unit_of("a title\n" + text);
   Listing listing;
   const SpeciesList list = GENSYM(HEAD, NFICON, listing, species.view(0, places));
   if (list.absent) return listing.text;

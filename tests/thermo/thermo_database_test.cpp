@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "support/stages.h"
-#include "textio/record.h"
+#include "textio/record/record.h"
 #include "thermo/elements.h"
 
 namespace varpre {
@@ -20,7 +20,7 @@ ElementFields fields(std::initializer_list<std::pair<const char*, int>> list) {
 }
 
 // Appends a block with the coefficients first, first + 1, ..., first + 13.
-void add_block(Unit& NFITHE, std::string_view name, double first, const std::array<double, 3>& limits) {
+void add_block(Input& NFITHE, std::string_view name, double first, const std::array<double, 3>& limits) {
   const ElementFields water = fields({{"H", 2}, {"O", 1}});
   std::array<double, 14> a{};
   std::iota(a.begin(), a.end(), first);
@@ -31,7 +31,7 @@ void add_block(Unit& NFITHE, std::string_view name, double first, const std::arr
 }
 
 TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
-  Unit NFITHE = unit_of("");
+  Input NFITHE = unit_of("");
   add_block(NFITHE, "H2O", 1, {200, 3000, 1000});
   add_block(NFITHE, "CO2", 20, {200, 3000, 1000});
   add_block(NFITHE, "C2H5OH-AB", 40, {0, 3000, 0});

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "support/stages.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
 
 namespace varpre {
 namespace {

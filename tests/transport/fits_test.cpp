@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "support/stages.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"
 #include "transport/transport_data.h"
@@ -121,8 +121,8 @@ std::string grid_of(const TemperatureInterval& interval) {
   gas.SYMB[0] = "AR";
   gas.XMOL[0] = 0.04;
   gas.fit[0] = thermo_fit({21}, {21}, {280, 1000, 9999});
-  Unit NFIMOL = unit_of("ar       0    39.948   136.500     3.330\n");
-  Unit NFISTO;
+  Input NFIMOL = unit_of("ar       0    39.948   136.500     3.330\n");
+  StoreFile NFISTO;
   Listing listing;
   try {
     GENSPD(gas, interval, NFIMOL, true, listing, NFISTO);

@@ -1,4 +1,4 @@
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 // The items that a STATEMENT may name.
 void statement(varpre::Unit& unit) {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "textio/file.h"
-#include "textio/findings.h"
+#include "textio/channel/file.h"
+#include "textio/findings/findings.h"
 
 namespace varpre {
 

@@ -9,13 +9,13 @@
 #include <string_view>
 #include <type_traits>
 
-#include "textio/findings.h"
-#include "textio/format.h"
-#include "textio/items.h"
-#include "textio/listing.h"
-#include "textio/record_image.h"
-#include "textio/text.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/findings/findings.h"
+#include "textio/findings/listing.h"
+#include "textio/record/format.h"
+#include "textio/record/items.h"
+#include "textio/record/record_image.h"
+#include "textio/record/text.h"
 
 // The record notation: formatted and free-form output, formatted input.
 //

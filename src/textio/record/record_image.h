@@ -10,10 +10,10 @@
 #include <tuple>
 #include <type_traits>
 
-#include "textio/format.h"
-#include "textio/items.h"
-#include "textio/number_format.h"
-#include "textio/text.h"
+#include "textio/record/format.h"
+#include "textio/record/items.h"
+#include "textio/record/number_format.h"
+#include "textio/record/text.h"
 
 // Output statements whose number of values is known while the program is compiled. Their records are laid out
 // then, as an image with empty fields; at run time the image is copied and the values are edited into it.

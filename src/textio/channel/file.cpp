@@ -1,4 +1,4 @@
-#include "textio/file.h"
+#include "textio/channel/file.h"
 
 #include <array>
 #include <cerrno>

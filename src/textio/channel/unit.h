@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/file.h"
+#include "textio/channel/file.h"
 
 namespace varpre {
 
@@ -119,5 +119,9 @@ class Unit {
   int copied_ = 0;                // records of a copy
   std::vector<Run> runs_;         // of a copy, in order
 };
+
+// What a stage reads, and what it writes the solver's records to.
+using Input = Unit;
+using StoreFile = Unit;
 
 }  // namespace varpre

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "textio/text.h"
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
+#include "textio/record/text.h"
 
 // What the program tells people on standard error: errors and warnings with their place in the file the user
 // wrote.

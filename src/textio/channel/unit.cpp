@@ -1,4 +1,4 @@
-#include "textio/unit.h"
+#include "textio/channel/unit.h"
 
 #include <algorithm>
 #include <iterator>

@@ -9,8 +9,8 @@
 #include <tuple>
 #include <type_traits>
 
-#include "textio/format.h"
-#include "textio/text.h"
+#include "textio/record/format.h"
+#include "textio/record/text.h"
 
 // The items of a statement of the record notation (record.h): what their types are to it, and how a list of
 // them looks to the engine.

@@ -1,12 +1,12 @@
-#include "textio/record.h"
+#include "textio/record/record.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
 
-#include "textio/number_format.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/number_format.h"
 
 namespace varpre::record_detail {
 namespace {

@@ -1,4 +1,4 @@
-#include "textio/number_format.h"
+#include "textio/record/number_format.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "textio/text.h"
+#include "textio/record/text.h"
 
 namespace varpre {
 namespace {

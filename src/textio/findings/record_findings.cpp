@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "textio/number_format.h"
-#include "textio/record.h"
+#include "textio/record/number_format.h"
+#include "textio/record/record.h"
 
 // Findings about the columns of a record. All of this runs only when there is something to report.
 namespace varpre {

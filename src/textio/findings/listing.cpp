@@ -1,4 +1,4 @@
-#include "textio/listing.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

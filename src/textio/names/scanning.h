@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "textio/listing.h"
-#include "textio/text.h"
+#include "textio/findings/listing.h"
+#include "textio/record/text.h"
 
 // Cutting of input lines into names and delimiters, and the comparison of names. Positions count from 1; a
 // blank is the space character. With a delimiter set (DELCH) that is not empty a blank is a delimiter as

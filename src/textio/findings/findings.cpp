@@ -1,11 +1,11 @@
-#include "textio/findings.h"
+#include "textio/findings/findings.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
 
 namespace varpre {
 namespace {

@@ -1,10 +1,10 @@
-#include "textio/scanning.h"
+#include "textio/names/scanning.h"
 
 #include <algorithm>
 #include <functional>
 
-#include "textio/record.h"
-#include "textio/run_stop.h"
+#include "textio/channel/run_stop.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
