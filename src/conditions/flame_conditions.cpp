@@ -258,4 +258,9 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   return true;
 }
 
+bool is_flame_keyword(std::string_view word) {
+  return std::any_of(keywords.begin(), keywords.end(),
+                     [&](const auto& known) { return trimmed(known.word) == word; });
+}
+
 }  // namespace varpre

@@ -339,4 +339,9 @@ void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, dou
   write<"(  ' ',7X,'r : ',1PE14.7,' kg/m**3')">(MSGFIL, mixture.RHO);
 }
 
+bool is_mixture_keyword(std::string_view word) {
+  return std::any_of(keywords.begin(), keywords.end(),
+                     [&](const Keyword& k) { return EQUSYM(8, word, k.word); });
+}
+
 }  // namespace varpre

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -49,5 +50,8 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
 // Lists a mixture under its mixture fraction ZMIX.
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
             const MixtureState& mixture, Listing& MSGFIL);
+
+// Whether a word is a keyword of a mixture.
+bool is_mixture_keyword(std::string_view word);
 
 }  // namespace varpre

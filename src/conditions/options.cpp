@@ -156,4 +156,10 @@ bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOP
   return LOK;
 }
 
+bool is_option(std::string_view word) {
+  return word.size() >= 4 && std::any_of(NTOPT.begin(), NTOPT.end(), [&](std::string_view option) {
+           return option.substr(0, 4) == word.substr(0, 4);
+         });
+}
+
 }  // namespace varpre

@@ -127,4 +127,9 @@ bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO
   return true;
 }
 
+bool is_surface_keyword(std::string_view word) {
+  return std::any_of(properties.begin(), properties.end(),
+                     [&](const auto& known) { return trimmed(known.word) == word; });
+}
+
 }  // namespace varpre

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
@@ -14,5 +16,8 @@ namespace varpre {
 // no END. A counter flow in which a dimension is not given exactly once has its message and no block either,
 // but returns true: the run goes on.
 [[nodiscard]] bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
+
+// Whether a word is a keyword of the surface conditions.
+bool is_surface_keyword(std::string_view word);
 
 }  // namespace varpre

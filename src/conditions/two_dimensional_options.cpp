@@ -228,4 +228,8 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
 }
 
+bool is_two_dimensional_keyword(std::string_view word) {
+  return parameter_of(Text<4>(word).view()) != parameters.end() && !word.starts_with('-');
+}
+
 }  // namespace varpre

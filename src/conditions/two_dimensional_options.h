@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
@@ -13,5 +15,8 @@ namespace varpre {
 // An unknown option is a warning. Every error is reported in the listing, and as a finding, and leaves the
 // store file as it was.
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
+
+// Whether a word is a keyword of the two-dimensional parameters.
+bool is_two_dimensional_keyword(std::string_view word);
 
 }  // namespace varpre

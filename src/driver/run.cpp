@@ -11,6 +11,7 @@
 #include "conditions/surface_conditions.h"
 #include "conditions/two_dimensional_options.h"
 #include "driver/prefilter.h"
+#include "driver/unread_text.h"
 #include "mechanism/collision_efficiencies.h"
 #include "mechanism/complex_reactions.h"
 #include "mechanism/mechanism_reader.h"
@@ -27,9 +28,6 @@ namespace varpre {
 namespace {
 
 constexpr const char* store_name = "fort.3";
-
-// Ends the run at a check: the driver's banner follows.
-struct AbnormalEnd {};
 
 void write_banner(Listing& MSGFIL) {
   write<
@@ -66,7 +64,7 @@ class Sequence {
   // The first stage with an error although the run went on: what it owes the store file is missing there.
   std::string_view incomplete() const { return incomplete_; }
 
-  // Throws AbnormalEnd where a check fails.
+  // Throws RunStop where a check fails.
   void all_stages() {
     write<"('>INPUT DATA FROM PROGRAM VARPRE')">(NFISTO);
     separator();
@@ -88,6 +86,9 @@ class Sequence {
     write<"('<   ')">(NFISTO);
     edit_store_file();
     note_errors();
+    const std::span<const SpeciesName> names = all().SYMB;
+    warn_of_unread_text(NFICON, Section::INP, names, NSURF > 0, MSGFIL.findings);
+    warn_of_unread_text(NFIMEC, Section::MEC, names, NSURF > 0, MSGFIL.findings);
   }
 
  private:
@@ -107,7 +108,7 @@ class Sequence {
 
   void separator() { write<"(2X)">(MSGFIL); }
   void check(bool LOK) {
-    if (!LOK) throw AbnormalEnd{};
+    if (!LOK) throw RunStop{RunStop::Ending::failed_check};
   }
 
   void read_options() {
@@ -300,22 +301,23 @@ void warn_of_cut_lines(const Input& copy, Findings& findings) {
   }
 }
 
-RunEnd run_stages(Sequence& sequence, const Input& conditions, Listing& MSGFIL) {
+void report_not_finite(const Input& conditions, std::string_view stage, Findings& findings) {
+  if (findings.errors() > 0) return;  // the stage knew the place
+  findings.error(whole(conditions), message("the input leads to a number that is not finite in ", stage),
+                 "a value of the input is far too large, or 0 where it must not be");
+}
+
+RunEnd run_stages(Sequence& sequence, const Files& files, Listing& MSGFIL) {
   try {
     sequence.all_stages();
     return RunEnd::normal;
-  } catch (const AbnormalEnd&) {
-    write_abnormal_end(MSGFIL);
   } catch (const RunStop& stop) {
-    if (stop.ending == RunStop::Ending::number_not_finite) {
-      write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
-      write_abnormal_end(MSGFIL);
-      if (MSGFIL.findings.errors() > 0) return RunEnd::abnormal;  // the stage knew the place
-      MSGFIL.findings.error(whole(conditions),
-                            message("the input leads to a number that is not finite in ", sequence.stage()),
-                            "a value of the input is far too large, or 0 where it must not be");
-    }
+    const bool not_finite = stop.ending == RunStop::Ending::number_not_finite;
+    if (not_finite) write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
+    if (stop.ending != RunStop::Ending::silent) write_abnormal_end(MSGFIL);
+    if (not_finite) report_not_finite(files.conditions_copy, sequence.stage(), MSGFIL.findings);
   }
+  warn_of_reactions_passed_over(files.mechanism_copy, MSGFIL.findings);
   return RunEnd::abnormal;
 }
 
@@ -363,7 +365,7 @@ RunResult run(Files& files) {
   filter(files.thermo, files.thermo_copy, files.listing);
 
   const auto sequence = std::make_unique<Sequence>(files);
-  const RunEnd end = run_stages(*sequence, files.conditions_copy, files.listing);
+  const RunEnd end = run_stages(*sequence, files, files.listing);
   if (end == RunEnd::normal) write_normal_end(files.listing);
   return {end, diagnostics(files, *sequence, end)};
 }

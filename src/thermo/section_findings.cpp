@@ -12,23 +12,6 @@ bool begins_like(const Section& section, std::string_view record) {
   return EQUSYM(static_cast<int>(section.word.size()), record, section.word);
 }
 
-// The section of the same files that a record seems to open.
-const Section* section_of(std::string_view record, std::uint8_t files) {
-  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return (s->files & files) != 0 && begins_like(*s, record);
-  });
-  return found == sections::all.end() ? nullptr : *found;
-}
-
-// Whether a record is the heading of a section, or one that is misspelt; not that of another section.
-bool may_mean(const Section& section, std::string_view record) {
-  const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return s != &section && (s->files & section.files) != 0 && s->opens_with(record);
-  });
-  const std::string_view begin = record.substr(0, section.word.size());
-  return !opens_another && !Nearest(section.word).offer(begin).help().empty();
-}
-
 // The heading that was probably meant where one was not found, or the headings that the file has.
 std::string headings_of(const Input& input, const Section& searched) {
   std::vector<std::string> found;
@@ -57,6 +40,21 @@ int first_text_from(const Input& input, int first) {
 }
 
 }  // namespace
+
+const Section* section_of(std::string_view record, std::uint8_t files) {
+  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section* s) {
+    return (s->files & files) != 0 && begins_like(*s, record);
+  });
+  return found == sections::all.end() ? nullptr : *found;
+}
+
+bool may_mean(const Section& section, std::string_view record) {
+  const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
+    return s != &section && (s->files & section.files) != 0 && s->opens_with(record);
+  });
+  const std::string_view begin = record.substr(0, section.word.size());
+  return !opens_another && !Nearest(section.word).offer(begin).help().empty();
+}
 
 Place heading_place(const Section& section, const Input& input) {
   return here(input, 1, static_cast<int>(trimmed(section.word).size()));

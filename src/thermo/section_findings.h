@@ -6,6 +6,13 @@
 // Findings about the sections of the input files: one that is missing, or that does not end where it should.
 namespace varpre {
 
+// The section of the same files (Section::files) that a record seems to open, in any letter case; nullptr:
+// none.
+const Section* section_of(std::string_view record, std::uint8_t files);
+
+// Whether a record is the heading of a section, or one that is misspelt; not that of another section.
+bool may_mean(const Section& section, std::string_view record);
+
 // Where the heading of a section stands, when it was the record last read.
 Place heading_place(const Section& section, const Input& input);
 

@@ -220,6 +220,10 @@ void FreshFile::write(std::string_view piece) {
   write_all(file_->number(), piece, name_);
 }
 
+void FreshFile::sync() {
+  if (::fsync(file_->number()) != 0 && errno != EINVAL) throw_system_error(errno, name_);
+}
+
 void FreshFile::take_place() {
   if (temporary_.empty()) {  // a name can be given to a file without one, but not taken from another by it
     const std::string path = path_of_descriptor(file_->number());

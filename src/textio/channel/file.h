@@ -59,6 +59,8 @@ class FreshFile {
   FreshFile& operator=(const FreshFile&) = delete;
 
   void write(std::string_view piece);
+  // Waits until what was written is on the disk, so that the new name never stands for less.
+  void sync();
   void take_place();
 
  private:

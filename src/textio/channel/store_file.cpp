@@ -25,6 +25,7 @@ void StoreFile::flush() {
 void StoreFile::take_place() {
   if (file_ == nullptr) return;
   flush();
+  file_->sync();
   file_->take_place();
   file_.reset();
 }

@@ -1,0 +1,176 @@
+#include "driver/unread_text.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "conditions/flame_conditions.h"
+#include "conditions/mixtures.h"
+#include "conditions/options.h"
+#include "conditions/surface_conditions.h"
+#include "conditions/two_dimensional_options.h"
+#include "textio/record/number_format.h"
+#include "thermo/section_findings.h"
+
+namespace varpre {
+namespace {
+
+// Records that follow each other and that nobody read, from a heading on where one stands among them.
+struct Stretch {
+  int first = 0;
+  int last = 0;                      // that is not blank
+  const Section* section = nullptr;  // whose heading is the first record
+  std::string_view text;             // of the first record
+  bool misspelt = false;             // the first record is a heading that was asked about already
+};
+
+std::vector<std::string_view> words_of(std::string_view text) {
+  std::vector<std::string_view> words;
+  text = text.substr(0, text.find('!'));
+  for (std::size_t start = 0; (start = text.find_first_not_of(' ', start)) != text.npos;) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    words.push_back(text.substr(start, end - start));
+    start = end;
+  }
+  return words;
+}
+
+bool is_number(std::string_view word) {
+  return read_free_real(word).has_value();
+}
+
+// A keyword, an option or a species with its value.
+bool is_condition(const std::vector<std::string_view>& words, const NameIndex& species) {
+  if (words.size() < 2 || !is_number(words[1])) return false;
+  const std::string_view word = words[0];
+  return is_flame_keyword(word) || is_surface_keyword(word) || is_mixture_keyword(word) ||
+         is_two_dimensional_keyword(word) || is_option(word) || species.find(SpeciesName(word)) > 0;
+}
+
+// A reaction with its numbers, or a row of numbers.
+bool is_reaction(const std::vector<std::string_view>& words) {
+  if (words.size() < 2 || !is_number(words.back())) return false;
+  const bool arrow = std::any_of(words.begin(), words.end(), [](std::string_view word) {
+    return word.find_first_of("=>") != std::string_view::npos;
+  });
+  constexpr int row = 3;
+  return arrow || std::count_if(words.begin(), words.end(), is_number) >= row;
+}
+
+bool is_data(std::string_view text, std::uint8_t file, const NameIndex& species) {
+  const std::vector<std::string_view> words = words_of(text);
+  return file == Section::INP ? is_condition(words, species) : is_reaction(words);
+}
+
+// The record that opened a section; 0: none did.
+int heading_read(const Section& section, const Input& copy) {
+  int heading = 0;
+  copy.for_each_record([&](int record, std::string_view text) {
+    if (heading == 0 && section.opens_with(text) && copy.is_read(record)) heading = record;
+  });
+  return heading;
+}
+
+// Whether a record was named already as the heading of a section that is missing.
+bool is_misspelt_heading(std::string_view text, const Input& copy, std::uint8_t file) {
+  constexpr std::size_t most_words = 3;
+  if (words_of(text).size() > most_words) return false;
+  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
+    return (s->files & file) != 0 && s->absence != Section::Absence::is_usual && may_mean(*s, text) &&
+           heading_read(*s, copy) == 0;
+  });
+}
+
+// From the first record that looks like data on.
+std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameIndex& species) {
+  std::vector<Stretch> found;
+  bool open = false;
+  copy.for_each_record([&](int record, std::string_view text) {
+    if (copy.is_read(record)) {
+      open = false;
+      return;
+    }
+    if (words_of(text).empty()) return;  // blank, or a comment
+    const Section* const section = section_of(text, file);
+    const bool misspelt = section == nullptr && is_misspelt_heading(text, copy, file);
+    if (section != nullptr || misspelt || (!open && is_data(text, file, species))) {
+      found.push_back({record, record, section, text, misspelt});
+      open = true;
+    }
+    if (open) found.back().last = record;
+  });
+  return found;
+}
+
+int last_read(const Input& copy) {
+  int last = 0;
+  copy.for_each_record([&](int record, std::string_view) {
+    if (copy.is_read(record)) last = record;
+  });
+  return last;
+}
+
+// What makes the run read a section.
+std::string_view condition_of(const Section& section) {
+  if (&section == &sections::particle_data || &section == &sections::particle_fractions) {
+    return "option 'Impuls -5' asks for particle data";
+  }
+  if (&section == &sections::two_dimensional_options || &section == &sections::two_dimensional_input) {
+    return "option 'PLN2D 1' asks for the two-dimensional sections";
+  }
+  return {};
+}
+
+// The END before a stretch, which explains it.
+std::string end_before(const Stretch& stretch, const Input& copy) {
+  int record = stretch.first - 1;
+  while (record > 0 && !copy.is_read(record)) --record;
+  if (record == 0) return {};
+  const Origin before = copy.origin(record);
+  if (!EQUSYM(3, before.text, "END")) return {};
+  return message("END in line ", before.line,
+                 " closes the section above: what stands behind it belongs to none");
+}
+
+void warn(const Stretch& stretch, const Input& copy, Findings& findings) {
+  const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
+  const int first = copy.origin(stretch.first).line;
+  const int last = copy.origin(stretch.last).line;
+  const int earlier = stretch.section == nullptr ? 0 : heading_read(*stretch.section, copy);
+  if (earlier > 0) {
+    findings.warning(place, message("'", stretch.section->heading, "' stands already in line ",
+                                    copy.origin(earlier).line, "; this one is ignored"));
+    return;
+  }
+  const std::string_view condition = stretch.section == nullptr ? "" : condition_of(*stretch.section);
+  const std::string help = condition.empty() ? end_before(stretch, copy) : std::string(condition);
+  if (first == last) {
+    findings.warning(place, message("line ", first, " is read by no section"), help);
+  } else {
+    findings.warning(place,
+                     message("lines ", first, "-", last, " are read by no section; the first is '",
+                             trimmed(stretch.text), "'"),
+                     help);
+  }
+}
+
+}  // namespace
+
+void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
+                         bool surface, Findings& findings) {
+  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB))) {
+    const bool without_species = !surface && (stretch.section == &sections::surface_conditions ||
+                                              stretch.section == &sections::surface_mechanism);
+    if (!without_species && !stretch.misspelt) warn(stretch, copy, findings);
+  }
+}
+
+void warn_of_reactions_passed_over(const Input& mechanism, Findings& findings) {
+  const int end = last_read(mechanism);
+  for (const Stretch& stretch : stretches(mechanism, Section::MEC, NameIndex({}))) {
+    if (stretch.last < end && stretch.section == nullptr) warn(stretch, mechanism, findings);
+  }
+}
+
+}  // namespace varpre
