@@ -1,5 +1,6 @@
 #include "transport/collision_integrals.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -56,9 +57,17 @@ TEST(CollisionIntegrals, EndWhereTheTablesEnd) {
   struct {
     double TSTAR, DSTAR;
     std::string message;
-  } const rows[] = {{0.09998, 0, undefined},  {500.01, 0, undefined},    {150, 0.5, undefined},
-                    {1, 2.5001, undefined},   {1, -2e-5, undefined},     {0.09995, 0, undefined},
-                    {0.09999, 0, no_bracket}, {0.099995, 0, no_bracket}, {0.099995, 1, no_bracket}};
+  } const rows[] = {{std::nextafter(0.09995, 0), 0, undefined},
+                    {500.01, 0, undefined},
+                    {150, 0.5, undefined},
+                    {1, 2.5001, undefined},
+                    {1, -2e-5, undefined},
+                    {0.09995, 0, no_bracket},
+                    {0.099995, 0, no_bracket},
+                    {0.099995, 1, no_bracket},
+                    {1, NAN, no_bracket},
+                    {150, NAN, no_bracket},
+                    {501, NAN, undefined}};
   for (const auto& row : rows) {
     Listing listing;
     bool LOK = true;
