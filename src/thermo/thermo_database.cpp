@@ -81,7 +81,6 @@ void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
       (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
   const double s =
       (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + std::log(T) * d[0] + d[6]) / R;
-  const auto percent = [](double x) { return std::round(1000 * x) / 10; };
   std::string jumps;
   const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
     if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);

@@ -35,9 +35,6 @@ struct FitResult {
   int IMAX = 1;       // point where it occurs, from 1; of equal deviations the last
 };
 
-// A deviation as a percentage, to a tenth, for messages.
-double percent(double deviation);
-
 // Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the
 // listing gets a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value
 // is not positive or not finite, or the normal equations cannot be solved. Where the largest deviation
