@@ -8,12 +8,13 @@
 
 #include "textio/record/record.h"
 #include "transport/collision_tables.h"
+#include "transport/log_fit.h"
 #include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
 
-constexpr std::size_t most_points = 64;
+constexpr std::size_t most_points = FitGrid::most_points;
 constexpr double dipole_tolerance = 1.0e-5;     // a DSTAR this close to 0 is 0
 constexpr double first_row_tolerance = 1.0e-7;  // a TSTAR this close to 0.1 is the first row
 

@@ -21,7 +21,7 @@ double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL
 // MXIOME at many reduced temperatures, which increase, with one reduced dipole moment: the same numbers, with
 // the table's columns interpolated once per row and the rows found without a search. OMEGA is as long as
 // TSTAR. False when some point is on a row, before the first or behind the last but one, when there are more
-// than 64, or the dipole moment is out of the domain: MXIOME has the answer then.
+// than a grid has, or the dipole moment is out of the domain: MXIOME has the answer then.
 bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
                          std::span<double> OMEGA);
 

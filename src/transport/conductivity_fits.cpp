@@ -11,7 +11,6 @@ namespace {
 
 constexpr double R = gas_constant;
 constexpr double cv_trans = 12.47145;  // 1.5 R, J/(mol K)
-constexpr double worst_fit = 0.02F;
 
 // The properties of one species on the grid.
 struct Properties {
@@ -97,12 +96,8 @@ bool fit_property(std::string_view property, std::span<const double> V, const Sp
   }
   COEF = fit.COEF;
   if (print) write<Coefficients>(MSGFIL, COEF);
-  if (fit.ERRMAX > worst_fit) {
-    const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
-    write<Warning>(MSGFIL, fit.ERRMAX, name, T);
-    MSGFIL.findings.warning(record, message("the fit of the ", property, " of species '", name,
-                                            "' is off by ", percent(fit.ERRMAX), " % at ", T, " K"));
-  }
+  const auto subject = [&] { return message(property, " of species '", name, "'"); };
+  warn_of_poor_fit<Warning>(fit, grid, record, Findings::Site::current(), MSGFIL, subject, name);
   return true;
 }
 
