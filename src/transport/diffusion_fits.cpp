@@ -71,8 +71,8 @@ class Coefficients {
     std::transform(T_.begin(), T_.end(), T3_.begin(), cube);
   }
 
-  // p D(T) of a pair up to the first temperature at which the collision integral is undefined; how many points
-  // that are.
+  // p D(T) of a pair up to the first temperature at which the collision integral is undefined; how many
+  // points that are.
   std::size_t compute(const Pair& pair, double Mi, double Mj, Listing& MSGFIL) {
     const std::size_t points = collision_integrals_of(pair, MSGFIL);
     diffusion_coefficients(pair, Mi, Mj, T3_, OMEGA_, D_);

@@ -55,8 +55,8 @@ void warn_of_poor_fit(const FitResult& fit, const FitGrid& grid, const Place& re
   const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
   write<Warning>(MSGFIL, fit.ERRMAX, names..., T);
   MSGFIL.findings.warning(
-      record,
-      message("the fit of the ", subject(), " is off by ", percent(fit.ERRMAX), " % at ", T, " K"), {}, kind);
+      record, message("the fit of the ", subject(), " is off by ", percent(fit.ERRMAX), " % at ", T, " K"),
+      {}, kind);
 }
 
 // Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its
