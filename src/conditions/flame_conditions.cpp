@@ -64,7 +64,7 @@ constexpr std::array<ConditionKeyword, condition_count> keywords{{
 using Values = std::array<double, condition_count>;  // VCOND
 using Places = std::array<Place, condition_count>;   // where they are given
 
-constexpr double tolerance = 1.0E-5F;  // of a whole number written with decimals
+constexpr double tolerance = 1.0E-5;  // of a whole number written with decimals
 
 // The value truncated toward 0; none when that is no 32-bit integer.
 std::optional<int> truncated(double value) {
@@ -145,12 +145,18 @@ bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& line
   return true;
 }
 
-// The integers of the store file; none when one does not fit its five columns.
-std::optional<int> in_five_columns(std::optional<int> number) {
-  return number && *number >= -9999 && *number <= 99999 ? number : std::nullopt;
+using Count = std::optional<int>;
+
+// The store file has five columns for a count.
+void report_asterisks(Condition c, const Count& count, const Values& VCOND, const Places& lines,
+                      Findings& findings) {
+  if (count && *count >= -9999 && *count <= 99999) return;
+  findings.error(lines[c], message(trimmed(keywords[c].word), " of ", VCOND[c],
+                                   " does not fit the five columns of the store file, which has asterisks"));
 }
 
-void write_block(const Values& v, int grid, int grid_K, int geometry, StoreFile& NFISTO) {
+void write_block(const Values& v, const Count& grid, const Count& grid_K, const Count& geometry,
+                 StoreFile& NFISTO) {
   constexpr double unused = 0;
   write<"(I5,' GRIDP.  ',I5)">(NFISTO, grid, grid_K);
   write<"(I5,' GEOMETRY')">(NFISTO, geometry);
@@ -163,11 +169,12 @@ void write_block(const Values& v, int grid, int grid_K, int geometry, StoreFile&
   write<"('WFR,WFP,WFU,WFT        ',4(1PE11.4,1X))">(NFISTO, v[WFR], v[WFP], v[WFU], v[WFT]);
 }
 
-void list(const Values& v, int grid, int geometry, const OptionVector& IOPT, Listing& MSGFIL) {
+void list(const Values& v, const Count& grid, const Count& geometry, const OptionVector& IOPT,
+          Listing& MSGFIL) {
   constexpr std::array<std::string_view, 3> geometries{"slab    ", "cylinder", "sphere  "};
-  if (geometry >= 0 && geometry < 3) {
+  if (geometry && *geometry >= 0 && *geometry < 3) {
     write<"(1X,'Ri  =',2PF9.3,' cm ',2X,'Ro  =',2PF9.3,' cm ',2X,'Ng  =',I9,'    ',2X,'geometry: ',A8)">(
-        MSGFIL, v[RI], v[RO], grid, geometries[static_cast<std::size_t>(geometry)]);
+        MSGFIL, v[RI], v[RO], grid, geometries[static_cast<std::size_t>(*geometry)]);
   }
   const auto word = [](Condition c) { return keywords[c].word; };
   write<"(1X,2(A4,1X,1PE9.2,' s  ',2X),A4,1X,I9,'    ',2X,A4,1X,I9,'    ')">(
@@ -198,21 +205,16 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
                  [](const ConditionKeyword& k) { return k.standard; });
   if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND, lines)) return false;
 
-  const auto geometry = in_five_columns(code_of(VCOND[GE]));
-  const auto grid = in_five_columns(count_of(VCOND[NG]));
-  const auto grid_K = in_five_columns(count_of(VCOND[NGK]));
-  const auto out_of_columns = [&](Condition c) {
-    MSGFIL.findings.error(
-        lines[c], message(trimmed(keywords[c].word), " does not fit five columns as an integer: ", VCOND[c]));
-    return report(keywords[c].word, MSGFIL);
-  };
-  if (!geometry) return out_of_columns(GE);
-  if (!grid) return out_of_columns(NG);
-  if (!grid_K) return out_of_columns(NGK);
+  const Count geometry = code_of(VCOND[GE]);
+  const Count grid = count_of(VCOND[NG]);
+  const Count grid_K = count_of(VCOND[NGK]);
+  report_asterisks(GE, geometry, VCOND, lines, MSGFIL.findings);
+  report_asterisks(NG, grid, VCOND, lines, MSGFIL.findings);
+  report_asterisks(NGK, grid_K, VCOND, lines, MSGFIL.findings);
 
   if (VCOND[RS] == 0) VCOND[RS] = VCOND[STEP];
-  write_block(VCOND, *grid, *grid_K, *geometry, NFISTO);
-  list(VCOND, *grid, *geometry, IOPT, MSGFIL);
+  write_block(VCOND, grid, grid_K, geometry, NFISTO);
+  list(VCOND, grid, geometry, IOPT, MSGFIL);
   return true;
 }
 

@@ -10,7 +10,8 @@ namespace varpre {
 // their block of nine records to the store file. Lengths in m, times in s.
 //
 // False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
-// no END, one of GE, NG, RI, RO, TE, NT not given, or GE, NG or NGK outside five columns.
+// no END, or one of GE, NG, RI, RO, TE, NT not given. GE, NG or NGK outside five columns are written as
+// asterisks: an error for people only.
 [[nodiscard]] bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

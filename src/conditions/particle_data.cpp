@@ -197,10 +197,10 @@ bool process(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFi
         "names stand in columns 1-8, 10-17, 19-26, 28-35, 37-44, 46-53 and 55-62");
     return false;
   }
-  if (particles.NRGP < -9999 || particles.NRGP > 99999) {  // five columns of the store file
+  if (particles.NRGP < -9999 || particles.NRGP > 99999) {
     MSGFIL.findings.error(particles.grid,
-                          message("the particle grid size ", particles.NRGP, " does not fit five columns"));
-    return false;
+                          message("NRGP of ", particles.NRGP,
+                                  " does not fit the five columns of the store file, which has asterisks"));
   }
   if (!read_fractions(NFICON, MSGFIL, particles)) return false;
   if (!normalise(particles.XPA)) {
@@ -212,12 +212,11 @@ bool process(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFi
 
 }  // namespace
 
-bool GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
+void GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
   thermliq.open();
   write<"('--* PROCESSING PARTICLE DATA')">(MSGFIL);
-  const bool complete = process(NPART, NFICON, thermliq, MSGFIL, NFISTO);
-  if (!complete) write<"('*!* ERROR WHILE PROCESSING PARTICLE SPECIES DATA')">(MSGFIL);
-  return complete;
+  if (process(NPART, NFICON, thermliq, MSGFIL, NFISTO)) return;
+  write<"('*!* ERROR WHILE PROCESSING PARTICLE SPECIES DATA')">(MSGFIL);
 }
 
 }  // namespace varpre

@@ -10,8 +10,8 @@ namespace varpre {
 // particle block to the store file, behind its end marker. NPART is the number of particle species that the
 // driver read.
 //
-// Every error is reported in the listing and ends the stage; what was appended before it stays.
-// Returns whether the block is complete. Throws std::system_error when the database cannot be opened or read.
-bool GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO);
+// Every error is reported in the listing, and as a finding, and ends the stage; what was appended before it
+// stays. Throws std::system_error when the database cannot be opened or read.
+void GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

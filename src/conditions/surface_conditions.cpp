@@ -105,7 +105,7 @@ bool given_once(std::size_t i, const Values& values, const Place& heading, Listi
   if (i < wall_properties) {
     MSGFIL.findings.warning(heading, what, message("its value is ", values[i].value));
   } else {
-    MSGFIL.findings.error(heading, what,
+    MSGFIL.findings.error(heading, message(what, ": the store file lacks its surface conditions"),
                           "a counter flow needs the catalyst's dimensions CATD, CATB and CATL, once each");
   }
   return false;
@@ -123,7 +123,7 @@ bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO
   for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, heading, MSGFIL);
   const std::size_t count = counter_flow ? values.size() : wall_properties;
   for (std::size_t i = wall_properties; i < count; ++i) {
-    if (!given_once(i, values, heading, MSGFIL)) return false;  // the solver cannot do without
+    if (!given_once(i, values, heading, MSGFIL)) return true;  // the solver cannot do without: no block
   }
 
   for (std::size_t i = 0; i < count; ++i) {

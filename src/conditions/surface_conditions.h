@@ -11,7 +11,8 @@ namespace varpre {
 // or its standard, value.
 //
 // False, after its message and without a block: no heading, an unknown keyword, a value that cannot be read,
-// no END, or a counter flow in which a dimension is not given exactly once.
+// no END. A counter flow in which a dimension is not given exactly once has its message and no block either,
+// but returns true: the run goes on.
 [[nodiscard]] bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

@@ -179,17 +179,17 @@ std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
 
 }  // namespace
 
-bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
+void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   if (!find_record("2DOP", NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
     MSGFIL.findings.error(whole(NFICON), "no heading '2DOP' of the two-dimensional options",
                           headings_of(NFICON, "2DOP", condition_headings));
-    return false;
+    return;
   }
   write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
   write_free(MSGFIL);
   std::vector<OptionField> entries;
-  if (!read_entries(NFICON, MSGFIL, entries)) return false;
+  if (!read_entries(NFICON, MSGFIL, entries)) return;
   const OptionVector IOPT2 = assign(entries, MSGFIL);
   write<"(3X,'2DOptions : ')">(MSGFIL);
   list_options(N2TOPT, IOPT2, MSGFIL);
@@ -198,12 +198,12 @@ bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
     write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
     MSGFIL.findings.error(whole(NFICON), "no heading '2DIN' of the two-dimensional parameters",
                           headings_of(NFICON, "2DIN", condition_headings));
-    return false;
+    return;
   }
   ParameterValues values{};
   std::transform(parameters.begin(), parameters.end(), values.begin(),
                  [](const Parameter& p) { return p.standard; });
-  if (!read_parameters(NFICON, MSGFIL, values)) return false;
+  if (!read_parameters(NFICON, MSGFIL, values)) return;
 
   std::vector<StoreRecord> records = records_of(NFISTO);
   if (records.size() > 3) replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
@@ -212,7 +212,7 @@ bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   if (records.end() - radius <= weight_record) {
     write<"('*!* ERROR: NO FLAME CONDITIONS IN THE STORE FILE!')">(MSGFIL);
     MSGFIL.findings.error(whole(NFISTO), "no flame conditions in the store file");
-    return false;
+    return;
   }
   const auto first_listed = radius - records.begin();
   const std::vector<StoreRecord> inserted = parameter_records(values);
@@ -226,7 +226,6 @@ bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
 
   NFISTO.clear();
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
-  return true;
 }
 
 }  // namespace varpre

@@ -10,8 +10,8 @@ namespace varpre {
 // and inserts four records of control parameters behind the flame conditions. All records lose their trailing
 // blanks.
 //
-// An unknown option is a warning. Every error is reported in the listing and leaves the store file as it was.
-// Returns whether the store file was edited.
-bool G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
+// An unknown option is a warning. Every error is reported in the listing, and as a finding, and leaves the
+// store file as it was.
+void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre

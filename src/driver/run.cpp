@@ -61,7 +61,7 @@ class Sequence {
 
   // What the run is about, or was when it ended.
   std::string_view stage() const { return stage_; }
-  // The stage that failed although the run went on to its normal end.
+  // The first stage with an error although the run went on: what it owes the store file is missing there.
   std::string_view incomplete() const { return incomplete_; }
 
   // Throws AbnormalEnd where a check fails.
@@ -84,9 +84,19 @@ class Sequence {
     write<"(' Spec. Flags',3X,20I3,4(/,' Spec. Flags',3X,20I3))">(NFISTO, all().IFLAG);
     write<"('<   ')">(NFISTO);
     edit_store_file();
+    note_errors();
   }
 
  private:
+  void begin(std::string_view stage) {
+    note_errors();
+    stage_ = stage;
+  }
+  // An error that does not end the run leaves the store file incomplete.
+  void note_errors() {
+    if (incomplete_.empty() && MSGFIL.findings.errors() > 0) incomplete_ = stage_;
+  }
+
   SpeciesView gas() { return species_->view(0, NGAS); }
   SpeciesView surface() { return species_->view(NGAS, NSURF); }
   SpeciesView all() { return species_->view(0, NGAS + NSURF); }
@@ -98,7 +108,7 @@ class Sequence {
   }
 
   void read_options() {
-    stage_ = "the options";
+    begin("the options");
     const bool LOK = GENOPT(NFICON, MSGFIL, NFISTO, IOPT);
     separator();
     check(LOK);
@@ -107,7 +117,7 @@ class Sequence {
   }
 
   void read_gas_species() {
-    stage_ = "the gas-phase species";
+    begin("the gas-phase species");
     const SpeciesList list = GENSYM("Gas Phas", NFICON, MSGFIL, places_after(0));
     separator();
     if (!list.heading) {
@@ -122,7 +132,7 @@ class Sequence {
   }
 
   void read_surface_species() {
-    stage_ = "the surface species";
+    begin("the surface species");
     const SpeciesList list = GENSYM("Surface ", NFICON, MSGFIL, places_after(NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
@@ -130,13 +140,13 @@ class Sequence {
       NSURF = list.NS;
     }
     if (NSURF > 0) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
-    if (!LOK_species) stage_ = "the thermochemical data";
+    if (!LOK_species) begin("the thermochemical data");
     check(LOK_species);
     LOK_species = ELECOM(surface(), surface_elements_, MSGFIL);
   }
 
   void fit_transport() {
-    stage_ = "the transport data";
+    begin("the transport data");
     INIMOI(gas(), gas_elements_, NFISTO);
     GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
     check(LOK_species);
@@ -144,7 +154,7 @@ class Sequence {
   }
 
   void read_surface_conditions() {
-    stage_ = "the surface conditions";
+    begin("the surface conditions");
     if (NSURF > 0) PRTHD(surface(), NFISTO);
     if (NSURF == 0 && IOPT(SOLID) != 1) return;
     const bool LOK = GENCOW(IOPT(IMPULSE) == -2, NFICON, MSGFIL, NFISTO);
@@ -153,19 +163,19 @@ class Sequence {
   }
 
   void read_gas_mechanism(const ReactionNames& names) {
-    stage_ = "the gas-phase mechanism";
+    begin("the gas-phase mechanism");
     const MechanismOptions options{.solver_reverses = IOPT(REVSIM) != 0};
     Mechanism mechanism;
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
     NR = mechanism.NR();
-    if (LOK) stage_ = "the collision efficiencies";
+    if (LOK) begin("the collision efficiencies");
     LOK = LOK && GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
     separator();
     check(LOK);
   }
 
   void read_surface_mechanism() {
-    stage_ = "the surface mechanism";
+    begin("the surface mechanism");
     if (NSURF == 0) return;
     const ReactionNames names(all().SYMB);
     Mechanism mechanism;
@@ -175,7 +185,7 @@ class Sequence {
   }
 
   void read_particle_species() {
-    stage_ = "the particle species list";
+    begin("the particle species list");
     const SpeciesList list = GENSYM("PASPECIES", NFICON, MSGFIL, places_after(NGAS + NSURF));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
@@ -185,18 +195,18 @@ class Sequence {
   }
 
   void read_further_reactions() {
-    stage_ = "the complex reactions";
+    begin("the complex reactions");
     bool LOK = GENCRE(all().SYMB, NR, IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO);
     separator();
     check(LOK);
-    stage_ = "the photo reactions";
+    begin("the photo reactions");
     LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO);
     separator();
     check(LOK);
   }
 
   void read_mixtures(double ZMIX, std::string_view HEADF) {
-    stage_ = "the boundary mixtures";
+    begin("the boundary mixtures");
     const auto mixture = std::make_unique<MixtureState>();
     NFICON.rewind();
     CHICON(HEADF, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
@@ -208,7 +218,7 @@ class Sequence {
   }
 
   void read_flame_conditions() {
-    stage_ = "the flame conditions";
+    begin("the flame conditions");
     const bool LOK = INICON(IOPT, NFICON, MSGFIL, NFISTO);
     separator();
     check(LOK);
@@ -216,12 +226,10 @@ class Sequence {
 
   // The late stages, which append to the finished store file and edit it.
   void edit_store_file() {
-    const auto note_failure = [&](bool complete, std::string_view stage) {
-      if (!complete && incomplete_.empty()) incomplete_ = stage;
-    };
-    if (IOPT(IMPULSE) == -5)
-      note_failure(GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO), "the particle data");
-    if (IOPT(PLN2D) == 1) note_failure(G2OPT(NFICON, MSGFIL, NFISTO), "the two-dimensional options");
+    begin("the particle data");
+    if (IOPT(IMPULSE) == -5) GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO);
+    begin("the two-dimensional options");
+    if (IOPT(PLN2D) == 1) G2OPT(NFICON, MSGFIL, NFISTO);
   }
 
   Input& NFIMOL;
@@ -232,7 +240,7 @@ class Sequence {
   Input& NFIPAR;
   Listing& MSGFIL;
 
-  std::string_view stage_;
+  std::string_view stage_ = "the input files";
   std::string_view incomplete_;
   OptionVector IOPT;
   bool LPRT = false;  // extended printing

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "textio/record/record.h"
+#include "thermo/database_search.h"
 
 namespace varpre {
 namespace {
@@ -31,10 +32,12 @@ std::array<double, 7> scaled(const std::array<double, 7>& coefficients) {
   return result;
 }
 
-ThermoFit fit_of(const Entry& entry) {
+ThermoFit fit_of(const Entry& entry, const Place& place) {
   const auto [TLOW, THIGH, TCOMMON] = entry.limits;
-  return {
-      scaled(entry.lower), scaled(entry.upper), {TLOW - 20.0, TCOMMON == 0.0 ? 1000.0 : TCOMMON, THIGH}, {}};
+  return {scaled(entry.lower),
+          scaled(entry.upper),
+          {TLOW - 20.0, TCOMMON == 0.0 ? 1000.0 : TCOMMON, THIGH},
+          place};
 }
 
 // Sign character and value of the six coefficients of an enthalpy polynomial. The values keep their own sign.
@@ -97,60 +100,35 @@ void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
 }  // namespace
 
 bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
-  const NameIndex index(species.SYMB);
-  std::vector<bool> IFOUND(species.SYMB.size(), false);
-  std::vector<SpeciesName> other_entries;
-  int entries = 0;
-  bool read_all = true;
-
-  NFITHE.rewind();
-  for (Entry entry;;) {
-    const Place place{&NFITHE, NFITHE.record_number() + 1, 1, 16};
+  constexpr DatabaseLayout layout{16, field_name};
+  Entry entry;
+  const auto read_next = [&](SpeciesName& name) {
     const ReadResult result = read_entry(NFITHE, entry);
-    if (result.end_of_file()) break;
-    const SpeciesName name(entry.name.view());
-    if (!result) {
-      write<"(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(
-          MSGFIL, name);
-      report_unreadable(MSGFIL.findings, NFITHE, result,
-                        message(field_name(result.unreadable.number), " of species '", name, "'"));
-      read_all = false;
-      break;
-    }
-    ++entries;
-    const int number = index.find(name);
-    if (number == 0) {
-      other_entries.push_back(name);
-      continue;
-    }
-    warn_of_columns(MSGFIL.findings, NFITHE, result, field_name);
-    const auto i = static_cast<std::size_t>(number - 1);
-    if (IFOUND[i]) {
-      MSGFIL.findings.warning(
-          place, message("this entry of '", name, "' replaces an earlier one"),
-          message("the earlier one stands in line ", NFITHE.origin(species.fit[i].entry.record).line));
-    }
-    species.fit[i] = fit_of(entry);
-    species.fit[i].entry = place;
+    name = entry.name.view();
+    return result;
+  };
+  const auto take = [&](std::size_t i, const Place& place) {
+    species.fit[i] = fit_of(entry, place);
     species.elements[i] = entry.elements;
-    warn_of_jump(name, species.fit[i], MSGFIL.findings);
-    IFOUND[i] = true;
+    warn_of_jump(SpeciesName(entry.name.view()), species.fit[i], MSGFIL.findings);
+  };
+  const DatabaseSearch search =
+      search_database(species.SYMB, NFITHE, layout, MSGFIL.findings, read_next, take);
+  if (!search.read_all) {
+    write<"(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(
+        MSGFIL, search.unreadable_name);
   }
-
   bool LOK = true;
-  for (std::size_t i = 0; i < IFOUND.size(); ++i) {
-    if (IFOUND[i]) continue;
-    const SpeciesName& name = species.SYMB[i];
-    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL, name);
+  for (std::size_t i = 0; i < search.found.size(); ++i) {
+    if (search.found[i].unit != nullptr) continue;
+    write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL,
+                                                                                        species.SYMB[i]);
     LOK = false;
-    if (!read_all) continue;  // the unreadable entry is the cause
-    MSGFIL.findings.error(locate(species.listed[i], name.view()),
-                          message("species '", name, "' has no entry in ", NFITHE.origin(0).file, " (",
-                                  entries, " entries read)"),
-                          [&] { return Nearest(name.view()).offer_all(other_entries).help(); });
   }
+  report_unreadable_entry(search, NFITHE, layout, !LOK, MSGFIL.findings);
+  report_absent_entries(search, species, NFITHE, MSGFIL.findings);
   if (print) {
-    for (std::size_t i = 0; i < IFOUND.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);
+    for (std::size_t i = 0; i < species.SYMB.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);
   }
   return LOK;
 }

@@ -224,9 +224,13 @@ class Code:
                 text = "".join(next((t[1] for t in a if isinstance(t, tuple)), HOLE) for a in args[1:])
                 self.listing.setdefault(normal(text), where)
         for severity, known in self.findings.items():
-            for position in itertools.chain(source.calls("findings", ".", severity, "("),
-                                            source.calls("findings_", ".", severity, "(")):
+            calls = [source.calls(object_, ".", severity, "(") for object_ in ("findings", "findings_")]
+            if severity == "error":  # or a warning, as the code finds out
+                calls.append(source.calls("findings", ".", "report", "("))
+            for position in itertools.chain(*calls):
                 args = arguments(source.tokens, position)
+                if source.tokens[position - 2] == "report":
+                    del args[0]
                 short = [t for t in args[1] if not isinstance(t, tuple)]
                 with_holes = source.texts(args[1], seen=tuple(t for t in short if len(args[1]) > 1))
                 for text in source.texts(args[1]):

@@ -45,6 +45,8 @@ inline Place whole(const Unit& unit) {
 // same line of the program reports them; the same one is not taken twice.
 class Findings {
  public:
+  enum class Severity { error, warning };
+
   // A line of the program: of the caller, as a default argument.
   struct Site {
     const char* file;
@@ -68,6 +70,12 @@ class Findings {
     add(
         Severity::warning, place, what, [&] { return std::string(help); }, kind);
   }
+  // An error or a warning, as the caller must find out first.
+  void report(Severity severity, const Place& place, std::string_view what, std::string_view help,
+              Site kind) {
+    add(
+        severity, place, what, [&] { return std::string(help); }, kind);
+  }
   template <std::invocable Help>
   void error(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
     add(Severity::error, place, what, help, kind);
@@ -85,7 +93,6 @@ class Findings {
   std::string render(std::string_view state) const;
 
  private:
-  enum class Severity { error, warning };
   struct Kind {
     Site site;
     std::set<std::pair<Place, std::size_t>> taken;  // place and hash of the text
@@ -119,6 +126,17 @@ std::string message(const Parts&... parts) {
 double percent(double fraction);
 // "1 record", "3 records".
 std::string counted(int count, std::string_view noun);
+// "A, B, C": the first five names of a list, and how many more there are.
+template <class Names>
+std::string list_of(const Names& names) {
+  constexpr std::size_t most_listed = 5;
+  std::string list;
+  std::size_t count = 0;
+  for (const auto& name : names) {
+    if (++count <= most_listed) list += message(count > 1 ? ", " : "", name);
+  }
+  return count <= most_listed ? list : message(list, " and ", static_cast<int>(count - most_listed), " more");
+}
 
 // Finds the candidate that a misspelt name probably means: equal but for letter case, or one or two edits
 // away.

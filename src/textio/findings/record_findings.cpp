@@ -96,7 +96,7 @@ std::string without_blanks_around(std::string_view text) {
 }  // namespace
 
 void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                       Findings::Site kind) {
+                       Findings::Severity severity, std::string_view consequence, Findings::Site kind) {
   const auto [number, record, column, width] = result.unreadable;
   const std::string line = line_of(unit, record);
   const std::string field = columns_of(line, column, width);
@@ -105,10 +105,10 @@ void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& r
                                   [&, c = column](const NumericField& f) { return f.column == c; });
   const bool integer = found != fields.end() && found->edit.kind == Edit::Kind::integer;
   const Place place{&unit, record, column, width, column + first_bad_character(field, integer)};
-  findings.error(
-      place,
+  findings.report(
+      severity, place,
       message("cannot read ", name, ": expected ", integer ? "an integer" : "a number", " in columns ",
-              column, "-", column + width - 1, ", found '", without_blanks_around(field), "'"),
+              column, "-", column + width - 1, ", found '", without_blanks_around(field), "'", consequence),
       shift_help(line, fields), kind);
 }
 

@@ -51,10 +51,11 @@ struct ReadResult {
   bool is_unreadable() const { return status == Status::unreadable; }
 };
 
-// Reports the unreadable field of a statement, under its name, as an error: what stands in its columns, what
-// was expected, and whether the columns look shifted.
+// Reports the unreadable field of a statement, under its name: what stands in its columns, what was expected,
+// and whether the columns look shifted. `consequence` goes on where that sentence ends.
 void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                       Findings::Site kind = Findings::Site::current());
+                       Findings::Severity severity = Findings::Severity::error,
+                       std::string_view consequence = {}, Findings::Site kind = Findings::Site::current());
 
 namespace record_detail {
 void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
