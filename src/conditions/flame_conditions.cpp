@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "textio/record/record.h"
-#include "thermo/headings.h"
+#include "conditions/keyword_records.h"
 
 namespace varpre {
 namespace {
@@ -62,7 +61,7 @@ constexpr std::array<ConditionKeyword, condition_count> keywords{{
 }};
 
 using Values = std::array<double, condition_count>;  // VCOND
-using Places = std::array<Place, condition_count>;   // where they are given
+using Places = std::array<Place, condition_count>;   // where each is given; no unit: not given
 
 constexpr double tolerance = 1.0E-5;  // of a whole number written with decimals
 
@@ -85,58 +84,43 @@ bool report(std::string_view keyword, Listing& MSGFIL) {
   return false;
 }
 
-// Stands behind the heading; false after the message.
-bool find_heading(Input& NFICON, Listing& MSGFIL) {
-  std::array<Text<4>, 6> record;
-  NFICON.rewind();
-  while (read<"(6A4)">(NFICON, record)) {
-    if (record[0].view() == "COND") return true;
+// Takes one record; false after the message.
+bool take_condition(const KeywordRecord<4>& record, const Place& heading, const Input& NFICON,
+                    Listing& MSGFIL, Values& VCOND, Places& lines) {
+  const std::string_view word = record.word.view();
+  const auto found = std::find_if(keywords.begin(), keywords.end(),
+                                  [&](const ConditionKeyword& k) { return k.word == word; });
+  if (found == keywords.end()) {
+    Nearest nearest(word);
+    for (const ConditionKeyword& k : keywords) nearest.offer(k.word);
+    report_unknown_keyword(sections::flame_conditions, heading, word, "keyword", nearest,
+                           "columns 1-4 hold a keyword, columns 6-15 its value", NFICON, MSGFIL.findings);
+    return report(word, MSGFIL);
   }
-  write<"('1',5X,' No Heading for conditions found: ',6A4)">(MSGFIL, record);
-  MSGFIL.findings.error(whole(NFICON), "no heading 'COND' of the flame conditions",
-                        headings_of(NFICON, "COND", condition_headings));
-  return false;
+  if (!value_is_readable(record.result, message("the value of ", record.word), NFICON, MSGFIL.findings)) {
+    return report(word, MSGFIL);
+  }
+  const auto place = static_cast<std::size_t>(found - keywords.begin());
+  VCOND[place] = record.value;
+  lines[place] = here(NFICON, 6, 10);
+  return true;
 }
 
 // Takes the keyword records up to END and checks that the required ones are there; false after the message.
 bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines) {
-  std::array<bool, condition_count> given{};
-  const Place heading = here(NFICON, 1, 4);
-  for (;;) {
-    Text<4> word;
-    double value = 0;
-    const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
-    if (result.end_of_file()) {
-      write<"(/,5X,'NO END OF CONDITIONS')">(MSGFIL);
-      MSGFIL.findings.error(heading, "the flame conditions that begin here are not closed by END",
-                            "END stands in columns 1-3, column 4 is blank");
-      return false;
-    }
-    if (word.view() == "END ") break;
-    if (word.view() == "****") continue;
-    const auto found = std::find_if(keywords.begin(), keywords.end(),
-                                    [&](const ConditionKeyword& k) { return k.word == word.view(); });
-    if (found == keywords.end()) {
-      Nearest nearest(word.view());
-      for (const ConditionKeyword& k : keywords) nearest.offer(k.word);
-      MSGFIL.findings.error(
-          here(NFICON, 1, 4), message("unknown keyword '", word, "' in the flame conditions"),
-          nearest.help().empty() ? "columns 1-4 hold a keyword, columns 6-15 its value" : nearest.help());
-      return report(word.view(), MSGFIL);
-    }
-    const auto name_of = [&](int) { return message("the value of ", word); };
-    if (!result) {
-      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
-      return report(word.view(), MSGFIL);
-    }
-    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
-    const auto place = static_cast<std::size_t>(found - keywords.begin());
-    VCOND[place] = value;
-    given[place] = true;
-    lines[place] = here(NFICON, 6, 10);
+  const Place heading = heading_place(sections::flame_conditions, NFICON);
+  const auto ends = [](const Text<4>& word) { return word.view() == "END "; };
+  const auto take = [&](const KeywordRecord<4>& record) {
+    return take_condition(record, heading, NFICON, MSGFIL, VCOND, lines);
+  };
+  const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);
+  if (end == SectionEnd::end_of_file) {
+    write<"(/,5X,'NO END OF CONDITIONS')">(MSGFIL);
+    report_not_closed(sections::flame_conditions, heading, MSGFIL.findings);
   }
+  if (end != SectionEnd::closed) return false;
   for (std::size_t i = 0; i < keywords.size(); ++i) {
-    if (!keywords[i].required || given[i]) continue;
+    if (!keywords[i].required || lines[i].unit != nullptr) continue;
     write<"(/,5X,'DATA ON FLAME CONDITIONS INCOMPLETE')">(MSGFIL);
     MSGFIL.findings.error(heading, message("the flame conditions lack ", trimmed(keywords[i].word)),
                           "GE, NG, RI, RO, TE and NT must be given");
@@ -203,7 +187,12 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   Places lines{};
   std::transform(keywords.begin(), keywords.end(), VCOND.begin(),
                  [](const ConditionKeyword& k) { return k.standard; });
-  if (!find_heading(NFICON, MSGFIL) || !read_conditions(NFICON, MSGFIL, VCOND, lines)) return false;
+  if (const Heading heading = find_section(sections::flame_conditions, NFICON); !heading) {
+    write<"('1',5X,' No Heading for conditions found: ',6A4)">(MSGFIL, pieces<4, 6>(heading.record));
+    report_missing(sections::flame_conditions, NFICON, MSGFIL.findings);
+    return false;
+  }
+  if (!read_conditions(NFICON, MSGFIL, VCOND, lines)) return false;
 
   const Count geometry = code_of(VCOND[GE]);
   const Count grid = count_of(VCOND[NG]);

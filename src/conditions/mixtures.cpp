@@ -7,10 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "conditions/keyword_records.h"
 #include "textio/channel/run_stop.h"
-#include "textio/names/scanning.h"
-#include "textio/record/record.h"
-#include "thermo/headings.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -51,84 +49,90 @@ constexpr std::array<Keyword, 10> keywords{{
   throw RunStop{};
 }
 
-// Stands behind the heading; false when there is none.
-bool find_heading(std::string_view HEAD, Input& NFICON) {
-  Text<8> line;
-  do {
-    if (!read<"(A)">(NFICON, line)) return false;
-  } while (!EQUSYM(4, line.view(), HEAD));
-  return true;
-}
-
 constexpr std::string_view value_columns = "columns 1-8 hold a keyword or a species, columns 10-19 its value";
 
-[[noreturn]] void stop_at_unreadable(const SpeciesName& name, const Input& NFICON, const ReadResult& result,
-                                     Listing& MSGFIL) {
-  write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
-  report_unreadable(MSGFIL.findings, NFICON, result, message("the value of ", name));
+// A mixture while its records are read.
+struct Reading {
+  const Section& section;
+  std::span<const SpeciesName> SYMB;
+  NameIndex index{SYMB};
+  const Input& NFICON;
+  Listing& MSGFIL;
+  MixtureState& mixture;
+  Given given{};
+};
+
+[[noreturn]] void stop_at_unknown(const SpeciesName& name, const Reading& reading) {
+  Listing& MSGFIL = reading.MSGFIL;
+  write<"(1H1,5X,'ERROR - Wrong symbol in reaction conditions : ', A,'...')">(MSGFIL, name);
+  Nearest nearest(name.view());
+  nearest.offer_all(reading.SYMB);
+  for (const Keyword& keyword : keywords) nearest.offer(keyword.word);
+  report_unknown_keyword(reading.section, reading.given.heading, name.view(), "keyword or species", nearest,
+                         value_columns, reading.NFICON, MSGFIL.findings);
   stop(MSGFIL);
 }
 
-// Takes the amount of a species.
-void set_amount(const SpeciesName& name, double value, const ReadResult& result,
-                std::span<const SpeciesName> SYMB, const NameIndex& index, const Input& NFICON,
-                MixtureState& mixture, Listing& MSGFIL) {
-  const int number = index.find(name);
-  if (number == 0) {
-    write<"(1H1,5X,'ERROR - Wrong symbol in reaction conditions : ', A,'...')">(MSGFIL, name);
-    Nearest nearest(name.view());
-    nearest.offer_all(SYMB);
-    for (const Keyword& keyword : keywords) nearest.offer(keyword.word);
-    MSGFIL.findings.error(here(NFICON, 1, 8),
-                          name.blank() ? "blank line inside a mixture, which END would close"
-                                       : message("'", name, "' is neither a keyword nor a species"),
-                          nearest.help().empty() ? std::string(value_columns) : nearest.help());
+void require_value(const KeywordRecord<8>& record, const Reading& reading) {
+  const SpeciesName& name = record.word;
+  Listing& MSGFIL = reading.MSGFIL;
+  if (!record.result) {
+    write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
+  }
+  if (!value_is_readable(record.result, message("the value of ", name), reading.NFICON, MSGFIL.findings)) {
     stop(MSGFIL);
   }
-  double& X = mixture.X[static_cast<std::size_t>(number - 1)];
+}
+
+// Takes the amount of a species.
+void set_amount(const KeywordRecord<8>& record, Reading& reading) {
+  const SpeciesName& name = record.word;
+  Listing& MSGFIL = reading.MSGFIL;
+  const int number = reading.index.find(name);
+  if (number == 0) stop_at_unknown(name, reading);
+  double& X = reading.mixture.X[static_cast<std::size_t>(number - 1)];
   if (X > 0) {
     write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
-    MSGFIL.findings.error(here(NFICON, 1, 8), message("the amount of species '", name, "' is given twice"));
+    MSGFIL.findings.error(here(reading.NFICON, 1, 8),
+                          message("the amount of species '", name, "' is given twice"));
     stop(MSGFIL);
   }
-  if (!result) stop_at_unreadable(name, NFICON, result, MSGFIL);
-  X = value;
+  require_value(record, reading);
+  X = record.value;
+  ++reading.given.composition;
+}
+
+void set_keyword(const Keyword& keyword, const KeywordRecord<8>& record, Reading& reading) {
+  Listing& MSGFIL = reading.MSGFIL;
+  require_value(record, reading);
+  if (record.value <= 0 && (keyword.word == "P   " || keyword.word == "T   ")) {
+    MSGFIL.findings.warning(here(reading.NFICON, 10, 10),
+                            message(keyword.word == "P   " ? "the pressure" : "the temperature",
+                                    " of this mixture is not positive: ", record.value));
+  }
+  reading.mixture.*keyword.value = record.value * keyword.factor;
+  if (keyword.given != nullptr) reading.given.*keyword.given = true;
 }
 
 // Reads the value records up to END.
-Given read_values(std::span<const SpeciesName> SYMB, Input& NFICON, MixtureState& mixture, Listing& MSGFIL) {
-  const NameIndex index(SYMB);
-  Given given;
-  given.heading = here(NFICON, 1, 8);
-  for (;;) {
-    SpeciesName name;
-    double value = 0;
-    const ReadResult result = read<"(A8,1X,E10.2)">(NFICON, name, value);
-    if (result.end_of_file()) {
-      write<"(1H ,5X,'ERROR - No end of reaction conditions')">(MSGFIL);
-      MSGFIL.findings.error(given.heading, "the mixture that begins here is not closed by END");
-      stop(MSGFIL);
-    }
-    if (EQUSYM(3, name.view(), "END")) return given;
-    if (EQUSYM(4, name.view(), "****")) continue;
+void read_values(Input& NFICON, Reading& reading) {
+  const auto ends = [](const SpeciesName& name) { return EQUSYM(3, name.view(), "END"); };
+  const auto take = [&](const KeywordRecord<8>& record) {
     const auto keyword = std::find_if(keywords.begin(), keywords.end(), [&](const Keyword& k) {
-      return EQUSYM(static_cast<int>(k.word.size()), name.view(), k.word);
+      return EQUSYM(static_cast<int>(k.word.size()), record.word.view(), k.word);
     });
-    warn_of_columns(MSGFIL.findings, NFICON, result, [&](int) { return message("the value of ", name); });
     if (keyword == keywords.end()) {
-      set_amount(name, value, result, SYMB, index, NFICON, mixture, MSGFIL);
-      ++given.composition;
-      continue;
+      set_amount(record, reading);
+    } else {
+      set_keyword(*keyword, record, reading);
     }
-    if (!result) stop_at_unreadable(name, NFICON, result, MSGFIL);
-    if (value <= 0 && (keyword->word == "P   " || keyword->word == "T   ")) {
-      MSGFIL.findings.warning(here(NFICON, 10, 10),
-                              message(keyword->word == "P   " ? "the pressure" : "the temperature",
-                                      " of this mixture is not positive: ", value));
-    }
-    mixture.*keyword->value = value * keyword->factor;
-    if (keyword->given != nullptr) given.*keyword->given = true;
-  }
+    return true;
+  };
+  if (read_keyword_records<"(A8,1X,E10.2)", 8>(NFICON, ends, take) == SectionEnd::closed) return;
+  Listing& MSGFIL = reading.MSGFIL;
+  write<"(1H ,5X,'ERROR - No end of reaction conditions')">(MSGFIL);
+  report_not_closed(reading.section, reading.given.heading, MSGFIL.findings);
+  stop(MSGFIL);
 }
 
 double sum(std::span<const double> values) {
@@ -229,17 +233,19 @@ void list_elements(const Elements& elements, std::span<const double> values, Lis
 
 }  // namespace
 
-void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
+void CHICON(const Section& section, const SpeciesView& species, int NSURF, const Elements& elements,
             Input& NFICON, Listing& MSGFIL, MixtureState& mixture) {
-  if (!find_heading(HEAD, NFICON)) {
+  if (!find_section(section, NFICON)) {
     write<"(1H ,5X,'WARNING - No composition specified')">(MSGFIL);
-    MSGFIL.findings.warning(whole(NFICON),
-                            message("no mixture '", HEAD, "': the store file gets zeros for it"),
-                            headings_of(NFICON, HEAD, condition_headings));
+    report_missing(section, NFICON, MSGFIL.findings, ": the store file gets zeros for it");
     return;
   }
   mixture = {};
-  const Given given = read_values(species.SYMB, NFICON, mixture, MSGFIL);
+  Reading reading{
+      .section = section, .SYMB = species.SYMB, .NFICON = NFICON, .MSGFIL = MSGFIL, .mixture = mixture};
+  reading.given.heading = heading_place(section, NFICON);
+  read_values(NFICON, reading);
+  const Given& given = reading.given;
   const auto NTOT = static_cast<std::size_t>(species.size());
   const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
   const auto X = std::span(mixture.X).first(NGAS);

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
 #include "textio/channel/unit.h"
 #include "textio/findings/listing.h"
 #include "thermo/elements.h"
+#include "thermo/sections.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -29,15 +29,15 @@ struct MixtureState {
   std::array<double, NEMAX> Z{};  // its element specific mole numbers, mol/kg
 };
 
-// Reads the mixture block that opens with the heading word HEAD (any letter case) from the current position
-// of NFICON on, checks it, and completes it: normalised composition, specific mole numbers, element
-// composition, the missing one of temperature and enthalpy, and the density by the ideal gas law. `species`
-// are the gas species and the NSURF surface species behind them, `elements` those of the gas phase.
+// Reads a mixture, the section `section` of NFICON, checks it, and completes it: normalised composition,
+// specific mole numbers, element composition, the missing one of temperature and enthalpy, and the density by
+// the ideal gas law. `species` are the gas species and the NSURF surface species behind them, `elements`
+// those of the gas phase.
 //
 // A block that is not there is a warning and leaves `mixture` as it was. Any error in the block stops the run
 // (RunStop), after its message and, but for a temperature that is not found, "ERROR - Wrong operation of
 // CHICON".
-void CHICON(std::string_view HEAD, const SpeciesView& species, int NSURF, const Elements& elements,
+void CHICON(const Section& section, const SpeciesView& species, int NSURF, const Elements& elements,
             Input& NFICON, Listing& MSGFIL, MixtureState& mixture);
 
 // Lists a mixture under its mixture fraction ZMIX.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "textio/record/number_format.h"
+#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -26,15 +27,16 @@ bool fail(Listing& MSGFIL) {
 
 // Lists the title records and stands behind the heading; false after the message.
 bool find_heading(Input& NFICON, Listing& MSGFIL) {
-  std::array<Text<8>, 9> record;
-  while (read<"(9A8)">(NFICON, record)) {
-    const std::string_view word = record[0].first(4);
-    if (word == "OPTI") return true;
-    if (word != "COMM") break;
-    write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(record).subspan(1));
-  }
-  write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, record[0]);
-  const bool at_end = record[0].first(4) == "COMM" || NFICON.record_number() == 0;
+  const auto list_title = [&](std::string_view record) {
+    if (!record.starts_with("COMM")) return false;
+    const auto title = pieces<8, 9>(record);
+    write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(title).subspan<1>());
+    return true;
+  };
+  const Heading heading = find_section(sections::options, NFICON, list_title);
+  if (heading) return true;
+  write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, Text<8>(heading.record));
+  const bool at_end = heading.record.starts_with("COMM") || NFICON.record_number() == 0;
   MSGFIL.findings.error(at_end ? whole(NFICON) : here(NFICON, 1, 4), "the heading OPTIONS is due here",
                         "the file begins with title lines (COMMENT ...) and OPTIONS; letter case counts");
   return fail(MSGFIL);
@@ -58,7 +60,7 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
 
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
 bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
-  const Place heading = here(NFICON, 1, 4);
+  const Place heading = heading_place(sections::options, NFICON);
   bool LOK = true;
   bool readable = true;
   complete = false;
@@ -78,7 +80,7 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
     return LOK;
   }
   write<"(1H1,5X,'ERROR - Unreadable options or no END of options')">(MSGFIL);
-  if (readable) MSGFIL.findings.error(heading, "the options that begin here are not closed by END");
+  if (readable) report_not_closed(sections::options, heading, MSGFIL.findings);
   return fail(MSGFIL);
 }
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/record/record.h"
+#include "conditions/keyword_records.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -21,19 +21,11 @@ struct Particles {
   std::vector<double> XPA;         // their initial fractions
 };
 
-// Stands behind the next record that begins with a word of four characters; false, after the finding, when
-// there is none.
-bool find_record(std::string_view word, Input& NFICON, Findings& findings) {
-  Text<4> record;
-  do {
-    if (!read<"(A4)">(NFICON, record)) {
-      findings.error(
-          whole(NFICON), message("no record '", word, "' of the particle data where it is due"),
-          "the section holds, in this order: PART, NRGP, PASP and the names, END, PARi and the fractions, END");
-      return false;
-    }
-  } while (record.view() != word);
-  return true;
+// Stands behind the heading of a part of the section; false, after the finding, when there is none.
+bool find_part(const Section& part, Input& NFICON, Findings& findings) {
+  if (find_section(part, NFICON)) return true;
+  report_missing(part, NFICON, findings, " where it is due");
+  return false;
 }
 
 bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
@@ -59,7 +51,7 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
   for (;;) {
     std::array<SpeciesName, 7> record;
     if (!read<"(7(A8,1X))">(NFICON, record)) {
-      findings.error(heading, "the particle species that begin here are not closed by END");
+      report_not_closed(sections::particle_names, heading, findings);
       return false;
     }
     if (record[0].first(3) == "END") return true;
@@ -74,50 +66,52 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
 
 // Grid size and list of the section, up to the heading of the fractions.
 bool read_section(Input& NFICON, Particles& particles, Findings& findings) {
-  NFICON.rewind();
-  return find_record("PART", NFICON, findings) && read_grid_size(NFICON, particles, findings) &&
-         find_record("PASP", NFICON, findings) && read_names(NFICON, particles.names, findings) &&
-         find_record("PARi", NFICON, findings);
+  return find_part(sections::particle_data, NFICON, findings) &&
+         read_grid_size(NFICON, particles, findings) &&
+         find_part(sections::particle_names, NFICON, findings) &&
+         read_names(NFICON, particles.names, findings) &&
+         find_part(sections::particle_fractions, NFICON, findings);
 }
 
-// Takes the fraction records up to END; false, some with a message of their own, at an error.
-bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
-  const Place heading = here(NFICON, 1, 4);
-  particles.XPA.assign(particles.names.size(), 0.0);
-  for (;;) {
-    SpeciesName name;
-    double value = 0;
-    const ReadResult result = read<"(A8,1X,E10.2)">(NFICON, name, value);
-    if (result.end_of_file()) {
-      MSGFIL.findings.error(heading, "the particle fractions that begin here are not closed by END");
-      return false;
-    }
-    if (name.first(3) == "END") return true;
-    if (name.first(4) == "****") continue;
-    const auto found = std::find(particles.names.begin(), particles.names.end(), name);
-    if (found == particles.names.end()) {
-      write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
-      MSGFIL.findings.error(here(NFICON, 1, 8),
-                            message("'", name, "' is not in the list of particle species"),
-                            Nearest(name.view()).offer_all(particles.names).help());
-      return false;
-    }
-    const auto name_of = [&](int) { return message("the fraction of ", name); };
-    if (!result) {
-      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
-      return false;
-    }
-    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
-    double& XPA = particles.XPA[static_cast<std::size_t>(found - particles.names.begin())];
-    if (XPA > 0 || value < 0) {
-      write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
-      MSGFIL.findings.error(here(NFICON, 1, 19), value < 0
-                                                     ? message("the fraction of ", name, " is negative")
-                                                     : message("the fraction of ", name, " is given twice"));
-      return false;
-    }
-    XPA = value;
+// Takes a fraction; false, some with a message of their own, at an error.
+bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const Input& NFICON, Listing& MSGFIL,
+                   Particles& particles) {
+  const auto& [name, value, result] = record;
+  const auto found = std::find(particles.names.begin(), particles.names.end(), name);
+  if (found == particles.names.end()) {
+    write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
+    report_unknown_keyword(sections::particle_fractions, heading, name.view(), "particle species",
+                           Nearest(name.view()).offer_all(particles.names),
+                           "columns 1-8 hold a particle species of the list, columns 10-19 its fraction",
+                           NFICON, MSGFIL.findings);
+    return false;
   }
+  if (!value_is_readable(result, message("the fraction of ", name), NFICON, MSGFIL.findings)) return false;
+  double& XPA = particles.XPA[static_cast<std::size_t>(found - particles.names.begin())];
+  if (XPA > 0 || value < 0) {
+    write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
+    MSGFIL.findings.error(here(NFICON, 1, 19), value < 0
+                                                   ? message("the fraction of ", name, " is negative")
+                                                   : message("the fraction of ", name, " is given twice"));
+    return false;
+  }
+  XPA = value;
+  return true;
+}
+
+// Takes the fraction records up to END; false after the finding.
+bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
+  const Place heading = heading_place(sections::particle_fractions, NFICON);
+  particles.XPA.assign(particles.names.size(), 0.0);
+  const auto ends = [](const SpeciesName& name) { return name.first(3) == "END"; };
+  const auto take = [&](const KeywordRecord<8>& record) {
+    return take_fraction(record, heading, NFICON, MSGFIL, particles);
+  };
+  const SectionEnd end = read_keyword_records<"(A8,1X,E10.2)", 8>(NFICON, ends, take);
+  if (end == SectionEnd::end_of_file) {
+    report_not_closed(sections::particle_fractions, heading, MSGFIL.findings);
+  }
+  return end == SectionEnd::closed;
 }
 
 // Makes the fractions sum up to 1; without any, the first species gets all. False when their sum is not

@@ -5,8 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "textio/record/record.h"
-#include "thermo/headings.h"
+#include "conditions/keyword_records.h"
 
 namespace varpre {
 namespace {
@@ -45,54 +44,40 @@ struct Given {
 };
 using Values = std::array<Given, properties.size()>;
 
-// Stands behind the heading; false after the message.
-bool find_heading(Input& NFICON, Listing& MSGFIL) {
-  constexpr std::string_view heading = "SURFACE COND";
-  Text<72> record;
-  NFICON.rewind();
-  while (read<"(A72)">(NFICON, record)) {
-    if (record.first(heading.size()) == heading) return true;
+// Takes one record; false after the message.
+bool take_property(const KeywordRecord<8>& record, const Place& heading, const Input& NFICON, Listing& MSGFIL,
+                   Values& values) {
+  const auto& [word, value, result] = record;
+  const auto found = std::find_if(properties.begin(), properties.end(),
+                                  [&](const Property& p) { return p.word == record.word.first(4); });
+  if (found == properties.end()) {
+    write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+    Nearest nearest(word.view());
+    for (const Property& p : properties) nearest.offer(p.word);
+    report_unknown_keyword(sections::surface_conditions, heading, word.view(), "keyword", nearest,
+                           "columns 1-4 hold a keyword, columns 10-20 its value", NFICON, MSGFIL.findings);
+    return false;
   }
-  write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, record);
-  MSGFIL.findings.error(whole(NFICON), message("no heading '", heading, "'"),
-                        headings_of(NFICON, heading, condition_headings));
-  return false;
+  if (!result) write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
+  if (!value_is_readable(result, message("the value of ", word), NFICON, MSGFIL.findings)) return false;
+  Given& given = values[static_cast<std::size_t>(found - properties.begin())];
+  given.value = value;
+  ++given.count;
+  return true;
 }
 
 // Takes the keyword records up to END; false after the message.
 bool read_values(Input& NFICON, const Place& heading, Listing& MSGFIL, Values& values) {
-  for (;;) {
-    Text<8> word;
-    double value = 0;
-    const ReadResult result = read<"(A8,1X,E11.4)">(NFICON, word, value);
-    if (result.end_of_file()) {
-      write<"(6X,'NO END OF SURFACE CONDITIONS')">(MSGFIL);
-      MSGFIL.findings.error(heading, "the surface conditions that begin here are not closed by END",
-                            "END stands in columns 1-3, column 4 is blank");
-      return false;
-    }
-    if (word.first(4) == "END ") return true;
-    const auto found = std::find_if(properties.begin(), properties.end(),
-                                    [&](const Property& p) { return p.word == word.first(4); });
-    if (found == properties.end()) {
-      write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
-      Nearest nearest(word.view());
-      for (const Property& p : properties) nearest.offer(p.word);
-      MSGFIL.findings.error(
-          here(NFICON, 1, 8), message("unknown keyword '", word, "' in the surface conditions"),
-          nearest.help().empty() ? "columns 1-4 hold a keyword, columns 10-20 its value" : nearest.help());
-      return false;
-    }
-    if (!result) {
-      write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
-      report_unreadable(MSGFIL.findings, NFICON, result, message("the value of ", word));
-      return false;
-    }
-    warn_of_columns(MSGFIL.findings, NFICON, result, [&](int) { return message("the value of ", word); });
-    Given& given = values[static_cast<std::size_t>(found - properties.begin())];
-    given.value = value;
-    ++given.count;
+  const auto ends = [](const Text<8>& word) { return word.first(4) == "END "; };
+  const auto take = [&](const KeywordRecord<8>& record) {
+    return take_property(record, heading, NFICON, MSGFIL, values);
+  };
+  const SectionEnd end = read_keyword_records<"(A8,1X,E11.4)", 8>(NFICON, ends, take);
+  if (end == SectionEnd::end_of_file) {
+    write<"(6X,'NO END OF SURFACE CONDITIONS')">(MSGFIL);
+    report_not_closed(sections::surface_conditions, heading, MSGFIL.findings);
   }
+  return end == SectionEnd::closed;
 }
 
 // Complains of a property that is not given exactly once.
@@ -114,10 +99,14 @@ bool given_once(std::size_t i, const Values& values, const Place& heading, Listi
 }  // namespace
 
 bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  if (!find_heading(NFICON, MSGFIL)) return false;
+  if (const Heading found = find_section(sections::surface_conditions, NFICON); !found) {
+    write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, Text<72>(found.record));
+    report_missing(sections::surface_conditions, NFICON, MSGFIL.findings);
+    return false;
+  }
   Values values{};
   for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;
-  const Place heading = here(NFICON, 1, 12);
+  const Place heading = heading_place(sections::surface_conditions, NFICON);
   if (!read_values(NFICON, heading, MSGFIL, values)) return false;
 
   for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, heading, MSGFIL);

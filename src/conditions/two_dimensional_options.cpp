@@ -6,9 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "conditions/keyword_records.h"
 #include "conditions/options.h"
-#include "textio/record/record.h"
-#include "thermo/headings.h"
 
 namespace varpre {
 namespace {
@@ -53,22 +52,13 @@ constexpr std::string_view radius_record = "INNER AN";
 constexpr std::ptrdiff_t weight_record =
     6;  // records below the radius record, the last of the flame conditions
 
-bool find_record(std::string_view word, Input& NFICON) {
-  Text<4> record;
-  NFICON.rewind();
-  do {
-    if (!read<"(A4)">(NFICON, record)) return false;
-  } while (record.view() != word);
-  return true;
-}
-
 // Reads the option entries up to the END record, its own other entries included; false after the message.
 bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
-  const Place heading = here(NFICON, 1, 4);
+  const Place heading = heading_place(sections::two_dimensional_options, NFICON);
   for (OptionRecord record;;) {
     if (!read_option_record(NFICON, MSGFIL.findings, record)) {
       write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
-      MSGFIL.findings.error(heading, "the two-dimensional options that begin here are not closed by END");
+      report_not_closed(sections::two_dimensional_options, heading, MSGFIL.findings);
       return false;
     }
     if (entries.size() + record.size() > NUMOPT) {
@@ -116,40 +106,49 @@ OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
   return IOPT2;
 }
 
+// The parameter that a keyword sets, if it sets one.
+auto parameter_of(std::string_view word) {
+  return std::find_if(parameters.begin(), parameters.end(),
+                      [&](const Parameter& p) { return p.word == word; });
+}
+
+// Warns when it is not END that ends the section.
+void warn_of_other_end(std::string_view word, const Place& heading, const Input& NFICON, Findings& findings) {
+  if (word.starts_with("END")) return;
+  if (report_heading_inside(sections::two_dimensional_input, heading, NFICON, findings,
+                            Findings::Severity::warning)) {
+    return;
+  }
+  Nearest nearest(word);
+  for (const Parameter& p : parameters) nearest.offer(p.word);
+  findings.warning(here(NFICON, 1, 4),
+                   message("'", trimmed(word), "' is no two-dimensional parameter: it ends the section"),
+                   nearest.help());
+}
+
 // Takes the keyword records up to the first other one; false after the message.
 bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
-  const Place heading = here(NFICON, 1, 4);
-  for (;;) {
-    Text<4> word;
-    double value = 0;
-    const ReadResult result = read<"(A4,1X,E10.3)">(NFICON, word, value);
-    if (result.end_of_file()) {
-      write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
-      MSGFIL.findings.error(heading, "the two-dimensional parameters that begin here are not closed by END");
-      return false;
-    }
-    if (word.view() == "****") continue;
-    const auto found = std::find_if(parameters.begin(), parameters.end(),
-                                    [&](const Parameter& p) { return p.word == word.view(); });
-    if (found == parameters.end()) {
-      Nearest nearest(word.view());
-      for (const Parameter& p : parameters) nearest.offer(p.word);
-      if (word.first(3) != "END") {
-        MSGFIL.findings.warning(here(NFICON, 1, 4),
-                                message("'", word, "' is no two-dimensional parameter: it ends the section"),
-                                nearest.help());
-      }
-      return true;
-    }
-    const auto name_of = [&](int) { return message("the value of ", word); };
-    warn_of_columns(MSGFIL.findings, NFICON, result, name_of);
-    if (!result) {
-      report_unreadable(MSGFIL.findings, NFICON, result, name_of(0));
+  const Place heading = heading_place(sections::two_dimensional_input, NFICON);
+  const auto ends = [&](const Text<4>& word) {
+    if (parameter_of(word.view()) != parameters.end()) return false;
+    warn_of_other_end(word.view(), heading, NFICON, MSGFIL.findings);
+    return true;
+  };
+  const auto take = [&](const KeywordRecord<4>& record) {
+    const auto& [word, value, result] = record;
+    if (!value_is_readable(result, message("the value of ", word), NFICON, MSGFIL.findings)) {
       write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
       return false;
     }
-    values[static_cast<std::size_t>(found - parameters.begin())] = value;
+    values[static_cast<std::size_t>(parameter_of(word.view()) - parameters.begin())] = value;
+    return true;
+  };
+  const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);
+  if (end == SectionEnd::end_of_file) {
+    write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
+    report_not_closed(sections::two_dimensional_input, heading, MSGFIL.findings);
   }
+  return end == SectionEnd::closed;
 }
 
 std::vector<StoreRecord> records_of(Unit& unit) {
@@ -180,10 +179,9 @@ std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
 }  // namespace
 
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  if (!find_record("2DOP", NFICON)) {
+  if (!find_section(sections::two_dimensional_options, NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
-    MSGFIL.findings.error(whole(NFICON), "no heading '2DOP' of the two-dimensional options",
-                          headings_of(NFICON, "2DOP", condition_headings));
+    report_missing(sections::two_dimensional_options, NFICON, MSGFIL.findings);
     return;
   }
   write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
@@ -194,10 +192,9 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   write<"(3X,'2DOptions : ')">(MSGFIL);
   list_options(N2TOPT, IOPT2, MSGFIL);
 
-  if (!find_record("2DIN", NFICON)) {
+  if (!find_section(sections::two_dimensional_input, NFICON)) {
     write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
-    MSGFIL.findings.error(whole(NFICON), "no heading '2DIN' of the two-dimensional parameters",
-                          headings_of(NFICON, "2DIN", condition_headings));
+    report_missing(sections::two_dimensional_input, NFICON, MSGFIL.findings);
     return;
   }
   ParameterValues values{};

@@ -18,7 +18,7 @@
 #include "textio/channel/run_stop.h"
 #include "textio/record/record.h"
 #include "thermo/elements.h"
-#include "thermo/headings.h"
+#include "thermo/section_findings.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"
 #include "transport/transport_data.h"
@@ -78,8 +78,8 @@ class Sequence {
     read_surface_mechanism();
     read_particle_species();
     read_further_reactions();
-    read_mixtures(0, "Left");
-    read_mixtures(1, "Righ");
+    read_mixture(0, sections::left_mixture);
+    read_mixture(1, sections::right_mixture);
     read_flame_conditions();
     write<"(' Spec. Flags',3X,20I3,4(/,' Spec. Flags',3X,20I3))">(NFISTO, all().IFLAG);
     write<"('<   ')">(NFISTO);
@@ -118,12 +118,9 @@ class Sequence {
 
   void read_gas_species() {
     begin("the gas-phase species");
-    const SpeciesList list = GENSYM("Gas Phas", NFICON, MSGFIL, places_after(0));
+    const SpeciesList list = GENSYM(sections::gas_species, NFICON, MSGFIL, places_after(0));
     separator();
-    if (!list.heading) {
-      MSGFIL.findings.error(whole(NFICON), "no heading 'GAS PHASE' of the gas-phase species list",
-                            headings_of(NFICON, "Gas Phas", condition_headings));
-    }
+    if (!list.heading) report_missing(sections::gas_species, NFICON, MSGFIL.findings);
     check(!list.absent);
     NGAS = list.NS;
     // Between here and the next check other stages run: a failure is kept until then.
@@ -133,7 +130,7 @@ class Sequence {
 
   void read_surface_species() {
     begin("the surface species");
-    const SpeciesList list = GENSYM("Surface ", NFICON, MSGFIL, places_after(NGAS));
+    const SpeciesList list = GENSYM(sections::surface_species, NFICON, MSGFIL, places_after(NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
     } else {
@@ -186,7 +183,7 @@ class Sequence {
 
   void read_particle_species() {
     begin("the particle species list");
-    const SpeciesList list = GENSYM("PASPECIES", NFICON, MSGFIL, places_after(NGAS + NSURF));
+    const SpeciesList list = GENSYM(sections::particle_species, NFICON, MSGFIL, places_after(NGAS + NSURF));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
     } else {
@@ -205,11 +202,10 @@ class Sequence {
     check(LOK);
   }
 
-  void read_mixtures(double ZMIX, std::string_view HEADF) {
+  void read_mixture(double ZMIX, const Section& section) {
     begin("the boundary mixtures");
     const auto mixture = std::make_unique<MixtureState>();
-    NFICON.rewind();
-    CHICON(HEADF, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
+    CHICON(section, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
     const auto XCOND = std::span(mixture->X).first(static_cast<std::size_t>(NGAS + NSURF));
     const auto& m = *mixture;
     write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC,

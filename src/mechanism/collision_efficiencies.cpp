@@ -7,7 +7,7 @@
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
 #include "textio/record/record.h"
-#include "thermo/headings.h"
+#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -42,28 +42,24 @@ class Efficiencies {
   std::vector<double> values_;
 };
 
-// Stands behind the "COLL" record of a unit and looks at the next one: false when either is missing.
-bool find_section(Unit& unit, bool& troe) {
+// Stands behind the heading and looks at the next record: false when either is missing.
+bool find_heading(Input& input, bool& troe) {
   Text<80> record;
-  unit.rewind();
-  do {
-    if (!read<"(A80)">(unit, record)) return false;
-  } while (!EQUSYM(4, record.view(), "COLL"));
-  if (!read<"(A80)">(unit, record)) return false;
+  if (!find_section(sections::efficiencies, input) || !read<"(A80)">(input, record)) return false;
   troe = EQUSYM(4, record.view(), "TROE");
-  if (!troe) unit.step_back();
+  if (!troe) input.step_back();
   return true;
 }
 
-Unit* find_section_in_either(Input& NFIMEC, Input& NFICON, bool& troe) {
-  if (find_section(NFIMEC, troe)) return &NFIMEC;
-  if (find_section(NFICON, troe)) return &NFICON;
+Input* find_heading_in_either(Input& NFIMEC, Input& NFICON, bool& troe) {
+  if (find_heading(NFIMEC, troe)) return &NFIMEC;
+  if (find_heading(NFICON, troe)) return &NFICON;
   return nullptr;
 }
 
 bool fail_without_end(const Place& section, Listing& MSGFIL) {
   write<"('1',5X,'ERROR: no END of the collision efficiencies')">(MSGFIL);
-  MSGFIL.findings.error(section, "the collision efficiencies that begin here are not closed by END");
+  report_not_closed(sections::efficiencies, section, MSGFIL.findings);
   return false;
 }
 
@@ -221,13 +217,11 @@ bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIME
     return false;
   }
   bool troe = false;
-  Unit* const unit = find_section_in_either(NFIMEC, NFICON, troe);
+  Unit* const unit = find_heading_in_either(NFIMEC, NFICON, troe);
   if (unit == nullptr) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
-    MSGFIL.findings.error(
-        whole(NFIMEC),
-        message("no heading 'COLL' of the collision efficiencies, here or in ", NFICON.origin(0).file),
-        headings_of(NFIMEC, "COLL", mechanism_headings));
+    report_missing(sections::efficiencies, NFIMEC, MSGFIL.findings,
+                   message(", here or in ", NFICON.origin(0).file));
     return false;
   }
 

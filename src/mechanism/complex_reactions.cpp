@@ -7,6 +7,7 @@
 #include "textio/channel/run_stop.h"
 #include "textio/names/scanning.h"
 #include "textio/record/record.h"
+#include "thermo/sections.h"
 
 namespace varpre {
 namespace {
@@ -34,16 +35,6 @@ auto slots(ComplexReaction& r, std::size_t first, std::size_t count) {
 std::size_t filled_slots(const ComplexReaction& r, std::size_t first) {
   const auto slot = r.STOBR.begin() + static_cast<std::ptrdiff_t>(first);
   return static_cast<std::size_t>(std::count_if(slot, slot + half, [](double x) { return x != 0; }));
-}
-
-// Stands behind the "COMP" record; false when there is none.
-bool find_section(Input& NFIMEC) {
-  Text<80> record;
-  NFIMEC.rewind();
-  do {
-    if (!read<"(A80)">(NFIMEC, record)) return false;
-  } while (!EQUSYM(4, record.view(), "COMP"));
-  return true;
 }
 
 // Reads the two records of a reaction; false, after the finding, when one is missing or cannot be read.
@@ -114,7 +105,7 @@ void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
 bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
             Listing& MSGFIL, StoreFile& NFISTO) {
   int NBRUT = 0;
-  if (!find_section(NFIMEC)) {
+  if (!find_section(sections::complex_reactions, NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
   } else if (!read<"(I4)">(NFIMEC, NBRUT) || NBRUT < 0) {
     write<"('1',5X,'ERROR: unreadable number of complex reactions')">(MSGFIL);

@@ -12,10 +12,14 @@
 #include "mechanism/reverse_reaction.h"
 #include "textio/names/scanning.h"
 #include "textio/record/record.h"
-#include "thermo/headings.h"
+#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
+
+const Section& section_of(Phase phase) {
+  return phase == Phase::gas ? sections::gas_mechanism : sections::surface_mechanism;
+}
 
 // Educts and products exchanged.
 SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
@@ -48,7 +52,7 @@ class Reader {
       switch (INIMIN(phase_, names_, NFIMEC_, MSGFIL_, line)) {
         case LineResult::rejected: return false;
         case LineResult::end_of_file:
-          MSGFIL_.findings.error(heading, "the mechanism that begins here is not closed by END");
+          report_not_closed(section_of(phase_), heading, MSGFIL_.findings);
           return false;
         case LineResult::end_of_mechanism:
           write<"(' ',2X)">(MSGFIL_);
@@ -130,22 +134,20 @@ class Reader {
 };
 
 // Stands behind the heading; echoes the records before it. False, after the message, when there is none.
-bool find_heading(Phase phase, Input& NFIMEC, Listing& MSGFIL, Text<80>& heading) {
-  const std::string_view word = phase == Phase::gas ? "MECH" : "SURF";
+bool find_heading(const Section& section, Input& NFIMEC, Listing& MSGFIL, Text<80>& record) {
+  const auto echo = [&](std::string_view passed) {
+    write<"(' ',A72)">(MSGFIL, Text<80>(passed));
+    return true;
+  };
   const int records_before = NFIMEC.record_number();
-  for (;;) {
-    if (!read<"(A80)">(NFIMEC, heading)) {
-      write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
-      MSGFIL.findings.error(
-          whole(NFIMEC), message("no heading '", word, "' from record ", records_before + 1, " on"),
-          phase == Phase::gas
-              ? headings_of(NFIMEC, word, mechanism_headings)
-              : "the surface mechanism stands behind the collision efficiencies, in this file");
-      return false;
-    }
-    if (EQUSYM(4, heading.view(), word)) return true;
-    write<"(' ',A72)">(MSGFIL, heading);
-  }
+  const Heading heading = find_section(section, NFIMEC, echo);
+  record = heading.record;
+  if (heading) return true;
+  write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
+  report_missing(
+      section, NFIMEC, MSGFIL.findings,
+      records_before == 0 ? std::string() : message(" behind line ", NFIMEC.origin(records_before).line));
+  return false;
 }
 
 void list_header(const Text<80>& heading, Listing& MSGFIL) {
@@ -284,7 +286,7 @@ bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNa
             Mechanism& mechanism) {
   mechanism = {};
   Text<80> heading;
-  if (!find_heading(phase, NFIMEC, MSGFIL, heading)) return false;
+  if (!find_heading(section_of(phase), NFIMEC, MSGFIL, heading)) return false;
   const Place place = here(NFIMEC, 1, static_cast<int>(trimmed(heading.view()).size()));
   list_header(heading, MSGFIL);
   if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))

@@ -2,6 +2,7 @@
 
 #include "textio/names/scanning.h"
 #include "textio/record/record.h"
+#include "thermo/sections.h"
 
 namespace varpre {
 namespace {
@@ -12,16 +13,6 @@ struct PhotoReaction {
   std::array<SpeciesName, 3> products;
   double rate = 0;
 };
-
-// Stands behind the "PHOT" record; false when there is none.
-bool find_section(Input& NFIMEC) {
-  Text<4> word;
-  NFIMEC.rewind();
-  do {
-    if (!read<"(1A4)">(NFIMEC, word)) return false;
-  } while (!EQUSYM(4, word.view(), "PHOT"));
-  return true;
-}
 
 ReadResult read_reaction(Input& NFIMEC, PhotoReaction& r) {
   return read<"(A8,3(A1,A8),E10.3)">(NFIMEC, r.reactant, zip(r.separators, r.products), r.rate);
@@ -61,7 +52,7 @@ bool resolve_names(std::span<const SpeciesName> SYMB, const NameIndex& index, co
 
 bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO) {
   int NPHO = 0;
-  if (find_section(NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
+  if (find_section(sections::photo_reactions, NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
     write<"(/,5X,'UNREADABLE NUMBER OF PHOTO REACTIONS')">(MSGFIL);
     MSGFIL.findings.error(here(NFIMEC, 1, 3), "the number of photo reactions is due here",
                           message("columns 1-3 hold a number from 0 to ", NPMAX));

@@ -9,8 +9,7 @@ namespace {
 std::uint64_t key_of(const SpeciesName& name) {
   std::uint64_t key = 0;
   for (const char c : name.chars) {
-    const char upper = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    key = key << 8 | static_cast<unsigned char>(upper);
+    key = key << 8 | static_cast<unsigned char>(upper(c));
   }
   return key;
 }

@@ -4,7 +4,7 @@
 
 #include "textio/names/scanning.h"
 #include "textio/record/record.h"
-#include "thermo/headings.h"
+#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -12,15 +12,6 @@ namespace {
 constexpr std::string_view flag_characters = "*+>";
 constexpr NameLimits limits{.LSYM = 50, .LDEL = 3};
 static_assert(sizeof(SpeciesName) <= 50);  // a name that is kept is no longer than one that is read
-constexpr std::string_view surface_conditions = "SURFACE COND";
-
-bool is_heading(std::string_view HEAD, const Line& line) {
-  const auto begins_with = [&](std::string_view word) {
-    return EQUSYM(static_cast<int>(word.size()), line.view(), word);
-  };
-  return begins_with(HEAD) && !begins_with(surface_conditions);
-}
-
 void warn_absent(Listing& MSGFIL) {
   write<"(5X,'Warning In species input: No heading, ','no end card, or missing data')">(MSGFIL);
 }
@@ -33,17 +24,6 @@ void set_flags(const NameList& names, int NS, std::span<int> IFLAG) {
     if (flag == std::string_view::npos) continue;
     IFLAG[static_cast<std::size_t>(NS - names.NDEL + k)] = static_cast<int>(flag) + 1;
   }
-}
-
-// Warns of a line that looks like the heading of another section: the list may have lost its END.
-void warn_of_heading(const Line& line, const Place& heading, const Place& record, Findings& findings) {
-  const bool found = std::any_of(
-      condition_headings.begin(), condition_headings.end(),
-      [&](std::string_view word) { return EQUSYM(static_cast<int>(word.size()), line.view(), word); });
-  if (!found) return;
-  findings.warning(
-      record, "this line of a species list looks like a heading",
-      message("END may be missing: the list begins in line ", heading.unit->origin(heading.record).line));
 }
 
 // Warns of flags that do not count for the name they stand behind.
@@ -78,28 +58,25 @@ void warn_of_equal_names(std::string_view written, std::size_t number, const Spe
 
 }  // namespace
 
-SpeciesList GENSYM(std::string_view HEAD, Input& NFICON, Listing& MSGFIL, const SpeciesView& species) {
+SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesView& species) {
+  if (!find_section(section, NFICON)) {
+    warn_absent(MSGFIL);
+    return {.absent = true, .heading = false};
+  }
+  const Place heading = heading_place(section, NFICON);
   Line line;
-  NFICON.rewind();
-  do {
-    if (!read<"(A)">(NFICON, line)) {
-      warn_absent(MSGFIL);
-      return {.absent = true, .heading = false};
-    }
-  } while (!is_heading(HEAD, line));
-
-  const Place heading = here(NFICON, 1, static_cast<int>(trimmed(line.view()).size()));
   int NS = 0;
   NameList names;
   for (;;) {
     if (!read<"(A)">(NFICON, line)) {
       warn_absent(MSGFIL);
-      MSGFIL.findings.error(heading, "the species list that begins here is not closed by END: it is dropped");
+      report_not_closed(section, heading, MSGFIL.findings);
       return {.NS = NS, .absent = true};
     }
     if (EQUSYM(3, line.view(), "END")) break;
     const Place record = here(NFICON);
-    warn_of_heading(line, heading, record, MSGFIL.findings);
+    // A species may have that name: whether the list goes wrong shows when its data are looked up.
+    report_heading_inside(section, heading, NFICON, MSGFIL.findings, Findings::Severity::warning);
     GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
     if (names.NSYM == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "textio/channel/unit.h"
 #include "textio/findings/listing.h"
+#include "thermo/sections.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -15,9 +14,8 @@ struct SpeciesList {
   bool heading = true;  // the heading was found
 };
 
-// Finds the list that opens with the heading word HEAD (any letter case, from column 1), reads its names and
-// flags into `species` from its first place on, up to the END record, and prints the list. Searching "Surface
-// ", a record that begins with SURFACE COND opens the surface conditions and is no heading.
+// Finds a list of species, reads its names and flags into `species` from its first place on, up to the END
+// record, and prints the list.
 //
 // Reads NFICON from its first record. Names longer than 8 characters are cut to 8. A flag character (* + >)
 // behind a name sets IFLAG; the delimiters of a line are aligned to its end, so that on a line whose last
@@ -26,6 +24,6 @@ struct SpeciesList {
 // Fails, with its message in the listing, by `absent`: no heading, end of file before END, more names than
 // `species` has places. Stops the run (RunStop) at a name longer than 50 characters, more than three
 // delimiter characters in a row, or a line that begins with a flag character.
-SpeciesList GENSYM(std::string_view HEAD, Input& NFICON, Listing& MSGFIL, const SpeciesView& species);
+SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesView& species);
 
 }  // namespace varpre

@@ -8,12 +8,13 @@ namespace varpre {
 namespace {
 
 // The names and flags that a list fills in, "H2 1, O2 0, "; its message when it is absent.
-std::string list_of(const std::string& text, std::string_view HEAD = "Gas Phas", int places = NSMAX) {
+std::string list_from(const std::string& text, const Section& section = sections::gas_species,
+                      int places = NSMAX) {
   Species species;
   species.IFLAG.fill(9);  // an earlier list stood here
   Input NFICON = unit_of("a title\n" + text);
   Listing listing;
-  const SpeciesList list = GENSYM(HEAD, NFICON, listing, species.view(0, places));
+  const SpeciesList list = GENSYM(section, NFICON, listing, species.view(0, places));
   if (list.absent) return listing.text;
   std::string filled;
   for (std::size_t i = 0; i < static_cast<std::size_t>(list.NS); ++i) {
@@ -23,7 +24,7 @@ std::string list_of(const std::string& text, std::string_view HEAD = "Gas Phas",
 }
 
 std::string gas_list(const std::string& lines) {
-  return list_of("gas phase\n" + lines + "\nEND\n");
+  return list_from("gas phase\n" + lines + "\nEND\n");
 }
 
 constexpr auto no_list = "     Warning In species input: No heading, no end card, or missing data\n";
@@ -48,22 +49,23 @@ TEST(SpeciesList, NamesAreCutToEightCharacters) {
 TEST(SpeciesList, EndsAtALineThatBeginsWithEnd) {
   EXPECT_EQ(gas_list(""), "");
   EXPECT_EQ(gas_list("H2\nendosulfan O2\nN2"), "H2 0, ");
-  EXPECT_EQ(list_of("Gas Phase\nH2\n"), no_list);
+  EXPECT_EQ(list_from("Gas Phase\nH2\n"), no_list);
 }
 
 TEST(SpeciesList, HeadingBeginsTheLineInAnyCase) {
   const std::string lines = "\nPT(S)\nEND\n";
-  EXPECT_EQ(list_of("SURFACE" + lines, "Surface "), "PT(S) 0, ");
-  EXPECT_EQ(list_of("surface species" + lines, "Surface "), "PT(S) 0, ");
-  EXPECT_EQ(list_of("SURFACES" + lines, "Surface "), no_list);
-  EXPECT_EQ(list_of(" SURFACE" + lines, "Surface "), no_list);
-  EXPECT_EQ(list_of("Surface Conditions\nTW 900.0\nEND\nSurface" + lines, "Surface "), "PT(S) 0, ");
-  EXPECT_EQ(list_of("surface cond\nTW 900.0\nEND\n", "Surface "), no_list);
+  EXPECT_EQ(list_from("SURFACE" + lines, sections::surface_species), "PT(S) 0, ");
+  EXPECT_EQ(list_from("surface species" + lines, sections::surface_species), "PT(S) 0, ");
+  EXPECT_EQ(list_from("SURFACES" + lines, sections::surface_species), no_list);
+  EXPECT_EQ(list_from(" SURFACE" + lines, sections::surface_species), no_list);
+  EXPECT_EQ(list_from("Surface Conditions\nTW 900.0\nEND\nSurface" + lines, sections::surface_species),
+            "PT(S) 0, ");
+  EXPECT_EQ(list_from("surface cond\nTW 900.0\nEND\n", sections::surface_species), no_list);
 }
 
 TEST(SpeciesList, FillsItsPlacesToTheLast) {
-  EXPECT_EQ(list_of("Gas Phase\nH2\nO2 N2\nEND\n", "Gas Phas", 3), "H2 0, O2 0, N2 0, ");
-  EXPECT_EQ(list_of("Gas Phase\nH2\nO2 N2 AR\nEND\n", "Gas Phas", 3),
+  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2\nEND\n", sections::gas_species, 3), "H2 0, O2 0, N2 0, ");
+  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2 AR\nEND\n", sections::gas_species, 3),
             "0  ERROR in GENSYM - Too many species: NS(   4) > NSMAX(   3)\n");
 }
 

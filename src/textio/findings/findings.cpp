@@ -5,8 +5,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "textio/names/scanning.h"
-
 namespace varpre {
 namespace {
 
@@ -185,27 +183,6 @@ Nearest& Nearest::offer(std::string_view candidate) {
 
 std::string Nearest::help() const {
   return best_.empty() ? std::string() : message("did you mean '", best_, "'?");
-}
-
-std::string headings_of(const Unit& unit, std::string_view searched,
-                        std::span<const std::string_view> words) {
-  std::string found;
-  std::string meant;
-  unit.for_each_record([&](int record, std::string_view text) {
-    const auto begins = [&](std::string_view word) {
-      return EQUSYM(static_cast<int>(word.size()), text, word);
-    };
-    const bool misspelt = !Nearest(searched).offer(text.substr(0, searched.size())).help().empty();
-    const bool known = std::any_of(words.begin(), words.end(), begins);
-    if (!known && !misspelt) return;
-    const std::string heading = message("'", trimmed(text), "' (line ", unit.origin(record).line, ")");
-    if (misspelt && meant.empty()) meant = heading;
-    if (known) found += (found.empty() ? "" : ", ") + heading;
-  });
-  if (!meant.empty())
-    return message("write '", searched, "' instead of ", meant, "; letter case counts in some headings");
-  if (found.empty()) return message("the file has no heading that is known here");
-  return message("the file has the headings ", found);
 }
 
 }  // namespace varpre

@@ -4,7 +4,6 @@
 #include <concepts>
 #include <functional>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -165,8 +164,5 @@ class Nearest {
   std::string best_;
   int distance_ = 3;
 };
-
-// Which of the heading words the unit has and where, as a help for one that was searched and not found.
-std::string headings_of(const Unit& unit, std::string_view searched, std::span<const std::string_view> words);
 
 }  // namespace varpre

@@ -87,18 +87,6 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
 
 }  // namespace
 
-bool LSAME(char a, char b) {
-  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
-  return upper(a) == upper(b);
-}
-
-bool EQUSYM(int n, std::string_view s1, std::string_view s2) {
-  for (std::size_t i = 0; i < static_cast<std::size_t>(std::max(n, 0)); ++i) {
-    if (!LSAME(i < s1.size() ? s1[i] : ' ', i < s2.size() ? s2[i] : ' ')) return false;
-  }
-  return true;
-}
-
 int IFDE(std::string_view text, std::string_view DELCH) {
   const auto found = std::find_if(text.begin(), text.end(), [&](char c) { return separates(c, DELCH); });
   return found == text.end() ? 0 : static_cast<int>(found - text.begin()) + 1;

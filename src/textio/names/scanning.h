@@ -32,12 +32,6 @@ struct NameLimits {
   int LDEL;
 };
 
-// Equal after mapping the ASCII letters a-z to A-Z.
-bool LSAME(char a, char b);
-
-// The first n characters are equal by LSAME; a shorter text counts as padded with blanks.
-bool EQUSYM(int n, std::string_view s1, std::string_view s2);
-
 // Position of the first character that is a delimiter or blank; 0 when there is none.
 int IFDE(std::string_view text, std::string_view DELCH);
 

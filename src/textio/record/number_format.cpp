@@ -359,10 +359,6 @@ struct Scanned {
   bool has_exponent = false;
 };
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // Scans the field's characters without its blanks; false when one does not belong there.
 bool scan(std::string_view field, Scanned& out) {
   std::array<char, 512> compact;

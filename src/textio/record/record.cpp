@@ -150,10 +150,6 @@ bool append_values(Output& out, const Edit& edit, int scale, const Values<const 
   return true;
 }
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool is_numeric(const Edit& edit) {
   return edit.takes_item() && edit.kind != Edit::Kind::text;
 }

@@ -36,4 +36,34 @@ struct Text {
   friend constexpr bool operator==(const Text&, const Text&) = default;
 };
 
+// A record cut into Count pieces of N characters, blank where it has ended.
+template <std::size_t N, std::size_t Count>
+constexpr std::array<Text<N>, Count> pieces(std::string_view record) {
+  std::array<Text<N>, Count> cut;
+  for (std::size_t k = 0; k < Count; ++k) cut[k] = record.substr(std::min(k * N, record.size()));
+  return cut;
+}
+
+constexpr bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// The ASCII letters a-z become A-Z.
+constexpr char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// Equal after mapping the ASCII letters a-z to A-Z.
+constexpr bool LSAME(char a, char b) {
+  return upper(a) == upper(b);
+}
+
+// The first n characters are equal by LSAME; a shorter text counts as padded with blanks.
+constexpr bool EQUSYM(int n, std::string_view s1, std::string_view s2) {
+  for (std::size_t i = 0; i < static_cast<std::size_t>(std::max(n, 0)); ++i) {
+    if (!LSAME(i < s1.size() ? s1[i] : ' ', i < s2.size() ? s2[i] : ' ')) return false;
+  }
+  return true;
+}
+
 }  // namespace varpre

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string_view>
+
+#include "textio/record/record.h"
+#include "thermo/section_findings.h"
+
+// Sections made of records with a keyword and a value, up to an END record.
+namespace varpre {
+
+template <std::size_t N>
+struct KeywordRecord {
+  Text<N> word;
+  double value = 0;
+  ReadResult result;  // of the value
+};
+
+// How the reading of a section ended.
+enum class SectionEnd { closed, end_of_file, given_up };
+
+// Reads keyword records until ends(word) says that the section is closed, or take(record) gives up by
+// returning false. An end of file is not reported.
+template <FormatText Format, std::size_t N, class Ends, class Take>
+SectionEnd read_keyword_records(Input& NFICON, Ends ends, Take take) {
+  for (;;) {
+    KeywordRecord<N> record;
+    record.result = read<Format>(NFICON, record.word, record.value);
+    if (record.result.end_of_file()) return SectionEnd::end_of_file;
+    if (ends(record.word)) return SectionEnd::closed;
+    if (!take(record)) return SectionEnd::given_up;
+  }
+}
+
+// Whether the value of the record last read could be read; if not, reports it under its name. Warns of
+// columns that were hardly meant.
+bool value_is_readable(const ReadResult& result, std::string_view name, const Input& NFICON,
+                       Findings& findings);
+
+// Reports that the record last read holds no keyword of its section: the heading of another one, or a keyword
+// that is misspelt or unknown. `kinds` and `columns` say what may stand there, and where.
+void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
+                            std::string_view kinds, const Nearest& nearest, std::string_view columns,
+                            const Input& NFICON, Findings& findings);
+
+}  // namespace varpre

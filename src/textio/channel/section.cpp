@@ -1,0 +1,16 @@
+#include "textio/channel/section.h"
+
+namespace varpre {
+
+Heading find_section(const Section& section, Input& input,
+                     const std::function<bool(std::string_view)>& passed) {
+  if (section.start == Section::Start::first_record) input.rewind();
+  Heading heading;
+  while (input.next(heading.record)) {
+    heading.found = section.opens_with(heading.record);
+    if (heading.found || (passed && !passed(heading.record))) return heading;
+  }
+  return heading;
+}
+
+}  // namespace varpre

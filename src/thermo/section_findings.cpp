@@ -1,0 +1,95 @@
+#include "thermo/section_findings.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace varpre {
+namespace {
+
+// Whether a record begins with the word of a section, in any letter case: a heading, or meant to be one.
+bool begins_like(const Section& section, std::string_view record) {
+  return EQUSYM(static_cast<int>(section.word.size()), record, section.word);
+}
+
+// The section of the same files that a record seems to open.
+const Section* section_of(std::string_view record, std::uint8_t files) {
+  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section* s) {
+    return (s->files & files) != 0 && begins_like(*s, record);
+  });
+  return found == sections::all.end() ? nullptr : *found;
+}
+
+// Whether a record is the heading of a section, or one that is misspelt; not that of another section.
+bool may_mean(const Section& section, std::string_view record) {
+  const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
+    return s != &section && s->opens_with(record);
+  });
+  const std::string_view begin = record.substr(0, section.word.size());
+  return !opens_another && !Nearest(section.word).offer(begin).help().empty();
+}
+
+// The heading that was probably meant where one was not found, or the headings that the file has.
+std::string headings_of(const Input& input, const Section& searched) {
+  std::vector<std::string> found;
+  std::string meant;
+  input.for_each_record([&](int record, std::string_view text) {
+    const bool misspelt = meant.empty() && may_mean(searched, text);
+    if (!misspelt && section_of(text, searched.files) == nullptr) return;
+    found.push_back(message("'", trimmed(text), "' (line ", input.origin(record).line, ")"));
+    if (!misspelt) return;
+    meant = message("write '", searched.heading, "' instead of ", found.back(),
+                    begins_like(searched, text) ? "; letter case counts here" : "");
+  });
+  if (!meant.empty()) return meant;
+  if (found.empty()) return "the file has no heading that is known here";
+  return message("the file has the headings ", list_of(found));
+}
+
+// The first record from one on that is not blank; 0 when there is none.
+int first_text_from(const Input& input, int first) {
+  int found = 0;
+  input.for_each_record([&](int record, std::string_view text) {
+    if (found == 0 && record >= first && !trimmed(text).empty()) found = record;
+  });
+  return found;
+}
+
+}  // namespace
+
+Place heading_place(const Section& section, const Input& input) {
+  return here(input, 1, static_cast<int>(trimmed(section.word).size()));
+}
+
+void report_missing(const Section& section, const Input& input, Findings& findings,
+                    std::string_view consequence) {
+  const std::string help = headings_of(input, section);
+  if (section.absence == Section::Absence::is_a_warning) {
+    findings.warning(whole(input),
+                     message("no heading '", section.heading, "' of ", section.content, consequence), help);
+  } else {
+    findings.error(whole(input),
+                   message("no heading '", section.heading, "' of ", section.content, consequence), help);
+  }
+}
+
+void report_not_closed(const Section& section, const Place& heading, Findings& findings) {
+  findings.error(heading, message("no END closes ", section.content),
+                 "the file ends inside the section that begins here: write END behind its last line");
+}
+
+bool report_heading_inside(const Section& section, const Place& heading, const Input& input,
+                           Findings& findings, Findings::Severity severity) {
+  const int record = first_text_from(input, input.record_number());
+  if (record == 0) return false;
+  const std::string_view text = input.origin(record).text;
+  if (section_of(text, section.files) == nullptr) return false;
+  findings.report(severity, {&input, record, 1, static_cast<int>(trimmed(text).size())},
+                  message("no END closes ", section.content, " before the heading '", trimmed(text), "'"),
+                  message("write END in front of this line: the section begins in line ",
+                          input.origin(heading.record).line),
+                  Findings::Site::current());
+  return true;
+}
+
+}  // namespace varpre

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "textio/findings/findings.h"
+#include "thermo/sections.h"
+
+// Findings about the sections of the input files: one that is missing, or that does not end where it should.
+namespace varpre {
+
+// Where the heading of a section stands, when it was the record last read.
+Place heading_place(const Section& section, const Input& input);
+
+// Reports a section that was searched and not found: an error or a warning, by what follows from its absence.
+// `consequence` goes on where the sentence ends. The help shows the heading that was probably meant, or those
+// that the file has.
+void report_missing(const Section& section, const Input& input, Findings& findings,
+                    std::string_view consequence = {});
+
+// Reports that the file ended inside a section, whose heading stands at `heading`.
+void report_not_closed(const Section& section, const Place& heading, Findings& findings);
+
+// Reports, where the record last read, or the first one behind blank ones, turns out to be the heading of
+// another section, that the END of this one is missing. False, without a finding, where it is none.
+bool report_heading_inside(const Section& section, const Place& heading, const Input& input,
+                           Findings& findings, Findings::Severity severity = Findings::Severity::error);
+
+}  // namespace varpre
