@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "textio/record/record.h"
+#include "thermo/database_search.h"
 #include "transport/molecule_findings.h"
 
 namespace varpre {
@@ -11,9 +12,7 @@ namespace {
 
 ReadResult read_molecule(Input& NFIMOL, SpeciesName& name, Molecule& molecule) {
   auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3, record] = molecule;
-  const ReadResult result = read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
-  record = here(NFIMOL, 1, 8);
-  return result;
+  return read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
 }
 
 std::string field_name(int number) {
@@ -39,89 +38,48 @@ std::string_view last_line(Input& NFIMOL) {
   return line;
 }
 
-void report_unreadable_record(Input& NFIMOL, const ReadResult& result, const SpeciesName& name,
+// A record that is laid out for another program is told as a whole, any other by its field.
+void report_unreadable_record(const DatabaseSearch& search, Input& NFIMOL, const DatabaseLayout& layout,
                               Listing& MSGFIL) {
   write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
   const std::string fault = foreign_layout(last_line(NFIMOL));
   if (fault.empty()) {
-    report_unreadable(MSGFIL.findings, NFIMOL, result,
-                      message(field_name(result.unreadable.number), " of species '", name, "'"));
+    report_unreadable_entry(search, NFIMOL, layout, true, MSGFIL.findings);
     return;
   }
-  const auto [number, record, column, width] = result.unreadable;
+  const auto [number, record, column, width] = search.unreadable.unreadable;
   MSGFIL.findings.error({&NFIMOL, record, column, width},
                         message("this is no record of the molecular database: ", fault), molecule_columns());
-}
-
-// The records of the wanted species, and what else the search met.
-struct Search {
-  std::vector<bool> LFOUND;
-  std::vector<SpeciesName> other_records;
-  bool read_all = true;
-};
-
-Search search_database(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL,
-                       std::vector<Molecule>& molecules) {
-  const NameIndex index(gas.SYMB);
-  Search search;
-  search.LFOUND.assign(gas.SYMB.size(), false);
-
-  NFIMOL.rewind();
-  SpeciesName name;
-  for (Molecule molecule;;) {
-    const ReadResult result = read_molecule(NFIMOL, name, molecule);
-    if (result.end_of_file()) return search;
-    if (!result) {
-      report_unreadable_record(NFIMOL, result, name, MSGFIL);
-      search.read_all = false;
-      return search;
-    }
-    const int number = index.find(name);
-    if (number == 0) {
-      search.other_records.push_back(name);
-      continue;
-    }
-    const auto i = static_cast<std::size_t>(number - 1);
-    if (!warn_of_layout(MSGFIL.findings, molecule.record, last_line(NFIMOL))) {
-      warn_of_columns(MSGFIL.findings, NFIMOL, result, field_name);
-      warn_of_values(MSGFIL.findings, gas, i, molecule);
-    }
-    if (search.LFOUND[i]) {
-      MSGFIL.findings.warning(molecule.record, message("this record of '", name, "' replaces an earlier one"),
-                              message("the earlier one stands in line ", molecules[i].record.record));
-    }
-    molecules[i] = molecule;
-    search.LFOUND[i] = true;
-  }
-}
-
-void report_missing(const SpeciesView& gas, std::size_t i, const Input& NFIMOL, const Search& search,
-                    Listing& MSGFIL) {
-  const SpeciesName& name = gas.SYMB[i];
-  write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, name);
-  if (!search.read_all) return;  // the unreadable record is the cause
-  MSGFIL.findings.error(locate(gas.listed[i], name.view()),
-                        message("species '", name, "' has no record in ", NFIMOL.origin(0).file, " (",
-                                NFIMOL.record_number(), " records read)"),
-                        [&] {
-                          const std::string misplaced = misplaced_record(NFIMOL, name.view());
-                          if (!misplaced.empty()) return misplaced;
-                          return Nearest(name.view()).offer_all(search.other_records).help();
-                        });
 }
 
 }  // namespace
 
 bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
             bool print) {
+  constexpr DatabaseLayout layout{8, field_name};
   molecules.assign(gas.SYMB.size(), {});
-  const Search search = search_database(gas, NFIMOL, MSGFIL, molecules);
+  Molecule molecule;
+  const auto read_next = [&](SpeciesName& name) {
+    ReadResult result = read_molecule(NFIMOL, name, molecule);
+    const bool remarkable = result.without_point.number > 0 || result.digit_in_gap.number > 0;
+    if (remarkable && is_misread(last_line(NFIMOL))) result.without_point = result.digit_in_gap = {};
+    return result;
+  };
+  const auto take = [&](std::size_t i, const Place& record) {
+    molecule.record = record;
+    molecules[i] = molecule;
+    if (warn_of_layout(MSGFIL.findings, record, last_line(NFIMOL))) return;
+    warn_of_values(MSGFIL.findings, gas, i, molecule);
+  };
+  const DatabaseSearch search = search_database(gas.SYMB, NFIMOL, layout, MSGFIL.findings, read_next, take);
   bool LOK = search.read_all;
+  if (!LOK) report_unreadable_record(search, NFIMOL, layout, MSGFIL);
   for (std::size_t i = 0; i < molecules.size(); ++i) {
-    if (search.LFOUND[i]) continue;
-    report_missing(gas, i, NFIMOL, search, MSGFIL);
+    if (search.found[i].unit != nullptr) continue;
+    write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, gas.SYMB[i]);
     LOK = false;
   }
+  report_absent_entries(search, gas, NFIMOL, MSGFIL.findings);
   if (print) {
     write<"(1H ,7X,'SPECIES PROPERTIES FROM DATA BASE')">(MSGFIL);
     for (std::size_t i = 0; i < molecules.size(); ++i) print_properties(gas.SYMB[i], molecules[i], MSGFIL);

@@ -191,15 +191,18 @@ std::string foreign_layout(std::string_view line) {
   return message("its values are shifted by ", std::abs(shift), shift > 0 ? " to the right" : " to the left");
 }
 
+bool is_misread(std::string_view line) {
+  return !in_columns(line) && !(foreign_layout(line).empty() && beside_columns(line).empty());
+}
+
 bool warn_of_layout(Findings& findings, const Place& record, std::string_view line) {
-  if (in_columns(line)) return false;
-  std::string fault = foreign_layout(line);
-  if (fault.empty()) fault = beside_columns(line);
-  if (fault.empty()) return false;
+  if (!is_misread(line)) return false;
+  const std::string fault = foreign_layout(line);
   Place values = record;
   values.column = static_cast<int>(name_columns) + 1;
   values.width = static_cast<int>(line.size() - name_columns);
-  findings.warning(values, message("this record is misread: ", fault), molecule_columns());
+  findings.warning(values, message("this record is misread: ", fault.empty() ? beside_columns(line) : fault),
+                   molecule_columns());
   return true;
 }
 
@@ -237,16 +240,6 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
                      message("species '", name, "' has a dipole moment, but no two different atoms"),
                      "the polarizability stands in columns 51-60");
   }
-}
-
-std::string misplaced_record(const Unit& NFIMOL, std::string_view name) {
-  int found = 0;
-  NFIMOL.for_each_record([&](int record, std::string_view line) {
-    Word word;
-    if (found > 0 || !advance(line, word) || word.of(line).size() > name_columns) return;
-    if (EQUSYM(static_cast<int>(name_columns), word.of(line), name)) found = record;
-  });
-  return found == 0 ? "" : message("line ", found, " begins with it; ", molecule_columns());
 }
 
 }  // namespace varpre

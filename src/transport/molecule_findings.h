@@ -36,15 +36,13 @@ std::string molecule_columns();
 // shifted by 1 to the right". Empty when it looks like one.
 std::string foreign_layout(std::string_view line);
 
-// Warns when a record that could be read has its values beside their columns; whether that is so.
+// Whether a record that could be read has its values beside their columns, and a warning of that. What was
+// read means nothing then.
+bool is_misread(std::string_view line);
 bool warn_of_layout(Findings& findings, const Place& record, std::string_view line);
 
 // Warns of what contradicts the atoms of species i (from 0): geometry, molar mass, dipole moment; and of
 // values that no molecule has.
 void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, const Molecule& molecule);
-
-// A help for a species without record: a line that begins with its name, but does not have it in its columns.
-// Empty when there is none.
-std::string misplaced_record(const Unit& NFIMOL, std::string_view name);
 
 }  // namespace varpre
