@@ -70,8 +70,8 @@ std::string field_name(int number) {
 }
 
 // Warns when the two ranges of a fit do not meet at the switch temperature: heat capacity by 1 %, enthalpy by
-// 0.5 % of RT, entropy by 0.5 % of R.
-void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+// 0.5 % of RT, entropy by 0.5 % of R. Whether they do not.
+bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
   constexpr double R = gas_constant;
   const double T = fit.TLIM[1];
   std::array<double, 7> d{};  // difference of the two polynomials
@@ -91,10 +91,39 @@ void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   add(std::abs(cp) > 0.01, "the heat capacity", cp, "");
   add(std::abs(h) > 0.005, "the enthalpy", h, " of RT");
   add(std::abs(s) > 0.005, "the entropy", s, " of R");
-  if (jumps.empty()) return;
+  if (jumps.empty()) return false;
   findings.warning(fit.entry,
                    message("the fit of ", name, " jumps at its switch temperature of ", T, " K: ", jumps),
                    "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong");
+  return true;
+}
+
+// How far the heat capacity goes up and down from 300 to 5000 K, J/(mol K), with these coefficients below and
+// above a switch temperature.
+double ups_and_downs(const std::array<double, 7>& below, const std::array<double, 7>& above,
+                     double switch_T) {
+  constexpr int steps = 6;  // of each range
+  double sum = 0;
+  const auto add = [&](const std::array<double, 7>& a, double from, double to) {
+    const auto cp = [&](double T) { return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0]; };
+    const double step = (to - from) / steps;
+    for (int k = 0; k < steps; ++k) sum += std::abs(cp(from + (k + 1) * step) - cp(from + k * step));
+  };
+  add(below, 300, switch_T);
+  add(above, switch_T, 5000);
+  return sum;
+}
+
+// Warns when a fit without jump would be smoother with its ranges exchanged: a polynomial that leaves the
+// range it was made for runs away.
+void warn_of_exchanged_ranges(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+  const double T = fit.TLIM[1];
+  if (!(T > 300 && T < 5000)) return;
+  const double as_given = ups_and_downs(fit.HCPL, fit.HCPH, T);
+  if (!(as_given > 1.1 * ups_and_downs(fit.HCPH, fit.HCPL, T) + gas_constant)) return;
+  findings.warning(
+      fit.entry, message("the ranges of the fit of ", name, " look exchanged"),
+      "the seven coefficients of the upper range come first, those of the lower range behind them");
 }
 
 }  // namespace
@@ -110,7 +139,9 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
   const auto take = [&](std::size_t i, const Place& place) {
     species.fit[i] = fit_of(entry, place);
     species.elements[i] = entry.elements;
-    warn_of_jump(SpeciesName(entry.name.view()), species.fit[i], MSGFIL.findings);
+    const SpeciesName name(entry.name.view());
+    const bool jumps = warn_of_jump(name, species.fit[i], MSGFIL.findings);
+    if (!jumps) warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
   };
   const DatabaseSearch search =
       search_database(species.SYMB, NFITHE, layout, MSGFIL.findings, read_next, take);
