@@ -14,6 +14,11 @@ namespace {
 struct Columns {
   std::string_view name;
   int first, last;
+
+  std::string_view of(std::string_view line) const {
+    return line.substr(static_cast<std::size_t>(first - 1))
+        .substr(0, static_cast<std::size_t>(last - first + 1));
+  }
 };
 constexpr std::array<Columns, 8> layout{{{"name", 1, 8},
                                          {"geometry index", 9, 10},
@@ -75,8 +80,8 @@ bool in_columns(std::string_view line) {
   return last >= geometry;
 }
 
-// What the record would be with its values, from the geometry index on, in their columns; by how many they
-// stand to the right of these.
+// By how many columns all values, from the geometry index on, stand to the right of theirs; 0 when that is
+// not what is wrong.
 int shift_of(std::string_view line, const Word& index) {
   const std::string moved = std::string(name_columns + 1, ' ').append(line.substr(index.begin));
   return in_columns(moved) ? static_cast<int>(index.begin) - static_cast<int>(name_columns + 1) : 0;
@@ -94,8 +99,7 @@ std::string beside_columns(std::string_view line) {
       return missed ? message("'", text, "' stands behind the ", columns.name, ", which is read as 0") : "";
     }
     if (field == last) {
-      const std::string_view both = line.substr(static_cast<std::size_t>(columns.first) - 1)
-                                        .substr(0, columns.last - columns.first + 1U);
+      const std::string_view both = columns.of(line);
       return message("the ", columns.name, " is read from '",
                      trimmed(both).substr(both.find_first_not_of(' ')), "' as one number");
     }
