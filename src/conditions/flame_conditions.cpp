@@ -48,16 +48,41 @@ struct ConditionKeyword {
   std::string_view word;
   double standard = 0;
   bool required = false;
+  std::string_view unit = {};
 };
 
 constexpr std::array<ConditionKeyword, condition_count> keywords{{
-    {"GE  ", 0, true}, {"NG  ", 0, true}, {"RI  ", 0, true}, {"RO  ", 0, true}, {"TSTA"},
-    {"TE  ", 0, true}, {"NT  ", 0, true}, {"Nmax", 1.0E+30}, {"SE  "},          {"SW  "},
-    {"ST  "},          {"SOGR"},          {"STEP"},          {"ATOL", 1.0E-10}, {"RTOL", 1.0E-3},
-    {"RS  "},          {"AMPL"},          {"SIGM", 1.0},     {"RMAX"},          {"ALPH"},
-    {"TSTO", 1.0E+30}, {"MSTO", 1.0E+30}, {"ART ", 3.0},     {"RB  ", 1.0E+30}, {"WFr "},
-    {"WFp "},          {"WFu "},          {"WFT "},          {"VPLU"},          {"NGK "},
-    {"OMEG"},
+    {"GE  ", 0, true},
+    {"NG  ", 0, true},
+    {"RI  ", 0, true, "m"},
+    {"RO  ", 0, true, "m"},
+    {"TSTA", 0, false, "s"},
+    {"TE  ", 0, true, "s"},
+    {"NT  ", 0, true},
+    {"Nmax", 1.0E+30},
+    {"SE  ", 0, false, "J"},
+    {"SW  ", 0, false, "m"},
+    {"ST  ", 0, false, "s"},
+    {"SOGR"},
+    {"STEP", 0, false, "s"},
+    {"ATOL", 1.0E-10},
+    {"RTOL", 1.0E-3},
+    {"RS  ", 0, false, "s"},
+    {"AMPL", 0, false, "K"},
+    {"SIGM", 1.0, false, "m"},
+    {"RMAX", 0, false, "m"},
+    {"ALPH"},
+    {"TSTO", 1.0E+30},
+    {"MSTO", 1.0E+30},
+    {"ART ", 3.0},
+    {"RB  ", 1.0E+30},
+    {"WFr "},
+    {"WFp "},
+    {"WFu "},
+    {"WFT "},
+    {"VPLU"},
+    {"NGK "},
+    {"OMEG", 0, false, "m"},
 }};
 
 using Values = std::array<double, condition_count>;  // VCOND
@@ -93,11 +118,11 @@ bool take_condition(const KeywordRecord<4>& record, const Place& heading, const 
   if (found == keywords.end()) {
     Nearest nearest(word);
     for (const ConditionKeyword& k : keywords) nearest.offer(k.word);
-    report_unknown_keyword(sections::flame_conditions, heading, word, "keyword", nearest,
-                           "columns 1-4 hold a keyword, columns 6-15 its value", NFICON, MSGFIL.findings);
+    report_unknown_keyword(sections::flame_conditions, heading, word, "keyword", nearest, {6, 10}, NFICON,
+                           MSGFIL.findings);
     return report(word, MSGFIL);
   }
-  if (!value_is_readable(record.result, message("the value of ", record.word), NFICON, MSGFIL.findings)) {
+  if (!value_is_readable(record.result, word, record.value, {6, 10, found->unit}, NFICON, MSGFIL.findings)) {
     return report(word, MSGFIL);
   }
   const auto place = static_cast<std::size_t>(found - keywords.begin());
@@ -132,11 +157,35 @@ bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& line
 using Count = std::optional<int>;
 
 // The store file has five columns for a count.
+bool fits(const Count& count) {
+  return count && *count >= -9999 && *count <= 99999;
+}
+
 void report_asterisks(Condition c, const Count& count, const Values& VCOND, const Places& lines,
                       Findings& findings) {
-  if (count && *count >= -9999 && *count <= 99999) return;
+  if (fits(count)) return;
   findings.error(lines[c], message(trimmed(keywords[c].word), " of ", VCOND[c],
                                    " does not fit the five columns of the store file, which has asterisks"));
+}
+
+// Warns of values that the solver can hardly do anything with.
+void warn_of_unusual(const Values& v, const Places& lines, Findings& findings) {
+  if (const Count geometry = code_of(v[GE]); fits(geometry) && (*geometry < 0 || *geometry > 2)) {
+    findings.warning(lines[GE], message("the geometry ", *geometry, " is none that the listing knows"),
+                     "GE is 0. for a slab, 1. for a cylinder, 2. for a sphere");
+  }
+  if (const Count grid = count_of(v[NG]); grid && *grid < 3) {
+    findings.warning(lines[NG], message("a grid of ", *grid, " points has no point inside"),
+                     "NG is the number of grid points, with a decimal point: 101.");
+  }
+  if (v[RO] <= v[RI]) {
+    findings.warning(
+        lines[RO], message("the outer radius of ", v[RO], " m is not beyond the inner one of ", v[RI], " m"));
+  }
+  if (v[TE] <= v[TSTA]) {
+    findings.warning(
+        lines[TE], message("the end time of ", v[TE], " s is not behind the start time of ", v[TSTA], " s"));
+  }
 }
 
 void write_block(const Values& v, const Count& grid, const Count& grid_K, const Count& geometry,
@@ -200,6 +249,8 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   report_asterisks(GE, geometry, VCOND, lines, MSGFIL.findings);
   report_asterisks(NG, grid, VCOND, lines, MSGFIL.findings);
   report_asterisks(NGK, grid_K, VCOND, lines, MSGFIL.findings);
+
+  warn_of_unusual(VCOND, lines, MSGFIL.findings);
 
   if (VCOND[RS] == 0) VCOND[RS] = VCOND[STEP];
   write_block(VCOND, grid, grid_K, geometry, NFISTO);

@@ -1,27 +1,142 @@
 #include "conditions/keyword_records.h"
 
-namespace varpre {
+#include <algorithm>
+#include <array>
+#include <string>
 
-bool value_is_readable(const ReadResult& result, std::string_view name, const Input& NFICON,
-                       Findings& findings) {
-  if (!result) {
-    report_unreadable(findings, NFICON, result, name);
-  } else {
-    warn_of_columns(findings, NFICON, result, [&](int) { return name; });
+namespace varpre {
+namespace {
+
+// Units that people write behind values, without marks of powers.
+constexpr auto known_units = std::to_array<std::string_view>(
+    {"bar",  "Pa",    "kPa",    "hPa",   "MPa",    "mbar",    "atm",     "Torr",  "torr",  "mmHg",
+     "psi",  "K",     "C",      "degC",  "°C",     "F",       "degF",    "°F",    "R",     "m",
+     "mm",   "cm",    "um",     "µm",    "nm",     "km",      "ft",      "s",     "ms",    "us",
+     "µs",   "min",   "h",      "J",     "mJ",     "kJ",      "J/kg",    "kJ/kg", "MJ/kg", "J/g",
+     "kJ/g", "J/mol", "kJ/mol", "cal/g", "mol/m2", "mol/cm2", "kmol/m2", "mol",   "mass",  "kg"});
+
+// A word of a line and the column where it begins; none at the end of the line.
+struct Word {
+  std::string_view text;
+  int column = 0;
+};
+
+Word first_word(std::string_view line, int column) {
+  const std::size_t start = line.find_first_not_of(' ', static_cast<std::size_t>(column) - 1);
+  if (start == std::string_view::npos) return {};
+  return {line.substr(start, line.find(' ', start) - start), static_cast<int>(start) + 1};
+}
+
+// A unit in its plain form: without brackets around it and marks of powers.
+std::string plain_unit(std::string_view word) {
+  constexpr std::string_view square = "²";
+  constexpr std::string_view marks = "[](),;*^";
+  std::string plain;
+  while (!word.empty()) {
+    const bool squared = word.starts_with(square);
+    if (squared) plain += '2';
+    if (!squared && marks.find(word.front()) == std::string_view::npos) plain += word.front();
+    word.remove_prefix(squared ? square.size() : 1);
   }
-  return bool(result);
+  return plain;
+}
+
+bool is_unit(std::string_view word) {
+  return std::find(known_units.begin(), known_units.end(), word) != known_units.end();
+}
+
+void warn_of_unit(std::string_view keyword, double value, const ValueField& field, const Word& behind,
+                  const Input& NFICON, Findings& findings) {
+  const std::string unit = plain_unit(behind.text);
+  if (field.unit.empty() || !is_unit(unit) || unit == field.unit) return;
+  findings.warning(here(NFICON, behind.column, static_cast<int>(behind.text.size())),
+                   message(keyword, " is taken as ", value, " ", field.unit, ": '", behind.text,
+                           "' behind it names another unit"),
+                   "what stands behind a value is not read");
+}
+
+void warn_of_no_value(std::string_view keyword, const ValueField& field, const Word& behind,
+                      const Input& NFICON, Findings& findings) {
+  const int last = field.column + field.width - 1;
+  const auto length = static_cast<int>(behind.text.size());
+  findings.warning(
+      behind.text.empty() ? here(NFICON, field.column, field.width) : here(NFICON, behind.column, length),
+      message(keyword, " has no value in columns ", field.column, "-", last, " (read as 0)",
+              behind.text.empty() ? std::string()
+                                  : message("; '", behind.text, "' stands in columns ", behind.column, "-",
+                                            behind.column + length - 1)));
+}
+
+// The word that begins in the columns of the value and ends behind them; none where they end with a blank.
+Word word_across_end(std::string_view line, const ValueField& field) {
+  const auto end = static_cast<std::size_t>(field.column + field.width) - 1;
+  if (line.size() <= end || line[end] == ' ' || line[end - 1] == ' ') return {};
+  const std::size_t blank = line.find_last_of(' ', end);
+  const std::size_t start =
+      std::max(blank == std::string_view::npos ? 0 : blank + 1, static_cast<std::size_t>(field.column) - 1);
+  return first_word(line, static_cast<int>(start) + 1);
+}
+
+// Reports a value of which only the columns up to the last one are read.
+void report_value_across_end(std::string_view keyword, bool readable, double value, const ValueField& field,
+                             const Word& across, const Input& NFICON, Findings& findings) {
+  const auto length = static_cast<int>(across.text.size());
+  const Place place = here(NFICON, across.column, length);
+  const int last = field.column + field.width - 1;
+  const std::string columns = message("its value stands in columns ", field.column, "-", last);
+  if (readable) {
+    findings.warning(
+        place, message(keyword, " is read as ", value, ": '", across.text, "' reaches beyond column ", last),
+        columns);
+  } else {
+    findings.error(
+        place,
+        message("cannot read the value of ", keyword, ": '", across.text, "' reaches beyond column ", last),
+        columns);
+  }
+}
+
+}  // namespace
+
+bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
+                       const Input& NFICON, Findings& findings) {
+  const std::string_view keyword = trimmed(word);
+  const std::string name = message("the value of ", keyword);
+  const std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  const Word across = word_across_end(line, field);
+  if (!across.text.empty()) {
+    report_value_across_end(keyword, bool(result), value, field, across, NFICON, findings);
+  } else if (!result) {
+    report_unreadable(findings, NFICON, result, name);
+  }
+  if (!result) return false;
+
+  const Word behind = first_word(
+      line, std::max(field.column + field.width, across.column + static_cast<int>(across.text.size())));
+  const auto before = static_cast<std::size_t>(field.column) - 1;
+  if (line.size() <= before || trimmed(line.substr(before, static_cast<std::size_t>(field.width))).empty()) {
+    warn_of_no_value(keyword, field, behind, NFICON, findings);
+    return true;
+  }
+  if (across.text.empty()) warn_of_columns(findings, NFICON, result, [&](int) { return name; });
+  if (!behind.text.empty()) warn_of_unit(keyword, value, field, behind, NFICON, findings);
+  return true;
 }
 
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
-                            std::string_view kinds, const Nearest& nearest, std::string_view columns,
+                            std::string_view kinds, const Nearest& nearest, const ValueField& field,
                             const Input& NFICON, Findings& findings) {
   if (report_heading_inside(section, heading, NFICON, findings)) return;
+  const auto width = static_cast<int>(word.size());
+  const std::string columns = message("columns 1-", width, " hold a ", kinds, ", columns ", field.column, "-",
+                                      field.column + field.width - 1, " its value");
+  word = trimmed(word);
   const std::string meant = nearest.help();
-  findings.error(here(NFICON, 1, static_cast<int>(word.size())),
-                 trimmed(word).empty()
-                     ? message("blank line in ", section.content, ", which END would close")
-                     : message("unknown ", kinds, " '", trimmed(word), "' in ", section.content),
-                 meant.empty() ? columns : std::string_view(meant));
+  const bool in_two = word.find(' ') != std::string_view::npos;  // a value that begins too early
+  findings.error(here(NFICON, 1, width),
+                 word.empty() ? message("blank line in ", section.content, ", which END would close")
+                              : message("unknown ", kinds, " '", word, "' in ", section.content),
+                 meant.empty() || in_two ? columns : meant);
 }
 
 }  // namespace varpre

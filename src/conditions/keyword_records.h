@@ -31,15 +31,22 @@ SectionEnd read_keyword_records(Input& NFICON, Ends ends, Take take) {
   }
 }
 
-// Whether the value of the record last read could be read; if not, reports it under its name. Warns of
-// columns that were hardly meant.
-bool value_is_readable(const ReadResult& result, std::string_view name, const Input& NFICON,
-                       Findings& findings);
+// Columns of the value, and its unit; none where it has none or people write none.
+struct ValueField {
+  int column;
+  int width;
+  std::string_view unit = {};
+};
+
+// Whether the value of a keyword, in the record last read, could be read; if not, reports it. Warns of
+// columns that were hardly meant, of a value that stands beside its columns, and of another unit behind it.
+bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
+                       const Input& NFICON, Findings& findings);
 
 // Reports that the record last read holds no keyword of its section: the heading of another one, or a keyword
-// that is misspelt or unknown. `kinds` and `columns` say what may stand there, and where.
+// that is misspelt or unknown. `kinds` and `field` say what may stand there, and where.
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
-                            std::string_view kinds, const Nearest& nearest, std::string_view columns,
+                            std::string_view kinds, const Nearest& nearest, const ValueField& field,
                             const Input& NFICON, Findings& findings);
 
 }  // namespace varpre

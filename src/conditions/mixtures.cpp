@@ -16,10 +16,10 @@ namespace {
 
 // What the records of a block have given so far.
 struct Given {
-  bool P = false;
-  bool T = false;
-  bool H = false;
-  bool RHO = false;
+  Place P;  // their records; no unit: not given
+  Place T;
+  Place H;
+  Place RHO;
   int composition = 0;  // records with the amount of a species
   Place heading;        // of the block
 };
@@ -28,14 +28,15 @@ struct Given {
 struct Keyword {
   std::string_view word;
   double MixtureState::*value;
-  double factor;       // from the unit of the input
-  bool Given::*given;  // nullptr: optional
+  double factor;        // from the unit of the input
+  Place Given::*given;  // nullptr: optional
+  std::string_view unit = {};
 };
 constexpr std::array<Keyword, 10> keywords{{
     {"RHO ", &MixtureState::RHO, 1, &Given::RHO},
-    {"P   ", &MixtureState::P, 100000.0, &Given::P},  // bar
-    {"T   ", &MixtureState::T, 1, &Given::T},
-    {"H(T0)", &MixtureState::H, 1, &Given::H},
+    {"P   ", &MixtureState::P, 100000.0, &Given::P, "bar"},
+    {"T   ", &MixtureState::T, 1, &Given::T, "K"},
+    {"H(T0)", &MixtureState::H, 1, &Given::H, "J/kg"},
     {"PHI ", &MixtureState::PHI, 1, nullptr},
     {"G   ", &MixtureState::G, 1, nullptr},
     {"v   ", &MixtureState::v, 1, nullptr},
@@ -49,7 +50,7 @@ constexpr std::array<Keyword, 10> keywords{{
   throw RunStop{};
 }
 
-constexpr std::string_view value_columns = "columns 1-8 hold a keyword or a species, columns 10-19 its value";
+constexpr ValueField value_field{10, 10};
 
 // A mixture while its records are read.
 struct Reading {
@@ -69,17 +70,18 @@ struct Reading {
   nearest.offer_all(reading.SYMB);
   for (const Keyword& keyword : keywords) nearest.offer(keyword.word);
   report_unknown_keyword(reading.section, reading.given.heading, name.view(), "keyword or species", nearest,
-                         value_columns, reading.NFICON, MSGFIL.findings);
+                         value_field, reading.NFICON, MSGFIL.findings);
   stop(MSGFIL);
 }
 
-void require_value(const KeywordRecord<8>& record, const Reading& reading) {
+void require_value(const KeywordRecord<8>& record, std::string_view unit, const Reading& reading) {
   const SpeciesName& name = record.word;
   Listing& MSGFIL = reading.MSGFIL;
   if (!record.result) {
     write<"(1H ,5X,'ERROR - Unreadable value of ',A,' in reaction conditions')">(MSGFIL, name);
   }
-  if (!value_is_readable(record.result, message("the value of ", name), reading.NFICON, MSGFIL.findings)) {
+  const ValueField field{value_field.column, value_field.width, unit};
+  if (!value_is_readable(record.result, name.view(), record.value, field, reading.NFICON, MSGFIL.findings)) {
     stop(MSGFIL);
   }
 }
@@ -97,21 +99,19 @@ void set_amount(const KeywordRecord<8>& record, Reading& reading) {
                           message("the amount of species '", name, "' is given twice"));
     stop(MSGFIL);
   }
-  require_value(record, reading);
+  require_value(record, "mol", reading);
+  if (record.value < 0) {
+    MSGFIL.findings.warning(here(reading.NFICON, 10, 10),
+                            message("the amount of species '", name, "' is negative: ", record.value));
+  }
   X = record.value;
   ++reading.given.composition;
 }
 
 void set_keyword(const Keyword& keyword, const KeywordRecord<8>& record, Reading& reading) {
-  Listing& MSGFIL = reading.MSGFIL;
-  require_value(record, reading);
-  if (record.value <= 0 && (keyword.word == "P   " || keyword.word == "T   ")) {
-    MSGFIL.findings.warning(here(reading.NFICON, 10, 10),
-                            message(keyword.word == "P   " ? "the pressure" : "the temperature",
-                                    " of this mixture is not positive: ", record.value));
-  }
+  require_value(record, keyword.unit, reading);
   reading.mixture.*keyword.value = record.value * keyword.factor;
-  if (keyword.given != nullptr) reading.given.*keyword.given = true;
+  if (keyword.given != nullptr) reading.given.*keyword.given = here(reading.NFICON, 10, 10);
 }
 
 // Reads the value records up to END.
@@ -135,6 +135,10 @@ void read_values(Input& NFICON, Reading& reading) {
   stop(MSGFIL);
 }
 
+bool is_given(const Place& place) {
+  return place.unit != nullptr;
+}
+
 double sum(std::span<const double> values) {
   return std::accumulate(values.begin(), values.end(), 0.0);
 }
@@ -142,20 +146,20 @@ double sum(std::span<const double> values) {
 // Checks that the block gives what is needed, and nothing twice.
 void check(const Given& given, std::span<const double> gas_amounts, int NTOT, Listing& MSGFIL) {
   std::string_view what;
-  if (!given.P) {
+  if (!is_given(given.P)) {
     write<"(1H1,5X,'ERROR - Initial P or V not specified')">(MSGFIL);
     what = "this mixture has no pressure (P, in bar)";
-  } else if (!given.T && !given.H) {
+  } else if (!is_given(given.T) && !is_given(given.H)) {
     write<
         "(1H1,5X,'ERROR - Neither initial T nor initial enthalpy ',/, '1',5X,"
         "'        specified for adiabatic reactor        ')">(MSGFIL);
     what = "this mixture has neither a temperature (T) nor an enthalpy (H(T0))";
-  } else if (given.T && given.H) {
+  } else if (is_given(given.T) && is_given(given.H)) {
     write<
         "(1H1,5X,'ERROR - Initial T and initial enthalpy ',/, '1',5X,"
         "'        specified for adiabatic reactor        ')">(MSGFIL);
     what = "this mixture has both a temperature (T) and an enthalpy (H(T0))";
-  } else if (given.RHO) {
+  } else if (is_given(given.RHO)) {
     write<
         "(1H1,5X,'ERROR - Initial density and pressure   ',/, '1',5X,"
         "'        specified at the same time             ')">(MSGFIL);
@@ -196,11 +200,31 @@ void set_elements(const Elements& elements, std::span<const double> X, MixtureSt
   for (std::size_t e = 0; e < NE; ++e) mixture.Z[e] = B[e] / mean_mass;
 }
 
-double mixture_enthalpy(double T, double M, std::span<const double> X, std::span<const ThermoFit> fit,
-                        Listing& MSGFIL) {
-  double H = 0;
-  for (std::size_t i = 0; i < X.size(); ++i) H += X[i] * CALHI(static_cast<int>(i) + 1, T, fit, MSGFIL);
-  return H / M;
+// Warns of a state that can hardly be meant, or at which the thermochemical fits do not hold.
+void warn_of_unusual(const Given& given, const MixtureState& mixture, std::span<const double> X,
+                     const SpeciesView& species, Findings& findings) {
+  constexpr double bar = 100000.0;
+  if (!(mixture.P >= 0.001 * bar && mixture.P <= 1000 * bar)) {
+    findings.warning(given.P,
+                     message("the pressure of this mixture, ", mixture.P / bar, " bar, can hardly be meant"),
+                     "P is in bar; 0.001 to 1000 bar is usual");
+  }
+  std::vector<SpeciesName> outside;
+  double lower = 0;
+  double upper = 1.0E+30;
+  for (std::size_t i = 0; i < X.size(); ++i) {
+    const auto& [TLOW, TCOMMON, THIGH] = species.fit[i].TLIM;
+    if (X[i] == 0 || (mixture.T >= TLOW && mixture.T <= THIGH)) continue;
+    outside.push_back(species.SYMB[i]);
+    lower = std::max(lower, TLOW);
+    upper = std::min(upper, THIGH);
+  }
+  if (outside.empty()) return;
+  findings.warning(is_given(given.T) ? given.T : given.H,
+                   message(is_given(given.T) ? "this mixture has a temperature of "
+                                             : "the enthalpy of this mixture leads to ",
+                           mixture.T, " K, outside the fits of ", list_of(outside)),
+                   message("together they hold from ", lower, " to ", upper, " K"));
 }
 
 // Pairs (name, amount) of the species whose amount is positive, three to a record; the last record holds what
@@ -261,12 +285,31 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   set_elements(elements, X, mixture);
 
   const auto XMOL = species.XMOL.first(NGAS);
-  if (given.T) {
-    mixture.H = mixture_enthalpy(mixture.T, M, X, species.fit, MSGFIL);
+  if (is_given(given.T)) {
+    mixture.H = mixture_enthalpy(mixture.T, X, species.fit, MSGFIL) / M;
   } else {
     mixture.T = GETT(mixture.H, X, species.fit, XMOL, given.heading, MSGFIL);
   }
   mixture.RHO = M * mixture.P / (mixture.T * gas_constant);
+  mixture.pressure = given.P;
+  warn_of_unusual(given, mixture, X, species, MSGFIL.findings);
+}
+
+void compare_mixtures(const MixtureState& left, const MixtureState& right, int NGAS,
+                      const SpeciesView& surface, Findings& findings) {
+  constexpr double bar = 100000.0;
+  if (left.pressure.unit != nullptr && right.pressure.unit != nullptr && left.P != right.P) {
+    findings.warning(right.pressure, message("the mixtures have different pressures: ", left.P / bar,
+                                             " bar on the left, ", right.P / bar, " bar on the right"));
+  }
+  const auto given = [&](const MixtureState& mixture) {
+    const auto X = std::span(mixture.X).subspan(static_cast<std::size_t>(NGAS), surface.SYMB.size());
+    return std::any_of(X.begin(), X.end(), [](double x) { return x > 0; });
+  };
+  const bool both_absent = left.pressure.unit == nullptr && right.pressure.unit == nullptr;
+  if (surface.size() == 0 || both_absent || given(left) || given(right)) return;
+  findings.warning(surface.listed.front(), "no mixture gives an amount of a surface species",
+                   "the surface starts from the fractions of the mixtures, which are all 0");
 }
 
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,

@@ -22,6 +22,7 @@ struct MixtureState {
   double FREQ = 0;
   double FAC = 0;
   double OMEG = 0;
+  Place pressure;  // where P is given
   std::array<double, NSMAX>
       X{};  // mole fractions of the gas species, and of the surface species among themselves
   std::array<double, NSMAX> W{};  // specific mole numbers of the gas species, mol/kg
@@ -39,6 +40,11 @@ struct MixtureState {
 // CHICON".
 void CHICON(const Section& section, const SpeciesView& species, int NSURF, const Elements& elements,
             Input& NFICON, Listing& MSGFIL, MixtureState& mixture);
+
+// Warns of mixtures that contradict each other or the run: different pressures, surface species without a
+// fraction in either.
+void compare_mixtures(const MixtureState& left, const MixtureState& right, int NGAS,
+                      const SpeciesView& surface, Findings& findings);
 
 // Lists a mixture under its mixture fraction ZMIX.
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,

@@ -81,12 +81,11 @@ bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const I
   if (found == particles.names.end()) {
     write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
     report_unknown_keyword(sections::particle_fractions, heading, name.view(), "particle species",
-                           Nearest(name.view()).offer_all(particles.names),
-                           "columns 1-8 hold a particle species of the list, columns 10-19 its fraction",
-                           NFICON, MSGFIL.findings);
+                           Nearest(name.view()).offer_all(particles.names), {10, 10}, NFICON,
+                           MSGFIL.findings);
     return false;
   }
-  if (!value_is_readable(result, message("the fraction of ", name), NFICON, MSGFIL.findings)) return false;
+  if (!value_is_readable(result, name.view(), value, {10, 10}, NFICON, MSGFIL.findings)) return false;
   double& XPA = particles.XPA[static_cast<std::size_t>(found - particles.names.begin())];
   if (XPA > 0 || value < 0) {
     write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);

@@ -15,26 +15,27 @@ struct Property {
   double standard;
   std::string_view complaint;  // when it is not given exactly once
   std::string_view consequence;
+  std::string_view unit = {};
 };
 
 // In the order of the store file; the last three are the catalyst's dimensions, needed in a counter flow
 // only.
 constexpr std::array<Property, 15> properties{{
-    {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED"},
-    {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED"},
+    {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED", "K"},
+    {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED", "mol/m2"},
     {"EPSW", 0, "NO OR MORE THAN ONE EMISIVITY    (EPSW )", " DEFINED"},
     {"EPSA", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSA)", " DEFINED"},
     {"EPSB", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSB)", " DEFINED"},
-    {"TRAD", 0, "NO OR MORE THAN ONE TRAD         (TRAD)", " DEFINED"},
+    {"TRAD", 0, "NO OR MORE THAN ONE TRAD         (TRAD)", " DEFINED", "K"},
     {"POW ", 0, "NO OR MORE THAN ONE POWER        (POW)", " DEFINED"},
     {"RHOZ", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOZ)", " DEFINED"},
     {"RHOA", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOA)", " DEFINED"},
     {"RHOB", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOB)", " DEFINED"},
     {"CWIR", 1.0E+30, "NO OR MORE THAN ONE SPEC. HEAT  . (CWIR)", " DEFINED"},
     {"STFL", 0, "NO OR MORE THAN ONE Stefan flux . (STFL)", "INITIALISED"},
-    {"CATD", 0, "NO OR MORE THAN ONE CAT. THICK. (CATD)", " DEFINED, NEEDED FOR COUNTER FLOW"},
-    {"CATB", 0, "NO OR MORE THAN ONE CAT. WIDTH. (CATB)", " DEFINED. NEEDED FOR COUNTER FLOW"},
-    {"CATL", 0, "NO OR MORE THAN ONE CAT. LENGTH. (CATL)", " DEFINED. NEEDED FOR COUNTER FLOW"},
+    {"CATD", 0, "NO OR MORE THAN ONE CAT. THICK. (CATD)", " DEFINED, NEEDED FOR COUNTER FLOW", "m"},
+    {"CATB", 0, "NO OR MORE THAN ONE CAT. WIDTH. (CATB)", " DEFINED. NEEDED FOR COUNTER FLOW", "m"},
+    {"CATL", 0, "NO OR MORE THAN ONE CAT. LENGTH. (CATL)", " DEFINED. NEEDED FOR COUNTER FLOW", "m"},
 }};
 constexpr std::size_t wall_properties = 12;
 
@@ -54,12 +55,13 @@ bool take_property(const KeywordRecord<8>& record, const Place& heading, const I
     write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
     Nearest nearest(word.view());
     for (const Property& p : properties) nearest.offer(p.word);
-    report_unknown_keyword(sections::surface_conditions, heading, word.view(), "keyword", nearest,
-                           "columns 1-4 hold a keyword, columns 10-20 its value", NFICON, MSGFIL.findings);
+    report_unknown_keyword(sections::surface_conditions, heading, word.view(), "keyword", nearest, {10, 11},
+                           NFICON, MSGFIL.findings);
     return false;
   }
   if (!result) write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
-  if (!value_is_readable(result, message("the value of ", word), NFICON, MSGFIL.findings)) return false;
+  if (!value_is_readable(result, word.view(), value, {10, 11, found->unit}, NFICON, MSGFIL.findings))
+    return false;
   Given& given = values[static_cast<std::size_t>(found - properties.begin())];
   given.value = value;
   ++given.count;

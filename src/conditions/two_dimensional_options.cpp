@@ -136,7 +136,7 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
   };
   const auto take = [&](const KeywordRecord<4>& record) {
     const auto& [word, value, result] = record;
-    if (!value_is_readable(result, message("the value of ", word), NFICON, MSGFIL.findings)) {
+    if (!value_is_readable(result, word.view(), value, {6, 10}, NFICON, MSGFIL.findings)) {
       write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
       return false;
     }

@@ -78,8 +78,9 @@ class Sequence {
     read_surface_mechanism();
     read_particle_species();
     read_further_reactions();
-    read_mixture(0, sections::left_mixture);
-    read_mixture(1, sections::right_mixture);
+    const auto left = read_mixture(0, sections::left_mixture);
+    const auto right = read_mixture(1, sections::right_mixture);
+    compare_mixtures(*left, *right, NGAS, surface(), MSGFIL.findings);
     read_flame_conditions();
     write<"(' Spec. Flags',3X,20I3,4(/,' Spec. Flags',3X,20I3))">(NFISTO, all().IFLAG);
     write<"('<   ')">(NFISTO);
@@ -133,6 +134,14 @@ class Sequence {
     const SpeciesList list = GENSYM(sections::surface_species, NFICON, MSGFIL, places_after(NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
+      if (!list.heading && IOPT(SOLID) != 1) {
+        warn_of_use_without(sections::surface_species, sections::surface_conditions, NFICON, NFICON,
+                            MSGFIL.findings);
+      }
+      if (!list.heading) {
+        warn_of_use_without(sections::surface_species, sections::surface_mechanism, NFICON, NFIMEC,
+                            MSGFIL.findings);
+      }
     } else {
       NSURF = list.NS;
     }
@@ -202,15 +211,16 @@ class Sequence {
     check(LOK);
   }
 
-  void read_mixture(double ZMIX, const Section& section) {
+  std::unique_ptr<MixtureState> read_mixture(double ZMIX, const Section& section) {
     begin("the boundary mixtures");
-    const auto mixture = std::make_unique<MixtureState>();
+    auto mixture = std::make_unique<MixtureState>();
     CHICON(section, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
     const auto XCOND = std::span(mixture->X).first(static_cast<std::size_t>(NGAS + NSURF));
     const auto& m = *mixture;
     write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC,
                                             m.OMEG);
     PRICOM(all(), NSURF, gas_elements_, ZMIX, m, MSGFIL);
+    return mixture;
   }
 
   void read_flame_conditions() {

@@ -47,9 +47,11 @@ void report_unreadable_entry(const DatabaseSearch& search, const Input& database
 void report_absent_entries(const DatabaseSearch& search, const SpeciesView& species, const Input& database,
                            Findings& findings) {
   if (!search.read_all) return;
+  const NameIndex index(species.SYMB);
   for (std::size_t i = 0; i < search.found.size(); ++i) {
     if (search.found[i].unit != nullptr) continue;
     const SpeciesName& name = species.SYMB[i];
+    if (index.find(name) != static_cast<int>(i) + 1) continue;  // it is listed twice, which was reported
     findings.error(locate(species.listed[i], name.view()),
                    message("species '", name, "' has no entry in ", database.origin(0).file, " (",
                            search.entries, " entries read)"),

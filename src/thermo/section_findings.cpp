@@ -23,7 +23,7 @@ const Section* section_of(std::string_view record, std::uint8_t files) {
 // Whether a record is the heading of a section, or one that is misspelt; not that of another section.
 bool may_mean(const Section& section, std::string_view record) {
   const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return s != &section && s->opens_with(record);
+    return s != &section && (s->files & section.files) != 0 && s->opens_with(record);
   });
   const std::string_view begin = record.substr(0, section.word.size());
   return !opens_another && !Nearest(section.word).offer(begin).help().empty();
@@ -48,6 +48,7 @@ std::string headings_of(const Input& input, const Section& searched) {
 
 // The first record from one on that is not blank; 0 when there is none.
 int first_text_from(const Input& input, int first) {
+  if (!trimmed(input.origin(first).text).empty()) return first;
   int found = 0;
   input.for_each_record([&](int record, std::string_view text) {
     if (found == 0 && record >= first && !trimmed(text).empty()) found = record;
@@ -90,6 +91,20 @@ bool report_heading_inside(const Section& section, const Place& heading, const I
                           input.origin(heading.record).line),
                   Findings::Site::current());
   return true;
+}
+
+void warn_of_use_without(const Section& missing, const Section& used, const Input& input,
+                         const Input& used_in, Findings& findings) {
+  int heading = 0;
+  used_in.for_each_record([&](int record, std::string_view text) {
+    if (heading == 0 && used.opens_with(text)) heading = record;
+  });
+  if (heading == 0) return;
+  const auto width = static_cast<int>(trimmed(used_in.origin(heading).text).size());
+  findings.warning({&used_in, heading, 1, width},
+                   message("nothing reads ", used.content, ": there is no heading '", missing.heading,
+                           "' of ", missing.content),
+                   headings_of(input, missing));
 }
 
 }  // namespace varpre

@@ -23,4 +23,9 @@ void report_not_closed(const Section& section, const Place& heading, Findings& f
 bool report_heading_inside(const Section& section, const Place& heading, const Input& input,
                            Findings& findings, Findings::Severity severity = Findings::Severity::error);
 
+// Warns of a section that nothing reads without another one, which is not there: surface conditions without
+// surface species. `input` is where the other one was searched.
+void warn_of_use_without(const Section& missing, const Section& used, const Input& input,
+                         const Input& used_in, Findings& findings);
+
 }  // namespace varpre

@@ -39,21 +39,29 @@ void warn_of_moved_flags(const NameList& names, const Place& record, Findings& f
   }
 }
 
-// Warns of a name that is in the list already, whole or cut to its length there. `number` is its place, from
-// 0.
-void warn_of_equal_names(std::string_view written, std::size_t number, const SpeciesView& species,
-                         Findings& findings) {
+// How bad a name is that has no entry of its own in the databases: particle species need none.
+Findings::Severity severity(const Section& section) {
+  return &section == &sections::particle_species ? Findings::Severity::warning : Findings::Severity::error;
+}
+
+// Reports a name that is in the list already, whole or cut to its length there. `number` is its place,
+// from 0.
+void report_equal_names(const Section& section, std::string_view written, std::size_t number,
+                        const SpeciesView& species, Findings& findings) {
   const SpeciesName& name = species.SYMB[number];
   const auto before = species.SYMB.first(number);
-  const auto equal = std::find(before.begin(), before.end(), name);
+  const auto equal = std::find_if(before.begin(), before.end(), [&](const SpeciesName& earlier) {
+    return EQUSYM(static_cast<int>(name.chars.size()), earlier.view(), name.view());
+  });
   if (equal == before.end()) return;
   const Place& first = species.listed[static_cast<std::size_t>(equal - before.begin())];
   const bool cut = written.size() > name.chars.size();
-  findings.warning(locate(species.listed[number], written),
-                   cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
-                       : message("species '", name, "' is listed already"),
-                   message("the first one stands in line ", first.unit->origin(first.record).line,
-                           ", and only that one receives data"));
+  findings.report(
+      severity(section), locate(species.listed[number], written),
+      cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
+          : message("species '", name, "' is listed already"),
+      message("the first one stands in line ", first.unit->origin(first.record).line, ": delete one of them"),
+      Findings::Site::current());
 }
 
 }  // namespace
@@ -65,6 +73,7 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
   }
   const Place heading = heading_place(section, NFICON);
   Line line;
+  bool not_closed = false;
   int NS = 0;
   NameList names;
   for (;;) {
@@ -75,12 +84,13 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
     }
     if (EQUSYM(3, line.view(), "END")) break;
     const Place record = here(NFICON);
-    // A species may have that name: whether the list goes wrong shows when its data are looked up.
-    report_heading_inside(section, heading, NFICON, MSGFIL.findings, Findings::Severity::warning);
+    // What stands from the heading of another section on is no species, and needs no finding of its own.
+    not_closed =
+        not_closed || report_heading_inside(section, heading, NFICON, MSGFIL.findings, severity(section));
     GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
     if (names.NSYM == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));
-      MSGFIL.findings.warning(record, "blank line inside a species list");
+      if (!not_closed) MSGFIL.findings.warning(record, "blank line inside a species list");
       continue;
     }
     const int NSMAX_left = species.size();
@@ -99,11 +109,11 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
       const std::string_view written = names.SYMS[static_cast<std::size_t>(k)];
       const auto number = static_cast<std::size_t>(first + k);
       species.SYMB[number] = written;
-      species.listed[number] = record;
-      warn_of_equal_names(written, number, species, MSGFIL.findings);
+      species.listed[number] = not_closed ? Place{} : record;
+      if (!not_closed) report_equal_names(section, written, number, species, MSGFIL.findings);
     }
     set_flags(names, NS, species.IFLAG);
-    warn_of_moved_flags(names, record, MSGFIL.findings);
+    if (!not_closed) warn_of_moved_flags(names, record, MSGFIL.findings);
   }
 
   const auto count = static_cast<std::size_t>(NS);

@@ -62,6 +62,24 @@ void print_fit(const SpeciesName& name, const ThermoFit& fit, Listing& MSGFIL) {
       "'  K   FOR T>1000 K')">(MSGFIL, name, zip(low_signs, low), zip(high_signs, high));
 }
 
+// Enthalpy at 298.15 K, J/mol: the enthalpy of formation, in the convention of the databases.
+double formation_enthalpy(const ThermoFit& fit) {
+  constexpr double T = 298.15;
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = fit.HCPL;
+  return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
+}
+
+void warn_of_unusual_enthalpy(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+  constexpr double usual = 2000.0;  // kJ/mol
+  const double h = formation_enthalpy(fit) / 1000;
+  if (std::abs(h) <= usual) return;
+  findings.warning(
+      fit.entry,
+      message("the enthalpy of formation of ", name, " comes out as ", h,
+              " kJ/mol, which can hardly be meant"),
+      "-2000 to 2000 kJ/mol is usual; look at a6 of the lower range, columns 31-45 of the fourth line");
+}
+
 // The name of a numeric field of an entry, by its number in the read statement.
 std::string field_name(int number) {
   if (number < 10) return message("the atom count of element ", (number - 1) / 2);
@@ -142,6 +160,7 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
     const SpeciesName name(entry.name.view());
     const bool jumps = warn_of_jump(name, species.fit[i], MSGFIL.findings);
     if (!jumps) warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
+    warn_of_unusual_enthalpy(name, species.fit[i], MSGFIL.findings);
   };
   const DatabaseSearch search =
       search_database(species.SYMB, NFITHE, layout, MSGFIL.findings, read_next, take);

@@ -8,37 +8,68 @@
 namespace varpre {
 namespace {
 
-// Coefficients of the range that T lies in.
-const std::array<double, 7>& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
+using Coefficients = std::array<double, 7>;
+
+double enthalpy(const Coefficients& a, double T) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
+  return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
+}
+
+double entropy(const Coefficients& a, double T) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
+  return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + std::log(T) * a1 + a7;
+}
+
+double heat_capacity(const Coefficients& a, double T) {
+  const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
+  return (((a5 * T + a4) * T + a3) * T + a2) * T + a1;
+}
+
+// Coefficients of the range that T lies in; a temperature above that range is listed.
+const Coefficients& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
   const ThermoFit& fit = fits[static_cast<std::size_t>(I - 1)];
   if (T < fit.TLIM[1]) return fit.HCPL;
   if (T > fit.TLIM[2]) {
     write<
         "('0','WARNING: Temperature (',F6.0,') exceeds upper limit', ' of reliability (',F6.0,')',/, "
         "' for fit of thermodynamic properties of species no.',I3)">(MSGFIL, T, fit.TLIM[2], I);
+  }
+  return fit.HCPH;
+}
+
+// The same, with a finding.
+const Coefficients& range_for(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
+  const ThermoFit& fit = fits[static_cast<std::size_t>(I - 1)];
+  if (T >= fit.TLIM[1] && T > fit.TLIM[2]) {
     MSGFIL.findings.warning(
         fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),
         "the transport fits need values up to 2600 K; reverse rates are fitted up to 1500 K above "
         "the switch temperature");
   }
-  return fit.HCPH;
+  return range_at(I, T, fits, MSGFIL);
 }
 
 }  // namespace
 
 double CALHI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
-  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
-  return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
+  return enthalpy(range_for(I, T, fit, MSGFIL), T);
 }
 
 double CALSI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
-  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
-  return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + std::log(T) * a1 + a7;
+  return entropy(range_for(I, T, fit, MSGFIL), T);
 }
 
 double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL) {
-  const auto& [a1, a2, a3, a4, a5, a6, a7] = range_at(I, T, fit, MSGFIL);
-  return (((a5 * T + a4) * T + a3) * T + a2) * T + a1;
+  return heat_capacity(range_for(I, T, fit, MSGFIL), T);
+}
+
+double mixture_enthalpy(double T, std::span<const double> X, std::span<const ThermoFit> fit,
+                        Listing& MSGFIL) {
+  double H = 0;
+  for (std::size_t i = 0; i < X.size(); ++i) {
+    H += X[i] * enthalpy(range_at(static_cast<int>(i) + 1, T, fit, MSGFIL), T);
+  }
+  return H;
 }
 
 double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> fit,
@@ -53,8 +84,8 @@ double GETT(double HSPEC, std::span<const double> X, std::span<const ThermoFit> 
     double cp = 0;
     for (std::size_t i = 0; i < X.size(); ++i) {
       const int I = static_cast<int>(i) + 1;
-      h += X[i] * CALHI(I, T, fit, MSGFIL);
-      cp += X[i] * CALCPI(I, T, fit, MSGFIL);
+      h += X[i] * enthalpy(range_at(I, T, fit, MSGFIL), T);
+      cp += X[i] * heat_capacity(range_at(I, T, fit, MSGFIL), T);
     }
     h = h / M;
     cp = cp / M;

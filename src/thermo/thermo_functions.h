@@ -15,6 +15,10 @@ double CALHI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 double CALSI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 double CALCPI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);
 
+// Enthalpy of a mixture [J/mol] at T: sum of X(i) h(i, T). A temperature above the fit of a species is
+// listed; whether it makes a finding is the caller's to say, who knows which species matter.
+double mixture_enthalpy(double T, std::span<const double> X, std::span<const ThermoFit> fit, Listing& MSGFIL);
+
 // Temperature [K] at which a gas mixture of mole fractions X and molar masses XMOL [kg/mol] has the specific
 // enthalpy HSPEC [J/kg]: Newton iteration from 1200 K to a step below 1E-7 of the temperature. Stops the run
 // (RunStop), with its message in the listing, after 61 steps without convergence.
