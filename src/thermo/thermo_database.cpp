@@ -87,6 +87,10 @@ std::string field_name(int number) {
   return message("a", (number - 13) % 7 + 1, number < 20 ? " of the upper range" : " of the lower range");
 }
 
+double heat_capacity(const std::array<double, 7>& a, double T) {
+  return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
+}
+
 // Warns when the two ranges of a fit do not meet at the switch temperature: heat capacity by 1 %, enthalpy by
 // 0.5 % of RT, entropy by 0.5 % of R. Whether they do not.
 bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
@@ -94,10 +98,7 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   const double T = fit.TLIM[1];
   std::array<double, 7> d{};  // difference of the two polynomials
   for (std::size_t k = 0; k < d.size(); ++k) d[k] = fit.HCPH[k] - fit.HCPL[k];
-  const auto heat_capacity = [&](const auto& a) {
-    return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
-  };
-  const double cp = heat_capacity(d) / heat_capacity(fit.HCPL);
+  const double cp = heat_capacity(d, T) / heat_capacity(fit.HCPL, T);
   const double h =
       (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
   const double s =
@@ -123,9 +124,10 @@ double ups_and_downs(const std::array<double, 7>& below, const std::array<double
   constexpr int steps = 6;  // of each range
   double sum = 0;
   const auto add = [&](const std::array<double, 7>& a, double from, double to) {
-    const auto cp = [&](double T) { return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0]; };
     const double step = (to - from) / steps;
-    for (int k = 0; k < steps; ++k) sum += std::abs(cp(from + (k + 1) * step) - cp(from + k * step));
+    for (int k = 0; k < steps; ++k) {
+      sum += std::abs(heat_capacity(a, from + (k + 1) * step) - heat_capacity(a, from + k * step));
+    }
   };
   add(below, 300, switch_T);
   add(above, switch_T, 5000);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "textio/record/numbered.h"
 #include "textio/record/record.h"
 #include "thermo/thermo_functions.h"
 #include "transport/collision_integrals.h"
@@ -21,7 +22,7 @@ struct Subject {
   const Molecule& molecule;
   std::span<const ThermoFit> fits;  // of all species
 
-  const ThermoFit& fit() const { return fits[static_cast<std::size_t>(I - 1)]; }
+  const ThermoFit& fit() const { return at(fits, I); }
 };
 
 // The properties of one species on the grid.

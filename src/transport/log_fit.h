@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "textio/findings/listing.h"
+#include "textio/record/numbered.h"
 #include "textio/record/record.h"
 
 namespace varpre {
@@ -52,7 +53,7 @@ template <FormatText Warning, class Subject, class... Names>
 void warn_of_poor_fit(const FitResult& fit, const FitGrid& grid, const Place& record, Findings::Site kind,
                       Listing& MSGFIL, Subject subject, const Names&... names) {
   if (fit.ERRMAX <= worst_fit) return;
-  const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
+  const double T = at(grid.T, fit.IMAX);
   write<Warning>(MSGFIL, fit.ERRMAX, names..., T);
   MSGFIL.findings.warning(
       record, message("the fit of the ", subject(), " is off by ", percent(fit.ERRMAX), " % at ", T, " K"),
