@@ -117,10 +117,10 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   return true;
 }
 
-// How far the heat capacity goes up and down from 300 to 5000 K, J/(mol K), with these coefficients below and
+// How far the heat capacity goes up and down from 300 K on, J/(mol K), with these coefficients below and
 // above a switch temperature.
-double ups_and_downs(const std::array<double, 7>& below, const std::array<double, 7>& above,
-                     double switch_T) {
+double ups_and_downs(const std::array<double, 7>& below, const std::array<double, 7>& above, double switch_T,
+                     double upper_T) {
   constexpr int steps = 6;  // of each range
   double sum = 0;
   const auto add = [&](const std::array<double, 7>& a, double from, double to) {
@@ -130,17 +130,24 @@ double ups_and_downs(const std::array<double, 7>& below, const std::array<double
     }
   };
   add(below, 300, switch_T);
-  add(above, switch_T, 5000);
+  add(above, switch_T, upper_T);
   return sum;
 }
 
-// Warns when a fit without jump would be smoother with its ranges exchanged: a polynomial that leaves the
+// Whether a fit would be much smoother with its ranges exchanged.
+bool is_smoother_exchanged(const ThermoFit& fit, double upper_T) {
+  const double T = fit.TLIM[1];
+  const double as_given = ups_and_downs(fit.HCPL, fit.HCPH, T, upper_T);
+  return as_given > 1.25 * ups_and_downs(fit.HCPH, fit.HCPL, T, upper_T) + gas_constant;
+}
+
+// Warns when that is so for a fit without jump, up to its limit and beyond it: a polynomial that leaves the
 // range it was made for runs away.
 void warn_of_exchanged_ranges(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
-  const double T = fit.TLIM[1];
-  if (!(T > 300 && T < 5000)) return;
-  const double as_given = ups_and_downs(fit.HCPL, fit.HCPH, T);
-  if (!(as_given > 1.1 * ups_and_downs(fit.HCPH, fit.HCPL, T) + gas_constant)) return;
+  constexpr double beyond = 5000;  // K
+  const auto [low, T, high] = fit.TLIM;
+  if (T <= 300 || T >= beyond || high <= T) return;
+  if (!is_smoother_exchanged(fit, beyond) || !is_smoother_exchanged(fit, high)) return;
   findings.warning(
       fit.entry, message("the ranges of the fit of ", name, " look exchanged"),
       "the seven coefficients of the upper range come first, those of the lower range behind them");
