@@ -12,7 +12,7 @@ std::string misplaced(std::string_view name, const Input& database) {
   int found = 0;
   database.for_each_record([&](int record, std::string_view line) {
     if (found > 0) return;
-    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    line.remove_prefix(std::min(line.find_first_not_of(" \t!#"), line.size()));
     const std::string_view word = line.substr(0, line.find_first_of(" \t"));
     if (word.size() <= name.size() && EQUSYM(static_cast<int>(name.size()), word, name)) found = record;
   });

@@ -62,14 +62,20 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
   const auto read_next = [&](SpeciesName& name) {
     ReadResult result = read_molecule(NFIMOL, name, molecule);
     const bool remarkable = result.without_point.number > 0 || result.digit_in_gap.number > 0;
-    if (remarkable && is_misread(last_line(NFIMOL))) result.without_point = result.digit_in_gap = {};
+    if (remarkable && !layout_fault(last_line(NFIMOL)).empty())
+      result.without_point = result.digit_in_gap = {};
     return result;
   };
   const auto take = [&](std::size_t i, const Place& record) {
     molecule.record = record;
     molecules[i] = molecule;
-    if (warn_of_layout(MSGFIL.findings, record, last_line(NFIMOL))) return;
-    warn_of_values(MSGFIL.findings, gas, i, molecule);
+    const std::string_view line = last_line(NFIMOL);
+    const std::string fault = layout_fault(line);
+    if (fault.empty()) {
+      warn_of_values(MSGFIL.findings, gas, i, molecule);
+    } else {
+      warn_of_layout(MSGFIL.findings, record, line, fault);
+    }
   };
   const DatabaseSearch search = search_database(gas.SYMB, NFIMOL, layout, MSGFIL.findings, read_next, take);
   bool LOK = search.read_all;

@@ -16,8 +16,8 @@ struct Columns {
   int first, last;
 
   std::string_view of(std::string_view line) const {
-    return line.substr(static_cast<std::size_t>(first - 1))
-        .substr(0, static_cast<std::size_t>(last - first + 1));
+    const std::size_t before = std::min(static_cast<std::size_t>(first - 1), line.size());
+    return line.substr(before, static_cast<std::size_t>(last - first + 1));
   }
 };
 constexpr std::array<Columns, 8> layout{{{"name", 1, 8},
@@ -67,17 +67,17 @@ bool is_number(std::string_view text) {
   return read_free_real(text).has_value();
 }
 
-// Whether each field behind the name holds one word at most, the geometry index one, and no word is cut.
+// Whether each field behind the name holds one word at most, the first and the last one, and no word is cut.
 bool in_columns(std::string_view line) {
   std::size_t last = 0;
   for (Word word{name_columns, name_columns}; advance(line, word);) {
     const std::size_t field = field_at(word.begin);
-    if (field > last_field) return last == last_field || !is_number(word.of(line));
+    if (field > last_field) return last == last_field;
     const bool in_order = last == 0 ? field == geometry : field > last;
     if (!in_order || field_at(word.end - 1) != field) return false;
     last = field;
   }
-  return last >= geometry;
+  return last == last_field;
 }
 
 // By how many columns all values, from the geometry index on, stand to the right of theirs; 0 when that is
@@ -95,8 +95,8 @@ std::string beside_columns(std::string_view line) {
     const std::size_t field = field_at(word.begin);
     const Columns& columns = layout[std::min(field, last_field)];
     if (field > last_field) {
-      const bool missed = last < last_field && is_number(text);
-      return missed ? message("'", text, "' stands behind the ", columns.name, ", which is read as 0") : "";
+      if (last == last_field || !is_number(text)) break;
+      return message("'", text, "' stands behind the ", columns.name, ", which is read as 0");
     }
     if (field == last) {
       const std::string_view both = columns.of(line);
@@ -108,7 +108,9 @@ std::string beside_columns(std::string_view line) {
       return message("'", text, "' is cut behind column ", columns.last, ", the last of the ", columns.name);
     }
   }
-  return {};
+  // Atoms have nothing to say in the last columns.
+  const bool complete = last >= last_field || layout[geometry].of(line).find('0') != std::string_view::npos;
+  return complete ? "" : message("it ends before the ", layout[last + 1].name, ", which is read as 0");
 }
 
 // What a species consists of, from the element fields of its thermochemical entry.
@@ -171,7 +173,6 @@ std::string molecule_columns() {
 }
 
 std::string foreign_layout(std::string_view line) {
-  line = line.substr(0, line.find('!', 1));
   Word word;
   if (!advance(line, word)) return {};
   const std::string_view first = word.of(line);
@@ -180,6 +181,8 @@ std::string foreign_layout(std::string_view line) {
     return "it is a comment, and this file has none";
   }
   if (first == "-" || first.ends_with(':')) return "it is YAML";
+  if (std::count(line.begin(), line.end(), ',') > 5) return "commas stand between its values";
+  if (line.find_first_of("0123456789", word.end) == std::string_view::npos) return "it holds no number";
 
   Word index = word;
   if (!advance(line, index) || (index.of(line) != "0" && index.of(line) != "1" && index.of(line) != "2")) {
@@ -191,23 +194,23 @@ std::string foreign_layout(std::string_view line) {
   if (line.find('\t') != std::string_view::npos) return "tabs stand between its values";
   if (values == 5) return "its values stand in free columns, without a molar mass";
   const int shift = shift_of(line, index);
-  if (shift == 0) return {};
+  if (shift == 0) return "its values stand in free columns";
   return message("its values are shifted by ", std::abs(shift), shift > 0 ? " to the right" : " to the left");
 }
 
-bool is_misread(std::string_view line) {
-  return !in_columns(line) && !(foreign_layout(line).empty() && beside_columns(line).empty());
+std::string layout_fault(std::string_view line) {
+  if (in_columns(line)) return {};
+  const bool begins_right = !trimmed(layout[geometry].of(line)).empty();
+  std::string fault = begins_right ? beside_columns(line) : foreign_layout(line);
+  if (fault.empty()) fault = begins_right ? foreign_layout(line) : beside_columns(line);
+  return fault;
 }
 
-bool warn_of_layout(Findings& findings, const Place& record, std::string_view line) {
-  if (!is_misread(line)) return false;
-  const std::string fault = foreign_layout(line);
+void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault) {
   Place values = record;
   values.column = static_cast<int>(name_columns) + 1;
-  values.width = static_cast<int>(line.size() - name_columns);
-  findings.warning(values, message("this record is misread: ", fault.empty() ? beside_columns(line) : fault),
-                   molecule_columns());
-  return true;
+  values.width = std::max(static_cast<int>(line.size()) - values.column + 1, 1);
+  findings.warning(values, message("this record is misread: ", fault), molecule_columns());
 }
 
 void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, const Molecule& molecule) {

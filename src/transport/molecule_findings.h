@@ -32,14 +32,14 @@ Place place_of(const Molecule& molecule, MoleculeField field);
 // Where all fields stand, as a help.
 std::string molecule_columns();
 
-// Why a line is no record of this database, as its shape tells: "it is YAML", "its values are
-// shifted by 1 to the right". Empty when it looks like one.
+// Why a line is no record of this database, as its shape tells: "it is YAML", "its values are shifted by 1 to
+// the right". Empty when it looks like one.
 std::string foreign_layout(std::string_view line);
 
-// Whether a record that could be read has its values beside their columns, and a warning of that. What was
-// read means nothing then.
-bool is_misread(std::string_view line);
-bool warn_of_layout(Findings& findings, const Place& record, std::string_view line);
+// The same, or which of its values does not stand whole in its columns: what was read of such a record means
+// nothing. Empty when all do. And the warning of it.
+std::string layout_fault(std::string_view line);
+void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault);
 
 // Warns of what contradicts the atoms of species i (from 0): geometry, molar mass, dipole moment; and of
 // values that no molecule has.
