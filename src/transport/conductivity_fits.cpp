@@ -110,11 +110,11 @@ bool compute(const Subject& species, double M, const FitGrid& grid, Properties& 
   return true;
 }
 
-// A property has no logarithm: because of the heat capacity, when no gas can have that, or of the molecule.
+// A property has no logarithm: because of a negative heat capacity, or of the molecule.
 void report_not_positive(std::string_view property, const Subject& species, const Properties& properties,
                          const FitGrid& grid, Findings& findings) {
   const auto lowest = std::min_element(properties.cp.begin(), properties.cp.end());
-  if (*lowest < 2 * R) {
+  if (*lowest < 0) {
     const double T = grid.T[static_cast<std::size_t>(lowest - properties.cp.begin())];
     findings.error(species.fit().entry,
                    message("the ", property, " of species '", species.name,

@@ -95,7 +95,7 @@ std::string beside_columns(std::string_view line) {
     const std::size_t field = field_at(word.begin);
     const Columns& columns = layout[std::min(field, last_field)];
     if (field > last_field) {
-      if (last == last_field || !is_number(text)) break;
+      if (last >= last_field || !is_number(text)) break;
       return message("'", text, "' stands behind the ", columns.name, ", which is read as 0");
     }
     if (field == last) {
