@@ -201,9 +201,8 @@ std::string foreign_layout(std::string_view line) {
 std::string layout_fault(std::string_view line) {
   if (in_columns(line)) return {};
   const bool begins_right = !trimmed(layout[geometry].of(line)).empty();
-  std::string fault = begins_right ? beside_columns(line) : foreign_layout(line);
-  if (fault.empty()) fault = begins_right ? foreign_layout(line) : beside_columns(line);
-  return fault;
+  const std::string foreign = begins_right ? "" : foreign_layout(line);
+  return foreign.empty() ? beside_columns(line) : foreign;
 }
 
 void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault) {
