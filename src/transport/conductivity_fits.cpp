@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
-#include "textio/record/record.h"
 #include "thermo/thermo_functions.h"
 #include "transport/collision_integrals.h"
 #include "transport/molecule_findings.h"

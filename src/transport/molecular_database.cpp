@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/database_search.h"
 #include "transport/molecule_findings.h"
 
@@ -30,19 +30,11 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
       MSGFIL, molecule.DI1, molecule.DI2, molecule.DI3, geometry_word(molecule.IGEOM));
 }
 
-// The line of the record last read.
-std::string_view last_line(Input& NFIMOL) {
-  std::string_view line;
-  NFIMOL.step_back();
-  NFIMOL.next(line);
-  return line;
-}
-
 // A record that is laid out for another program is told as a whole, any other by its field.
-void report_unreadable_record(const DatabaseSearch& search, Input& NFIMOL, const DatabaseLayout& layout,
-                              Listing& MSGFIL) {
+void report_unreadable_record(const DatabaseSearch& search, std::string_view line, const Input& NFIMOL,
+                              const DatabaseLayout& layout, Listing& MSGFIL) {
   write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
-  const std::string fault = foreign_layout(last_line(NFIMOL));
+  const std::string fault = foreign_layout(line);
   if (fault.empty()) {
     report_unreadable_entry(search, NFIMOL, layout, true, MSGFIL.findings);
     return;
@@ -59,17 +51,17 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
   constexpr DatabaseLayout layout{8, field_name};
   molecules.assign(gas.SYMB.size(), {});
   Molecule molecule;
+  std::string_view line;
   const auto read_next = [&](SpeciesName& name) {
+    NFIMOL.peek(line);
     ReadResult result = read_molecule(NFIMOL, name, molecule);
     const bool remarkable = result.without_point.number > 0 || result.digit_in_gap.number > 0;
-    if (remarkable && !layout_fault(last_line(NFIMOL)).empty())
-      result.without_point = result.digit_in_gap = {};
+    if (remarkable && !layout_fault(line).empty()) result.without_point = result.digit_in_gap = {};
     return result;
   };
   const auto take = [&](std::size_t i, const Place& record) {
     molecule.record = record;
     molecules[i] = molecule;
-    const std::string_view line = last_line(NFIMOL);
     const std::string fault = layout_fault(line);
     if (fault.empty()) {
       warn_of_values(MSGFIL.findings, gas, i, molecule);
@@ -79,7 +71,7 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
   };
   const DatabaseSearch search = search_database(gas.SYMB, NFIMOL, layout, MSGFIL.findings, read_next, take);
   bool LOK = search.read_all;
-  if (!LOK) report_unreadable_record(search, NFIMOL, layout, MSGFIL);
+  if (!LOK) report_unreadable_record(search, line, NFIMOL, layout, MSGFIL);
   for (std::size_t i = 0; i < molecules.size(); ++i) {
     if (search.found[i].unit != nullptr) continue;
     write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, gas.SYMB[i]);

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "textio/channel/run_stop.h"
+#include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
-#include "textio/record/record.h"
 #include "thermo/thermo_database.h"
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"
