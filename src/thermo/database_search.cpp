@@ -1,6 +1,27 @@
 #include "thermo/database_search.h"
 
+#include <algorithm>
+
+#include "textio/names/scanning.h"
+
 namespace varpre {
+namespace {
+
+// A help for a name that stands beside its columns; empty when no line begins with it.
+std::string misplaced(std::string_view name, const Input& database) {
+  int found = 0;
+  database.for_each_record([&](int record, std::string_view line) {
+    if (found > 0) return;
+    line.remove_prefix(std::min(line.find_first_not_of(" \t!#"), line.size()));
+    const std::string_view word = line.substr(0, line.find_first_of(" \t"));
+    if (word.size() <= name.size() && EQUSYM(static_cast<int>(name.size()), word, name)) found = record;
+  });
+  if (found == 0) return {};
+  return message("line ", database.origin(found).line,
+                 " begins with it; the name stands from column 1 on, and columns 1-8 hold nothing else");
+}
+
+}  // namespace
 
 void note_entries_behind(const NameIndex& index, const Input& database, DatabaseSearch& search) {
   const int last = database.record_number();
@@ -34,7 +55,10 @@ void report_absent_entries(const DatabaseSearch& search, const SpeciesView& spec
     findings.error(locate(species.listed[i], name.view()),
                    message("species '", name, "' has no entry in ", database.origin(0).file, " (",
                            search.entries, " entries read)"),
-                   [&] { return Nearest(name.view()).offer_all(search.others).help(); });
+                   [&] {
+                     const std::string help = misplaced(name.view(), database);
+                     return help.empty() ? Nearest(name.view()).offer_all(search.others).help() : help;
+                   });
   }
 }
 

@@ -87,22 +87,22 @@ std::string field_name(int number) {
   return message("a", (number - 13) % 7 + 1, number < 20 ? " of the upper range" : " of the lower range");
 }
 
+double heat_capacity(const std::array<double, 7>& a, double T) {
+  return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
+}
+
 // Warns when the two ranges of a fit do not meet at the switch temperature: heat capacity by 1 %, enthalpy by
-// 0.5 % of RT, entropy by 0.5 % of R.
-void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+// 0.5 % of RT, entropy by 0.5 % of R. Whether they do not.
+bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
   constexpr double R = gas_constant;
   const double T = fit.TLIM[1];
   std::array<double, 7> d{};  // difference of the two polynomials
   for (std::size_t k = 0; k < d.size(); ++k) d[k] = fit.HCPH[k] - fit.HCPL[k];
-  const auto heat_capacity = [&](const auto& a) {
-    return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
-  };
-  const double cp = heat_capacity(d) / heat_capacity(fit.HCPL);
+  const double cp = heat_capacity(d, T) / heat_capacity(fit.HCPL, T);
   const double h =
       (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
   const double s =
       (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + std::log(T) * d[0] + d[6]) / R;
-  const auto percent = [](double x) { return std::round(1000 * x) / 10; };
   std::string jumps;
   const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
     if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);
@@ -110,10 +110,47 @@ void warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   add(std::abs(cp) > 0.01, "the heat capacity", cp, "");
   add(std::abs(h) > 0.005, "the enthalpy", h, " of RT");
   add(std::abs(s) > 0.005, "the entropy", s, " of R");
-  if (jumps.empty()) return;
+  if (jumps.empty()) return false;
   findings.warning(fit.entry,
                    message("the fit of ", name, " jumps at its switch temperature of ", T, " K: ", jumps),
                    "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong");
+  return true;
+}
+
+// How far the heat capacity goes up and down from 300 K on, J/(mol K), with these coefficients below and
+// above a switch temperature.
+double ups_and_downs(const std::array<double, 7>& below, const std::array<double, 7>& above, double switch_T,
+                     double upper_T) {
+  constexpr int steps = 6;  // of each range
+  double sum = 0;
+  const auto add = [&](const std::array<double, 7>& a, double from, double to) {
+    const double step = (to - from) / steps;
+    for (int k = 0; k < steps; ++k) {
+      sum += std::abs(heat_capacity(a, from + (k + 1) * step) - heat_capacity(a, from + k * step));
+    }
+  };
+  add(below, 300, switch_T);
+  add(above, switch_T, upper_T);
+  return sum;
+}
+
+// Whether a fit would be much smoother with its ranges exchanged.
+bool is_smoother_exchanged(const ThermoFit& fit, double upper_T) {
+  const double T = fit.TLIM[1];
+  const double as_given = ups_and_downs(fit.HCPL, fit.HCPH, T, upper_T);
+  return as_given > 1.25 * ups_and_downs(fit.HCPH, fit.HCPL, T, upper_T) + gas_constant;
+}
+
+// Warns when that is so for a fit without jump, up to its limit and beyond it: a polynomial that leaves the
+// range it was made for runs away.
+void warn_of_exchanged_ranges(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+  constexpr double beyond = 5000;  // K
+  const auto [low, T, high] = fit.TLIM;
+  if (T <= 300 || T >= beyond || high <= T) return;
+  if (!is_smoother_exchanged(fit, beyond) || !is_smoother_exchanged(fit, high)) return;
+  findings.warning(
+      fit.entry, message("the ranges of the fit of ", name, " look exchanged"),
+      "the seven coefficients of the upper range come first, those of the lower range behind them");
 }
 
 }  // namespace
@@ -130,7 +167,8 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
     species.fit[i] = fit_of(entry, place);
     species.elements[i] = entry.elements;
     const SpeciesName name(entry.name.view());
-    warn_of_jump(name, species.fit[i], MSGFIL.findings);
+    const bool jumps = warn_of_jump(name, species.fit[i], MSGFIL.findings);
+    if (!jumps) warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
     warn_of_unusual_enthalpy(name, species.fit[i], MSGFIL.findings);
   };
   const DatabaseSearch search =

@@ -8,12 +8,13 @@
 
 #include "textio/findings/record_findings.h"
 #include "transport/collision_tables.h"
+#include "transport/log_fit.h"
 #include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
 
-constexpr std::size_t most_points = 64;
+constexpr std::size_t most_points = FitGrid::most_points;
 constexpr double dipole_tolerance = 1.0e-5;     // a DSTAR this close to 0 is 0
 constexpr double first_row_tolerance = 1.0e-7;  // a TSTAR this close to 0.1 is the first row
 
@@ -31,9 +32,10 @@ std::array<double, 3> three(std::span<const float> points, int first) {
   return {points[i], points[i + 1], points[i + 2]};
 }
 
-bool in_domain(double TSTAR, double DSTAR) {
-  return DSTAR >= -dipole_tolerance && DSTAR <= 2.5 && TSTAR >= 0.09999 && TSTAR <= 500 &&
-         !(TSTAR > 100 && std::abs(DSTAR) > dipole_tolerance);
+// A DSTAR that is not a number lies beyond none of the limits.
+bool out_of_domain(double TSTAR, double DSTAR) {
+  return DSTAR < -dipole_tolerance || DSTAR > 2.5 || TSTAR < 0.09995 || TSTAR > 500 ||
+         (TSTAR > 100 && std::abs(DSTAR) > dipole_tolerance);
 }
 
 double high_temperature(CollisionIntegral IOM, double TSTAR) {
@@ -182,14 +184,14 @@ bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, d
 
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK) {
   LOK = true;
-  if (!in_domain(TSTAR, DSTAR)) {
+  if (out_of_domain(TSTAR, DSTAR)) {
     write<"(/,5X,'ERROR: Collision integral undefined in -MXIOME-')">(MSGFIL);
     LOK = false;
     return 0;
   }
-  if (TSTAR > 100) return high_temperature(IOM, TSTAR);
+  if (TSTAR > 100 && !std::isnan(DSTAR)) return high_temperature(IOM, TSTAR);
 
-  const bool polar = std::abs(DSTAR) >= dipole_tolerance;
+  const bool polar = !(std::abs(DSTAR) < dipole_tolerance);
   const bool at_first_row = std::abs(TSTAR - 0.1) <= first_row_tolerance;
   if (at_first_row) TSTAR = TSTERN[0];
   const int row = at_first_row ? 0 : bracket(TSTERN, TSTAR);

@@ -13,14 +13,15 @@ enum class CollisionIntegral { diffusion = 1, viscosity = 2 };
 
 // Reduced collision integral at the reduced temperature TSTAR = T/EPS and the reduced dipole moment DSTAR, by
 // three-point interpolation in the tables of Monchick and Mason, above TSTAR = 100 by a cubic formula. LOK
-// becomes true, or false with a message and a result of 0 outside 0.09999 <= TSTAR <= 500 (100 when DSTAR is
-// not 0) and 0 <= DSTAR <= 2.5, and between 0.09999 and the first row, 0.1.
+// becomes true, or false with a message and a result of 0: "undefined" outside 0.09995 <= TSTAR <= 500 (100
+// when DSTAR is not 0) and 0 <= DSTAR <= 2.5; "table incorrect" where that holds but no rows or columns
+// surround the point, between 0.09995 and the first row, 0.1, and for a DSTAR that is not a number.
 double MXIOME(CollisionIntegral IOM, double TSTAR, double DSTAR, Listing& MSGFIL, bool& LOK);
 
 // MXIOME at many reduced temperatures, which increase, with one reduced dipole moment: the same numbers, with
 // the table's columns interpolated once per row and the rows found without a search. OMEGA is as long as
 // TSTAR. False when some point is on a row, before the first or behind the last but one, when there are more
-// than 64, or the dipole moment is out of the domain: MXIOME has the answer then.
+// than a grid has, or the dipole moment is out of the domain: MXIOME has the answer then.
 bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, double DSTAR,
                          std::span<double> OMEGA);
 

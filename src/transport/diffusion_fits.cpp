@@ -48,7 +48,7 @@ Pair combine(const Molecule& i, const Molecule& j) {
   return plain_pair(i, j);
 }
 
-// D(T) from T^3 and the collision integrals.
+// p D(T), Pa m2/s, from T^3 and the collision integrals.
 VARPRE_WIDE_VECTORS
 void diffusion_coefficients(const Pair& pair, double Mi, double Mj, std::span<const double> T3,
                             std::span<const double> OMEGA, std::span<double> D) {
@@ -63,7 +63,7 @@ void reduced_temperatures(std::span<const double> T, double EPS, std::span<doubl
   for (std::size_t k = 0; k < T.size(); ++k) TSTAR[k] = T[k] / EPS;
 }
 
-// Diffusion coefficients of one pair after the other on the grid. Holds the room that they need.
+// p D of one pair after the other on the grid. Holds the room that it needs.
 class Coefficients {
  public:
   explicit Coefficients(const FitGrid& grid)
@@ -71,8 +71,8 @@ class Coefficients {
     std::transform(T_.begin(), T_.end(), T3_.begin(), cube);
   }
 
-  // D(T) of a pair up to the first temperature at which the collision integral is undefined; how many points
-  // that are.
+  // p D(T) of a pair up to the first temperature at which the collision integral is undefined; how many
+  // points that are.
   std::size_t compute(const Pair& pair, double Mi, double Mj, Listing& MSGFIL) {
     const std::size_t points = collision_integrals_of(pair, MSGFIL);
     diffusion_coefficients(pair, Mi, Mj, T3_, OMEGA_, D_);
@@ -105,7 +105,6 @@ class Coefficients {
 bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
             std::span<const Molecule> molecules, const FitGrid& grid, bool print, Listing& MSGFIL,
             std::vector<FitCoefficients>& DBIN) {
-  constexpr double worst_fit = 0.02F;
   if (print) write<"(/,7X,'RESULTS OF GENDIF AT P = 1.00 BAR')">(MSGFIL);
   DBIN.reserve(SYMB.size() * (SYMB.size() + 1) / 2);
   Coefficients coefficients(grid);
@@ -134,15 +133,11 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
         return false;
       }
       DBIN.push_back(fit.COEF);
-      if (fit.ERRMAX > worst_fit) {
-        const double T = grid.T[static_cast<std::size_t>(fit.IMAX - 1)];
-        write<
-            "(3X,'WARNING: FIT OF DIFFUSION COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,"
-            "'%  FOR SPECIES PAIR  ', A8,'-',A8,' AT ',0PF5.0,' K')">(MSGFIL, fit.ERRMAX, SYMB[i], SYMB[j],
-                                                                      T);
-        MSGFIL.findings.warning(record, message("the fit of the diffusion coefficient of ", the_pair(),
-                                                " is off by ", percent(fit.ERRMAX), " % at ", T, " K"));
-      }
+      warn_of_poor_fit<
+          "(3X,'WARNING: FIT OF DIFFUSION COEFFICIENT CAUSES', ' AN ERROR OF',/,3X,2PF5.1,"
+          "'%  FOR SPECIES PAIR  ', A8,'-',A8,' AT ',0PF5.0,' K')">(
+          fit, grid, record, Findings::Site::current(), MSGFIL,
+          [&] { return message("diffusion coefficient of ", the_pair()); }, SYMB[i], SYMB[j]);
       if (print) write<"(1X,2X,'COEFF. OF BIN. D :',4(3X,1PE9.2))">(MSGFIL, fit.COEF);
     }
   }

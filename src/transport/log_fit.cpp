@@ -78,10 +78,6 @@ FitGrid::FitGrid(std::vector<double> temperatures) : T(std::move(temperatures)) 
   }
 }
 
-double percent(double deviation) {
-  return std::round(1000 * deviation) / 10;
-}
-
 bool INIAGL(const FitGrid& grid, std::span<const double> Y, FitCoefficients& X, Listing& MSGFIL) {
   if (grid.state == FitGrid::State::too_few_points) {
     write<"(/,5X,'NUMBER OF UNKNOWN VALUES IN -INIAGL- TOO LARGE')">(MSGFIL);

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "textio/findings/listing.h"
+#include "textio/record/numbered.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 
@@ -35,15 +37,28 @@ struct FitResult {
   int IMAX = 1;       // point where it occurs, from 1; of equal deviations the last
 };
 
-// A deviation as a percentage, to a tenth, for messages.
-double percent(double deviation);
-
 // Least squares in ln V through the values V on the grid, all points of equal weight. With `print` the
 // listing gets a table of T, value, fitted value and deviation. `LOK` is false, with messages, when a value
 // is not positive or not finite, or the normal equations cannot be solved. Where the largest deviation
 // provably does not exceed `tolerance` and is not printed, it is not looked for: ERRMAX is 0 then.
 FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Listing& MSGFIL,
                  double tolerance = 0);
+
+// A fit that is off by more than this gets a warning.
+inline constexpr double worst_fit = 0.02F;
+
+// That warning. `Warning` is its text in the listing, of the deviation, the names and the temperature;
+// subject() tells what was fitted, for the finding, of which the caller says the kind.
+template <FormatText Warning, class Subject, class... Names>
+void warn_of_poor_fit(const FitResult& fit, const FitGrid& grid, const Place& record, Findings::Site kind,
+                      Listing& MSGFIL, Subject subject, const Names&... names) {
+  if (fit.ERRMAX <= worst_fit) return;
+  const double T = at(grid.T, fit.IMAX);
+  write<Warning>(MSGFIL, fit.ERRMAX, names..., T);
+  MSGFIL.findings.warning(
+      record, message("the fit of the ", subject(), " is off by ", percent(fit.ERRMAX), " % at ", T, " K"),
+      {}, kind);
+}
 
 // Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its
 // message, when there are fewer points than coefficients (X untouched), or a pivot was at or below 1E-5 (X

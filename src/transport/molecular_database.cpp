@@ -4,22 +4,19 @@
 #include <string_view>
 
 #include "textio/findings/record_findings.h"
+#include "thermo/database_search.h"
+#include "transport/molecule_findings.h"
 
 namespace varpre {
 namespace {
 
 ReadResult read_molecule(Input& NFIMOL, SpeciesName& name, Molecule& molecule) {
   auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3, record] = molecule;
-  const ReadResult result = read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
-  record = here(NFIMOL, 1, 8);
-  return result;
+  return read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
 }
 
-std::string_view field_name(int number) {
-  constexpr std::array<std::string_view, 8> names{
-      "the name",     "the geometry index", "the molar mass",     "the well depth",
-      "the diameter", "the dipole moment",  "the polarizability", "the rotational collision number"};
-  return names[static_cast<std::size_t>(number - 1)];
+std::string field_name(int number) {
+  return name_of(static_cast<MoleculeField>(number - 1));
 }
 
 std::string_view geometry_word(int IGEOM) {
@@ -33,59 +30,57 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
       MSGFIL, molecule.DI1, molecule.DI2, molecule.DI3, geometry_word(molecule.IGEOM));
 }
 
+// A record that is laid out for another program is told as a whole, any other by its field.
+void report_unreadable_record(const DatabaseSearch& search, std::string_view line, const Input& NFIMOL,
+                              const DatabaseLayout& layout, Listing& MSGFIL) {
+  write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
+  const std::string fault = foreign_layout(line);
+  if (fault.empty()) {
+    report_unreadable_entry(search, NFIMOL, layout, true, MSGFIL.findings);
+    return;
+  }
+  const auto [number, record, column, width] = search.unreadable.unreadable;
+  MSGFIL.findings.error({&NFIMOL, record, column, width},
+                        message("this is no record of the molecular database: ", fault), molecule_columns());
+}
+
 }  // namespace
 
 bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
             bool print) {
-  const std::span<const SpeciesName> SYMB = gas.SYMB;
-  const NameIndex index(SYMB);
-  bool LOK = true;
-  molecules.assign(SYMB.size(), {});
-  std::vector<bool> LFOUND(SYMB.size(), false);
-  std::vector<SpeciesName> other_records;
-  bool read_all = true;
-
-  NFIMOL.rewind();
-  SpeciesName name;
-  for (Molecule molecule;;) {
-    const ReadResult result = read_molecule(NFIMOL, name, molecule);
-    if (result.end_of_file()) break;
-    if (!result) {
-      write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
-      report_unreadable(MSGFIL.findings, NFIMOL, result,
-                        message(field_name(result.unreadable.number), " of species '", name, "'"));
-      LOK = false;
-      read_all = false;
-      break;
-    }
-    const int number = index.find(name);
-    if (number == 0) {
-      other_records.push_back(name);
-      continue;
-    }
-    warn_of_columns(MSGFIL.findings, NFIMOL, result, field_name);
-    const auto i = static_cast<std::size_t>(number - 1);
-    if (LFOUND[i]) {
-      MSGFIL.findings.warning(molecule.record, message("this record of '", name, "' replaces an earlier one"),
-                              message("the earlier one stands in line ", molecules[i].record.record));
-    }
+  constexpr DatabaseLayout layout{8, field_name};
+  molecules.assign(gas.SYMB.size(), {});
+  Molecule molecule;
+  std::string_view line;
+  const auto read_next = [&](SpeciesName& name) {
+    NFIMOL.peek(line);
+    ReadResult result = read_molecule(NFIMOL, name, molecule);
+    const bool remarkable = result.without_point.number > 0 || result.digit_in_gap.number > 0;
+    if (remarkable && !layout_fault(line).empty()) result.without_point = result.digit_in_gap = {};
+    return result;
+  };
+  const auto take = [&](std::size_t i, const Place& record) {
+    molecule.record = record;
     molecules[i] = molecule;
-    LFOUND[i] = true;
-  }
-
-  for (std::size_t i = 0; i < SYMB.size(); ++i) {
-    if (LFOUND[i]) continue;
-    write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, SYMB[i]);
+    const std::string fault = layout_fault(line);
+    if (fault.empty()) {
+      warn_of_values(MSGFIL.findings, gas, i, molecule);
+    } else {
+      warn_of_layout(MSGFIL.findings, record, line, fault);
+    }
+  };
+  const DatabaseSearch search = search_database(gas.SYMB, NFIMOL, layout, MSGFIL.findings, read_next, take);
+  bool LOK = search.read_all;
+  if (!LOK) report_unreadable_record(search, line, NFIMOL, layout, MSGFIL);
+  for (std::size_t i = 0; i < molecules.size(); ++i) {
+    if (search.found[i].unit != nullptr) continue;
+    write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, gas.SYMB[i]);
     LOK = false;
-    if (!read_all) continue;  // the unreadable record is the cause
-    MSGFIL.findings.error(locate(gas.listed[i], SYMB[i].view()),
-                          message("species '", SYMB[i], "' has no record in ", NFIMOL.origin(0).file, " (",
-                                  NFIMOL.record_number(), " records read)"),
-                          [&] { return Nearest(SYMB[i].view()).offer_all(other_records).help(); });
   }
+  report_absent_entries(search, gas, NFIMOL, MSGFIL.findings);
   if (print) {
     write<"(1H ,7X,'SPECIES PROPERTIES FROM DATA BASE')">(MSGFIL);
-    for (std::size_t i = 0; i < SYMB.size(); ++i) print_properties(SYMB[i], molecules[i], MSGFIL);
+    for (std::size_t i = 0; i < molecules.size(); ++i) print_properties(gas.SYMB[i], molecules[i], MSGFIL);
   }
   return LOK;
 }

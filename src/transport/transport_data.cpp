@@ -5,6 +5,7 @@
 
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
+#include "textio/record/numbered.h"
 #include "thermo/thermo_database.h"
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"
@@ -56,12 +57,12 @@ bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
                  StoreFile& NFISTO) {
   const int NG = gas.size();
-  const auto single = [&](int i) -> const ConductivityFits& {
-    return fits.single[static_cast<std::size_t>(i - 1)];
-  };
-  for (int i = 1; i <= NG; ++i) write<"(' XLAM(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLAM);
-  for (int i = 1; i <= NG; ++i) write<"(' XLMO(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).XLMO);
-  for (int i = 1; i <= NG; ++i) write<"(' ETA (',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, single(i).ETA);
+  for (int i = 1; i <= NG; ++i)
+    write<"(' XLAM(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).XLAM);
+  for (int i = 1; i <= NG; ++i)
+    write<"(' XLMO(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).XLMO);
+  for (int i = 1; i <= NG; ++i)
+    write<"(' ETA (',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).ETA);
   auto pair = fits.DBIN.begin();
   for (int i = 1; i <= NG; ++i) {
     for (int j = 1; j <= i; ++j) write<"(' D(',2I4,')',5(1PE11.4,1X))">(NFISTO, i, j, *pair++);

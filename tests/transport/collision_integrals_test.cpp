@@ -1,5 +1,6 @@
 #include "transport/collision_integrals.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -33,6 +34,9 @@ TEST(CollisionIntegrals, InterpolateInTheirTables) {
       // In the first interval of columns 0.25, 0.5, 0.75, on row 1: lines 1.458 and 1.4308, weights 1 and
       // 0.1.
       {diffusion, 1, 0.3, 1.60108 / 1.1},
+      // In the second interval of the last columns, 2 to 2.5, on row 3: lines 1.3524 and 1.3572, weights
+      // 0.3 and 1.
+      {viscosity, 3, 2.2, 1.76292 / 1.3},
       // Between four rows and columns.
       {viscosity, 0.15, 0.3, 3.7906909},
       // The cubic formula.
@@ -50,15 +54,66 @@ TEST(CollisionIntegrals, InterpolateInTheirTables) {
   }
 }
 
+// The value on every point of the tables, added up along each row and each column: no entry can differ alone.
+TEST(CollisionIntegrals, OnTheirPointsAddUp) {
+  struct {
+    float TSTAR;
+    double O, P;
+  } const rows[] = {
+      {0.1F, 53.987, 56.524},    {0.2F, 36.183, 38.256},   {0.3F, 28.719, 30.62},    {0.4F, 24.317, 26.209},
+      {0.5F, 21.33, 23.178},     {0.6F, 19.42, 20.932},    {0.7F, 17.474, 19.217},   {0.8F, 16.1552, 17.7902},
+      {0.9F, 15.085, 16.655},    {1.0F, 14.2, 15.707},     {1.2F, 12.8244, 14.212},  {1.4F, 11.804, 13.096},
+      {1.6F, 11.025, 12.232},    {1.8F, 10.4106, 11.551},  {2.0F, 9.908, 10.989},    {2.5F, 8.9966, 9.9723},
+      {3.0F, 8.3816, 9.285},     {3.5F, 7.9378, 8.7896},   {4.0F, 7.5992, 8.4152},   {5.0F, 7.12, 7.885},
+      {6.0F, 6.789, 7.5255},     {7.0F, 6.5434, 7.2606},   {8.0F, 6.3511, 7.0548},   {9.0F, 6.1952, 6.8887},
+      {10.0F, 6.0651, 6.75},     {12.0F, 5.85582, 6.5287}, {14.0F, 5.6932, 6.3567},  {16.0F, 5.56006, 6.2166},
+      {18.0F, 5.4485, 6.0982},   {20.0F, 5.3522, 5.9968},  {25.0F, 5.1582, 5.79122}, {30.0F, 5.0079, 5.6316},
+      {35.0F, 4.88582, 5.50145}, {40.0F, 4.7836, 5.3925},  {50.0F, 4.6184, 5.2165},  {75.0F, 4.3354, 4.9158},
+      {100.0F, 4.1468, 4.7154}};
+  struct {
+    double DSTAR, O, P;
+  } const columns[] = {{0, 44.2743, 48.37547},   {0.25, 44.4304, 48.6573}, {0.5, 45.983, 50.1274},
+                       {0.75, 48.5618, 52.8475}, {1, 51.8398, 56.4264},    {1.5, 59.2276, 64.6988},
+                       {2, 66.8091, 73.0459},    {2.5, 74.5411, 81.1776}};
+  constexpr double rounding = 4e-6;  // of single precision
+  const auto value = [](CollisionIntegral IOM, double TSTAR, double DSTAR) {
+    Listing listing;
+    bool LOK = false;
+    return MXIOME(IOM, TSTAR, DSTAR, listing, LOK);
+  };
+  for (const auto& [TSTAR, O, P] : rows) {
+    double o = 0, p = 0;
+    for (const auto& column : columns) o += value(diffusion, TSTAR, column.DSTAR);
+    for (const auto& column : columns) p += value(viscosity, TSTAR, column.DSTAR);
+    EXPECT_NEAR(o, O, rounding) << TSTAR;
+    EXPECT_NEAR(p, P, rounding) << TSTAR;
+  }
+  for (const auto& [DSTAR, O, P] : columns) {
+    double o = 0, p = 0;
+    for (const auto& row : rows) o += value(diffusion, row.TSTAR, DSTAR);
+    for (const auto& row : rows) p += value(viscosity, row.TSTAR, DSTAR);
+    EXPECT_NEAR(o, O, rounding) << DSTAR;
+    EXPECT_NEAR(p, P, rounding) << DSTAR;
+  }
+}
+
 TEST(CollisionIntegrals, EndWhereTheTablesEnd) {
   const std::string undefined = "\n     ERROR: Collision integral undefined in -MXIOME-\n";
   const std::string no_bracket = "\n     ERROR: Table of collision integrals in -MXIOME- incorrect\n";
   struct {
     double TSTAR, DSTAR;
     std::string message;
-  } const rows[] = {{0.09998, 0, undefined},  {500.01, 0, undefined},    {150, 0.5, undefined},
-                    {1, 2.5001, undefined},   {1, -2e-5, undefined},     {0.09995, 0, undefined},
-                    {0.09999, 0, no_bracket}, {0.099995, 0, no_bracket}, {0.099995, 1, no_bracket}};
+  } const rows[] = {{std::nextafter(0.09995, 0), 0, undefined},
+                    {500.01, 0, undefined},
+                    {150, 0.5, undefined},
+                    {1, 2.5001, undefined},
+                    {1, -2e-5, undefined},
+                    {0.09995, 0, no_bracket},
+                    {0.099995, 0, no_bracket},
+                    {0.099995, 1, no_bracket},
+                    {1, NAN, no_bracket},
+                    {150, NAN, no_bracket},
+                    {501, NAN, undefined}};
   for (const auto& row : rows) {
     Listing listing;
     bool LOK = true;

@@ -162,6 +162,10 @@ std::string part_of_message(double value) {
   return {text.data(), end};
 }
 
+double percent(double fraction) {
+  return std::round(1000 * fraction) / 10;
+}
+
 std::string counted(int count, std::string_view noun) {
   return message(count, " ", noun, count == 1 ? "" : "s");
 }

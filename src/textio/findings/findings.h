@@ -121,6 +121,8 @@ template <class... Parts>
 std::string message(const Parts&... parts) {
   return (part_of_message(parts) + ...);
 }
+// A fraction as a percentage, to a tenth.
+double percent(double fraction);
 // "1 record", "3 records".
 std::string counted(int count, std::string_view noun);
 // "A, B, C": the first five names of a list, and how many more there are.

@@ -1,0 +1,251 @@
+#include "transport/molecule_findings.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "textio/names/scanning.h"
+#include "textio/record/number_format.h"
+#include "thermo/elements.h"
+
+namespace varpre {
+namespace {
+
+struct Columns {
+  std::string_view name;
+  int first, last;
+
+  std::string_view of(std::string_view line) const {
+    const std::size_t before = std::min(static_cast<std::size_t>(first - 1), line.size());
+    return line.substr(before, static_cast<std::size_t>(last - first + 1));
+  }
+};
+constexpr std::array<Columns, 8> layout{{{"name", 1, 8},
+                                         {"geometry index", 9, 10},
+                                         {"molar mass", 11, 20},
+                                         {"well depth", 21, 30},
+                                         {"diameter", 31, 40},
+                                         {"dipole moment", 41, 50},
+                                         {"polarizability", 51, 60},
+                                         {"rotational collision number", 61, 70}}};
+constexpr std::size_t geometry = 1;    // its place in the layout
+constexpr std::size_t last_field = 7;  // that of the last field; behind it everything is a comment
+constexpr std::size_t name_columns = 8;
+
+// The field that a character of the line belongs to, counted from 0; one behind the last for a comment.
+std::size_t field_at(std::size_t i) {
+  if (i < name_columns) return 0;
+  return i < 10 ? geometry : std::min(i / 10 + 1, last_field + 1);
+}
+
+const Columns& columns_of(MoleculeField field) {
+  return layout[static_cast<std::size_t>(field)];
+}
+
+// A stretch of a line between blanks and tabs, counted from 0.
+struct Word {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+
+  std::string_view of(std::string_view line) const { return line.substr(begin, end - begin); }
+};
+
+bool is_blank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+// Goes on to the next word.
+bool advance(std::string_view line, Word& word) {
+  word.begin = word.end;
+  while (word.begin < line.size() && is_blank(line[word.begin])) ++word.begin;
+  word.end = word.begin;
+  while (word.end < line.size() && !is_blank(line[word.end])) ++word.end;
+  return word.begin < word.end;
+}
+
+bool is_number(std::string_view text) {
+  return read_free_real(text).has_value();
+}
+
+// Whether each field behind the name holds one word at most, the first and the last one, and no word is cut.
+bool in_columns(std::string_view line) {
+  std::size_t last = 0;
+  for (Word word{name_columns, name_columns}; advance(line, word);) {
+    const std::size_t field = field_at(word.begin);
+    if (field > last_field) return last == last_field;
+    const bool in_order = last == 0 ? field == geometry : field > last;
+    if (!in_order || field_at(word.end - 1) != field) return false;
+    last = field;
+  }
+  return last == last_field;
+}
+
+// By how many columns all values, from the geometry index on, stand to the right of theirs; 0 when that is
+// not what is wrong.
+int shift_of(std::string_view line, const Word& index) {
+  const std::string moved = std::string(name_columns + 1, ' ').append(line.substr(index.begin));
+  return in_columns(moved) ? static_cast<int>(index.begin) - static_cast<int>(name_columns + 1) : 0;
+}
+
+// Tells which value stands beside its columns; empty when each that is read is whole.
+std::string beside_columns(std::string_view line) {
+  std::size_t last = 0;
+  for (Word word{name_columns, name_columns}; advance(line, word);) {
+    const std::string_view text = word.of(line);
+    const std::size_t field = field_at(word.begin);
+    const Columns& columns = layout[std::min(field, last_field)];
+    if (field > last_field) {
+      if (last >= last_field || !is_number(text)) break;
+      return message("'", text, "' stands behind the ", columns.name, ", which is read as 0");
+    }
+    if (field == last) {
+      const std::string_view both = columns.of(line);
+      return message("the ", columns.name, " is read from '",
+                     trimmed(both).substr(both.find_first_not_of(' ')), "' as one number");
+    }
+    last = field_at(word.end - 1);
+    if (last != field && is_number(text)) {
+      return message("'", text, "' is cut behind column ", columns.last, ", the last of the ", columns.name);
+    }
+  }
+  // Atoms have nothing to say in the last columns.
+  const bool complete = last >= last_field || layout[geometry].of(line).find('0') != std::string_view::npos;
+  return complete ? "" : message("it ends before the ", layout[last + 1].name, ", which is read as 0");
+}
+
+// What a species consists of, from the element fields of its thermochemical entry.
+struct Atoms {
+  int count = 0;
+  int elements = 0;
+  bool real = true;  // the made-up element YY stands for anything
+};
+
+Atoms atoms_of(const ElementFields& fields) {
+  Atoms atoms;
+  for (std::size_t k = 0; k < fields.ELSYM.size(); ++k) {
+    if (is_empty_field(fields.ELSYM[k]) || fields.ELCNT[k] == 0) continue;
+    atoms.count += fields.ELCNT[k];
+    ++atoms.elements;
+    if (EQUSYM(2, fields.ELSYM[k].view(), "YY")) atoms.real = false;
+  }
+  return atoms;
+}
+
+// Two atoms lie on a line, more do not make an atom.
+bool suits(int IGEOM, int atoms) {
+  if (atoms <= 2) return IGEOM == atoms - 1;
+  return IGEOM != 0;
+}
+
+// What molecules have, from atoms of helium to the largest of soot; 0 where nothing is known of one.
+struct UsualValue {
+  MoleculeField field;
+  double Molecule::*value;
+  double least, most;
+  std::string_view unit;
+};
+constexpr std::array<UsualValue, 4> usual_values{
+    {{MoleculeField::diameter, &Molecule::SIGMA, 1, 15, " angstrom"},
+     {MoleculeField::dipole_moment, &Molecule::DI1, 0.01, 30, " debye"},
+     {MoleculeField::polarizability, &Molecule::DI2, 0.05, 500, " cubic angstrom"},
+     {MoleculeField::collision_number, &Molecule::DI3, 0.1, 1000, ""}}};
+
+}  // namespace
+
+std::string name_of(MoleculeField field) {
+  return message("the ", columns_of(field).name);
+}
+
+Place place_of(const Molecule& molecule, MoleculeField field) {
+  const auto& [name, first, last] = columns_of(field);
+  return {.unit = molecule.record.unit,
+          .record = molecule.record.record,
+          .column = first,
+          .width = last - first + 1};
+}
+
+std::string molecule_columns() {
+  std::string text = "columns";
+  for (const auto& [name, first, last] : layout) {
+    text += message(first == 1 ? " " : ", ", first, "-", last, " ", name);
+  }
+  return text;
+}
+
+std::string foreign_layout(std::string_view line) {
+  Word word;
+  if (!advance(line, word)) return {};
+  const std::string_view first = word.of(line);
+  if (first.starts_with('!') || first.starts_with('#') || first.starts_with("**") ||
+      first.starts_with("--")) {
+    return "it is a comment, and this file has none";
+  }
+  if (first == "-" || first.ends_with(':')) return "it is YAML";
+  if (std::count(line.begin(), line.end(), ',') > 5) return "commas stand between its values";
+  if (line.find_first_of("0123456789", word.end) == std::string_view::npos) return "it holds no number";
+
+  Word index = word;
+  if (!advance(line, index) || (index.of(line) != "0" && index.of(line) != "1" && index.of(line) != "2")) {
+    return {};
+  }
+  int values = 0;
+  for (word = index; advance(line, word) && is_number(word.of(line));) ++values;
+  if (values < 5) return {};
+  if (line.find('\t') != std::string_view::npos) return "tabs stand between its values";
+  if (values == 5) return "its values stand in free columns, without a molar mass";
+  const int shift = shift_of(line, index);
+  if (shift == 0) return "its values stand in free columns";
+  return message("its values are shifted by ", std::abs(shift), shift > 0 ? " to the right" : " to the left");
+}
+
+std::string layout_fault(std::string_view line) {
+  if (in_columns(line)) return {};
+  const bool begins_right = !trimmed(layout[geometry].of(line)).empty();
+  const std::string foreign = begins_right ? "" : foreign_layout(line);
+  return foreign.empty() ? beside_columns(line) : foreign;
+}
+
+void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault) {
+  Place values = record;
+  values.column = static_cast<int>(name_columns) + 1;
+  values.width = std::max(static_cast<int>(line.size()) - values.column + 1, 1);
+  findings.warning(values, message("this record is misread: ", fault), molecule_columns());
+}
+
+void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, const Molecule& molecule) {
+  const SpeciesName& name = gas.SYMB[i];
+  const double M = 1000 * gas.XMOL[i];
+  const Atoms atoms = atoms_of(gas.elements[i]);
+  const bool known = atoms.real && atoms.count > 0;
+  const bool geometry_exists = molecule.IGEOM >= 0 && molecule.IGEOM <= 2;
+  if (known && geometry_exists && !suits(molecule.IGEOM, atoms.count)) {
+    findings.warning(
+        place_of(molecule, MoleculeField::geometry),
+        message("the geometry index ", molecule.IGEOM, " does not suit species '", name, "' of ",
+                counted(atoms.count, "atom")),
+        "0 is for atoms, 1 for linear molecules, as all of two atoms are, 2 for non-linear ones");
+  }
+  // Half an atom of hydrogen; 0 says nothing.
+  if (M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > 0.5) {
+    findings.warning(
+        place_of(molecule, MoleculeField::molar_mass),
+        message("the molar mass of species '", name, "' is ", molecule.XMDB,
+                " g/mol here, its elements have ", M, " g/mol"),
+        "the fits take the latter; one of the two entries may be wrong, or that of another species");
+  }
+  for (const auto& [field, value, least, most, unit] : usual_values) {
+    const double x = molecule.*value;
+    if (x == 0 || (x >= least && x <= most)) continue;
+    findings.warning(place_of(molecule, field),
+                     message(name_of(field), " of species '", name, "' is ", x, unit),
+                     message("molecules have ", least, " to ", most, unit,
+                             field == MoleculeField::diameter ? "" : ", or 0"));
+  }
+  if (known && molecule.DI1 != 0 && atoms.elements == 1 && atoms.count <= 2) {
+    findings.warning(place_of(molecule, MoleculeField::dipole_moment),
+                     message("species '", name, "' has a dipole moment, but no two different atoms"),
+                     "the polarizability stands in columns 51-60");
+  }
+}
+
+}  // namespace varpre
