@@ -29,6 +29,7 @@ Unit::Unit(int unit_number, std::string file_name, Storage where)
 
 void Unit::open() {
   if (storage_ == Storage::disk) text = load_or_create_file(name, read_error_);
+  lines_ = {};
   rewind();
 }
 
@@ -117,6 +118,7 @@ void Unit::clear() {
   source_ = nullptr;
   copied_ = 0;
   runs_.clear();
+  lines_ = {};
   cut_records.clear();
   rewind();
 }
@@ -141,20 +143,38 @@ void Unit::copy() {
   }
 }
 
+int Unit::count_lines() const {
+  if (lines_.counted != text.size()) {
+    const auto feeds = std::count(text.begin(), text.end(), '\n');
+    lines_.lines = static_cast<int>(feeds) + (text.empty() || text.back() == '\n' ? 0 : 1);
+    lines_.counted = text.size();
+  }
+  return std::max(lines_.lines, 1);
+}
+
+// A line of this file from which the one asked for is not far.
+Unit::Run Unit::nearest_line(int record) const {
+  constexpr int distance = 64;
+  std::vector<std::size_t>& starts = lines_.starts;
+  if (starts.empty()) starts.push_back(first_record(text));
+  const int wanted = (record - 1) / distance;
+  while (static_cast<int>(starts.size()) <= wanted) {
+    std::size_t offset = starts.back();
+    for (int i = 0; i < distance; ++i) line_at(text, offset, offset);
+    starts.push_back(offset);
+  }
+  const int line = wanted * distance + 1;
+  return {line, line, starts[static_cast<std::size_t>(wanted)]};
+}
+
 Origin Unit::origin(int record) const {
-  if (source_ != nullptr && record == 0) return source_->origin(0);
-  if (record == 0) {
-    const auto lines =
-        std::count(text.begin(), text.end(), '\n') + (text.empty() || text.back() == '\n' ? 0 : 1);
-    return {name, std::max(static_cast<int>(lines), 1), {}};
-  }
-  // The line before which to begin, and how far it is from there.
   const Unit& file = source_ == nullptr ? *this : *source_;
-  Run run{1, 1, first_record(file.text)};
-  if (source_ != nullptr) {
-    run = *std::prev(std::upper_bound(runs_.begin(), runs_.end(), record,
-                                      [](int wanted, const Run& r) { return wanted < r.record; }));
-  }
+  if (record == 0) return {file.name, file.count_lines(), {}};
+  // The line before which to begin, and how far it is from there.
+  const Run run = source_ == nullptr ? nearest_line(record)
+                                     : *std::prev(std::upper_bound(
+                                           runs_.begin(), runs_.end(), record,
+                                           [](int wanted, const Run& r) { return wanted < r.record; }));
   std::size_t offset = run.offset;
   for (int i = run.record; i < record; ++i) line_at(file.text, offset, offset);
   std::size_t after = 0;

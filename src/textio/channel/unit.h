@@ -105,6 +105,14 @@ class Unit {
     int record_number = 0;     // of the record last read
     std::size_t runs = 0;      // of a copy: runs that have begun
   };
+  // Lines of a file that is no copy, counted as far as somebody has asked.
+  struct LineIndex {
+    std::vector<std::size_t> starts;  // of every 64th line, from the first
+    std::size_t counted = 0;          // bytes of the text of which `lines` is the number
+    int lines = 0;
+  };
+  Run nearest_line(int record) const;
+  int count_lines() const;
   Cursor beginning() const;
   bool advance(Cursor& cursor, std::string_view& record) const;
   void flush();
@@ -118,6 +126,7 @@ class Unit {
   std::size_t width_ = 0;         // of the records of a copy
   int copied_ = 0;                // records of a copy
   std::vector<Run> runs_;         // of a copy, in order
+  mutable LineIndex lines_;
 };
 
 // What a stage reads, and what it writes the solver's records to.
