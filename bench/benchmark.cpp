@@ -31,7 +31,7 @@
 #include "mechanism/duplicates.h"
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/reaction_pointers.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/elements.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"
@@ -44,8 +44,9 @@
 namespace varpre_bench {
 namespace {
 
+using varpre::Input;
 using varpre::Listing;
-using varpre::Unit;
+using varpre::StoreFile;
 
 constexpr CaseSize limit_size;
 constexpr std::array species_steps{50, 100, 200, 300};
@@ -151,7 +152,7 @@ struct Floor {
   double sum() const { return logarithms + digits + bytes + start; }
 };
 
-std::size_t size_of_copy(const Unit& copy) {
+std::size_t size_of_copy(const Input& copy) {
   std::size_t size = 0;
   copy.for_each_record([&](int, std::string_view) { size += varpre::copied_width + 1; });
   return size;
@@ -161,7 +162,7 @@ class FloorMeter {
  public:
   FloorMeter(const Case& data, const varpre::Files& files, double empty_process)
       : reals_(std::count(files.store.text.begin(), files.store.text.end(), '.')),
-        from_(data.bytes() + files.store.text.size() + files.listing.text.size() +
+        from_(data.bytes() + files.store.text.size() + files.listing.file.text.size() +
                   size_of_copy(files.conditions_copy) + size_of_copy(files.mechanism_copy) +
                   size_of_copy(files.thermo_copy),
               'x'),
@@ -240,7 +241,7 @@ struct Prepared {
 
   bool read_mechanism() {
     files.mechanism_copy.rewind();
-    Unit store;
+    StoreFile store;
     return varpre::GENMEC(varpre::Phase::gas, view, 0, varpre::ReactionNames(view.SYMB), {},
                           files.mechanism_copy, listing, store, mechanism);
   }
@@ -315,7 +316,7 @@ std::vector<Stage> stages() {
        with_species},
       {"records of pairs", "pair", pairs,
        [](Prepared& p) {
-         Unit store;
+         StoreFile store;
          const varpre::FitCoefficients c{-12.345678, 1.23456789, 0.0123456789, -1.234e-3};
          for (int i = 1; i <= p.size.species; ++i) {
            for (int j = 1; j <= i; ++j) varpre::write<"(' D(',2I4,')',5(1PE11.4,1X))">(store, i, j, c);
@@ -336,7 +337,7 @@ std::vector<Stage> stages() {
        with_reactions},
       {"of it: pointers", "reaction", reactions,
        [](Prepared& p) {
-         Unit store;
+         StoreFile store;
          (void)varpre::set_pointers(varpre::Phase::gas, p.size.species, varpre::NRIMAX, p.mechanism,
                                     p.listing);
          varpre::write_pointers(p.mechanism, store);
@@ -345,7 +346,7 @@ std::vector<Stage> stages() {
        with_reactions},
       {"kernel: a real written", "real", thousand,
        [](Prepared&) {
-         Unit store;
+         StoreFile store;
          std::vector<double> values(repeats);
          for (std::size_t i = 0; i < values.size(); ++i) values[i] = 1.2345678e-3 * double(i + 1);
          varpre::write<"(5(1PE11.4,1X))">(store, std::span<const double>(values));
@@ -353,7 +354,7 @@ std::vector<Stage> stages() {
        not_at_all},
       {"kernel: a real read", "real", thousand,
        [](Prepared&) {
-         Unit input;
+         Input input;
          std::vector<double> values(repeats, 1.2345678e-3);
          for (int i = 0; i < repeats / 5; ++i)
            input.text += "-9.46834459E+03 1.84373180E+01 5.14987613E+00-1.36709788E-02 4.91800599E-05    3\n";
@@ -408,7 +409,7 @@ std::map<std::string, double> measure_stages(const std::vector<Stage>& all, cons
                                    [&stage, &p](benchmark::State& state) {
                                      for (auto _ : state) {
                                        stage.act(*p);
-                                       p->listing.text.clear();
+                                       p->listing.file.text.clear();
                                      }
                                    })
           ->Unit(benchmark::kMillisecond)

@@ -8,15 +8,16 @@
 #include <vector>
 
 #include "mechanism/reaction.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/limits.h"
 
 namespace varpre_bench {
 namespace {
 
+using varpre::Input;
 using varpre::SpeciesName;
+using varpre::StoreFile;
 using varpre::Text;
-using varpre::Unit;
 using varpre::write;
 using varpre::zip;
 
@@ -66,7 +67,7 @@ std::vector<int> shuffled(int count, Random& random) {
 }
 
 // The ranges meet at 1000 K, the heat capacity with its slope.
-void write_thermo_entry(const SpeciesName& name, int n, Random& random, Unit& out) {
+void write_thermo_entry(const SpeciesName& name, int n, Random& random, StoreFile& out) {
   constexpr double T = 1000;
   const double size = n * random.between(0.9, 1.1);
   const std::array<double, 7> a{random.between(3.5, 4.5), 4.0e-3 * size,
@@ -90,7 +91,7 @@ void write_thermo_entry(const SpeciesName& name, int n, Random& random, Unit& ou
 }
 
 // Reduced temperatures stay within 0.3 to 30, reduced dipole moments within 2.2.
-void write_molecule(const SpeciesName& name, int n, Random& random, Unit& out) {
+void write_molecule(const SpeciesName& name, int n, Random& random, StoreFile& out) {
   const bool polar = random.chance(0.3);
   const double EPS = random.between(polar ? 250 : 90, 650);
   const double SIGMA = random.between(3, 7);
@@ -102,7 +103,7 @@ void write_molecule(const SpeciesName& name, int n, Random& random, Unit& out) {
 // Writes reactions of isomers: A = B with or without a collision partner, A + B = C + D.
 class MechanismWriter {
  public:
-  MechanismWriter(const CaseSize& size, Random& random, Unit& out)
+  MechanismWriter(const CaseSize& size, Random& random, StoreFile& out)
       : size_(size),
         random_(random),
         out_(out),
@@ -172,13 +173,13 @@ class MechanismWriter {
 
   const CaseSize& size_;
   Random& random_;
-  Unit& out_;
+  StoreFile& out_;
   int partners_;
   std::set<std::pair<std::array<int, 3>, std::array<int, 3>>> taken_;
 };
 
 std::string conditions(const CaseSize& size) {
-  Unit out;
+  StoreFile out;
   write<"('OPTIONS',/,'PConst  1 Output  1',/,'END',/,'GAS PHASE SPECIES')">(out);
   std::vector<SpeciesName> names;
   for (int i = 0; i < size.species; ++i) names.push_back(name_of(i, size));
@@ -199,15 +200,15 @@ std::string conditions(const CaseSize& size) {
 
 Case generate(const CaseSize& size) {
   Random random(size.seed);
-  Unit thermo;
+  StoreFile thermo;
   for (const int i : shuffled(size.entries, random)) {
     write_thermo_entry(name_of(i, size), carbon_atoms(i), random, thermo);
   }
-  Unit molecules;
+  StoreFile molecules;
   for (const int i : shuffled(size.entries, random)) {
     write_molecule(name_of(i, size), carbon_atoms(i), random, molecules);
   }
-  Unit mechanism;
+  StoreFile mechanism;
   MechanismWriter(size, random, mechanism).write_all();
   return {conditions(size), mechanism.text, thermo.text, molecules.text};
 }

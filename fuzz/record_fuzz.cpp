@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "textio/findings/record_findings.h"
 #include "textio/record/number_format.h"
-#include "textio/record/record.h"
 
 // The record notation on arbitrary records and numbers. The first byte of an input chooses a format or a
 // descriptor; the rest is the text of the records to be read, or the bits of the numbers to be written.
@@ -95,7 +95,7 @@ void read_records(const FormatView& format, std::string_view text) {
     }
     edits.push_back(edit);
   }
-  Unit unit;
+  Input unit;
   unit.text = text;
   unit.rewind();
   for (;;) {

@@ -33,7 +33,7 @@ void fill_inputs(std::string_view input, Files& files) {
       if (text != nullptr) text->append(line);
       continue;
     }
-    for (Unit* unit :
+    for (Input* unit :
          {&files.conditions, &files.mechanism, &files.thermo, &files.molecules, &files.particles}) {
       if (line.substr(4).starts_with(unit->name)) text = &unit->text;
     }
@@ -97,13 +97,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   };
   Files files = Files::in_memory();
   const RunResult result = run_once(files);
-  check_end(result, files.listing.text);
+  check_end(result, files.listing.file.text);
   check_numbers(files.store.text, input);
 
   if (std::hash<std::string_view>{}(input) % 16 != 0) return 0;
   Files again = Files::in_memory();
   const RunResult second = run_once(again);
-  if (again.listing.text != files.listing.text || again.store.text != files.store.text ||
+  if (again.listing.file.text != files.listing.file.text || again.store.text != files.store.text ||
       second.diagnostics != result.diagnostics) {
     fail("another run on the same input differs", "");
   }

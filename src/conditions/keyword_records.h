@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/section_findings.h"
 
 // Sections made of records with a keyword and a value, up to an END record.

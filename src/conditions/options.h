@@ -4,9 +4,9 @@
 #include <optional>
 #include <string_view>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/limits.h"
 
 namespace varpre {

@@ -207,6 +207,8 @@ bool process(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFi
 
 void GENPART(int NPART, Input& NFICON, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
   thermliq.open();
+  thermliq.load();
+  if (thermliq.read_error() != 0) throw_system_error(thermliq.read_error(), thermliq.name);
   write<"('--* PROCESSING PARTICLE DATA')">(MSGFIL);
   if (process(NPART, NFICON, thermliq, MSGFIL, NFISTO)) return;
   write<"('*!* ERROR WHILE PROCESSING PARTICLE SPECIES DATA')">(MSGFIL);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

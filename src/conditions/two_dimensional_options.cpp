@@ -151,15 +151,18 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
   return end == SectionEnd::closed;
 }
 
-std::vector<StoreRecord> records_of(Unit& unit) {
+std::vector<StoreRecord> records_of(const StoreFile& store) {
   std::vector<StoreRecord> records;
-  unit.rewind();
-  for (StoreRecord record; read<"(A200)">(unit, record);) records.push_back(record);
+  for (std::string_view text = store.text; !text.empty();) {
+    const std::size_t end = text.find('\n');
+    records.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
   return records;
 }
 
 void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> records, Listing& MSGFIL) {
-  Unit option_records;
+  StoreFile option_records;
   write<"(1(' OPTIONS :',2X,20I3))">(option_records, IOPT2.slots);
   std::ranges::copy(records_of(option_records), records.begin());
   write_free(MSGFIL, std::string_view("********  NEW 2D OPTIONS VECTOR  ********"));
@@ -168,7 +171,7 @@ void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> record
 
 std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
   const auto group = [&](std::size_t k) { return std::span<const double>(values).subspan(4 * k, 4); };
-  Unit records;
+  StoreFile records;
   write<"('UINI,VINI,RI2,DIST     ',4(1PE11.4,1X))">(records, group(0));
   write<"('DUMMY,TMAX,HMAX,REDF   ',4(1PE11.4,1X))">(records, group(1));
   write<"('XSOU,YSOU,DUMMY,DUMMY  ',4(1PE11.4,1X))">(records, group(2));
@@ -208,7 +211,7 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
                              [](const StoreRecord& record) { return record.first(8) == radius_record; });
   if (records.end() - radius <= weight_record) {
     write<"('*!* ERROR: NO FLAME CONDITIONS IN THE STORE FILE!')">(MSGFIL);
-    MSGFIL.findings.error(whole(NFISTO), "no flame conditions in the store file");
+    MSGFIL.findings.error(whole(NFICON), "no flame conditions in the store file");
     return;
   }
   const auto first_listed = radius - records.begin();
@@ -221,7 +224,7 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
     write_free(MSGFIL, record);
   }
 
-  NFISTO.clear();
+  NFISTO.text.clear();
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
 }
 

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <malloc.h>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -20,7 +21,7 @@ constexpr int machine_fault = 2;  // exit status
 void say(const std::string& text) {
   try {
     varpre::write_all(STDERR_FILENO, text, "standard error");
-  } catch (const std::system_error&) {
+  } catch (const std::runtime_error&) {
   }
 }
 
@@ -57,18 +58,24 @@ void occupy_closed_descriptors() {
   }
 }
 
+// What was found goes out before the store file takes its place: who sees the new one has been told of it.
 int run_on_disk() {
   varpre::Files files = varpre::Files::on_disk();
+  bool told = false;
+  const auto tell = [&](const std::string& diagnostics) {
+    files.listing.file.flush();
+    say(diagnostics);
+    told = true;
+  };
   try {
     const varpre::RunResult result = varpre::run(files);
-    if (::close(STDOUT_FILENO) != 0) varpre::throw_system_error(errno, "standard output");
-    say(result.diagnostics);
+    files.store.flush();
+    tell(result.diagnostics);
+    files.listing.file.finish();
+    files.store.take_place();
     return 0;
-  } catch (const std::system_error& error) {
-    try {
-      files.listing.flush();  // the messages up to here
-    } catch (const std::system_error&) {
-    }
+  } catch (const std::runtime_error& error) {
+    if (!told) tell(files.listing.findings.render("not written"));
     return fail(error.what());
   }
 }

@@ -2,22 +2,23 @@
 
 #include <system_error>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 
-void REMCOM(Input& input, Unit& copy, Listing& MSGFIL) {
+void REMCOM(Input& input, Input& copy, Listing& MSGFIL) {
   copy.begin_copy(input, copied_width);
-  try {
-    for (std::string_view line; input.next(line);) {
-      if (line.starts_with("****") || line.starts_with("----")) continue;
-      copy.copy();
-    }
-  } catch (const std::system_error&) {
-    write<"(1H0,5X,'ERROR - DEFECT INPUT ON UNIT ',I3)">(MSGFIL, input.number);
-    throw;
+  for (std::string_view line; input.next(line);) {
+    if (line.starts_with("****") || line.starts_with("----")) continue;
+    copy.copy();
   }
   copy.rewind();
+  if (input.read_error() == 0) return;
+  write<"(1H0,5X,'ERROR - DEFECT INPUT ON UNIT ',I3)">(MSGFIL, input.number);
+  MSGFIL.findings.error(
+      whole(input),
+      message("the file cannot be read to its end: ", std::generic_category().message(input.read_error())),
+      "what stands before the fault is all that the run knows of it");
 }
 
 }  // namespace varpre

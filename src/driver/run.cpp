@@ -16,7 +16,7 @@
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
 #include "textio/channel/run_stop.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/elements.h"
 #include "thermo/section_findings.h"
 #include "thermo/species_list.h"
@@ -25,6 +25,8 @@
 
 namespace varpre {
 namespace {
+
+constexpr const char* store_name = "fort.3";
 
 // Ends the run at a check: the driver's banner follows.
 struct AbnormalEnd {};
@@ -271,29 +273,45 @@ class Sequence {
   Elements surface_elements_;
 };
 
+// All inputs are opened before any is read, so that a run sees one state of the directory.
 void open_files(Files& files) {
-  files.molecules.open();
-  files.store.open_for_replacement();
-  files.mechanism.open();
-  files.conditions.open();
-  files.thermo.open();
+  const std::array inputs{&files.molecules, &files.mechanism, &files.conditions, &files.thermo};
+  for (Input* const input : inputs) input->open();
+  if (files.storage == Storage::disk) {
+    const std::array<std::string, 4> outputs{store_name, files.conditions_copy.name,
+                                             files.mechanism_copy.name, files.thermo_copy.name};
+    for (const Input* const input : inputs) {
+      for (const std::string& output : outputs) refuse_input_as_output(input->name, output);
+    }
+    remove_left_behind(outputs);
+  }
+  files.store.open();
+  for (Input* const input : inputs) {
+    input->load();
+    if (!input->was_absent()) continue;
+    files.listing.findings.warning(whole(*input),
+                                   message("there was no file ", input->name, ": it was created empty"));
+  }
+  if (files.molecules.read_error() != 0) {
+    throw_system_error(files.molecules.read_error(), files.molecules.name);
+  }
 }
 
-void filter(Input& input, Unit& copy, Listing& MSGFIL) {
+void filter(Input& input, Input& copy, Listing& MSGFIL) {
   REMCOM(input, copy, MSGFIL);
   copy.save();
 }
 
 // Warns of what was cut off the lines of an input, where nothing more exact was said. What
 // stands behind a "!" was hardly meant to be read.
-void warn_of_cut_lines(const Unit& copy, Findings& findings) {
+void warn_of_cut_lines(const Input& copy, Findings& findings) {
   for (const int record : copy.cut_records) {
     if (copy.origin(record).text.substr(0, copied_width).find('!') != std::string_view::npos) continue;
     findings.warning({&copy, record, copied_width + 1, 1}, "text beyond column 80 is not read");
   }
 }
 
-RunEnd run_stages(Sequence& sequence, const Unit& conditions, Listing& MSGFIL) {
+RunEnd run_stages(Sequence& sequence, const Input& conditions, Listing& MSGFIL) {
   try {
     sequence.all_stages();
     return RunEnd::normal;
@@ -320,26 +338,25 @@ std::string store_state(const Sequence& sequence, RunEnd end) {
 
 }  // namespace
 
-Files::Files(Unit::Storage storage, int listing_descriptor)
-    : molecules(1, "MOLNEW", storage),
-      conditions(2, "INP", storage),
-      store(3, "fort.3", storage),
-      mechanism(4, "MEC", storage),
-      thermo(9, "THERMO", storage),
-      conditions_copy(10, "fort.10", storage),
-      mechanism_copy(11, "fort.11", storage),
-      thermo_copy(12, "fort.12", storage),
-      particles(55, "THERMLIQ", storage),
-      listing(listing_descriptor) {
-  store.finite_only = true;
-}
+Files::Files(Storage where, int listing_descriptor)
+    : molecules(1, "MOLNEW", where),
+      conditions(2, "INP", where),
+      store(store_name, where),
+      mechanism(4, "MEC", where),
+      thermo(9, "THERMO", where),
+      conditions_copy(10, "fort.10", where),
+      mechanism_copy(11, "fort.11", where),
+      thermo_copy(12, "fort.12", where),
+      particles(55, "THERMLIQ", where),
+      listing(listing_descriptor),
+      storage(where) {}
 
 Files Files::on_disk() {
-  return {Unit::Storage::disk, STDOUT_FILENO};
+  return {Storage::disk, STDOUT_FILENO};
 }
 
 Files Files::in_memory() {
-  return {Unit::Storage::memory, Listing::no_file};
+  return {Storage::memory, ListingFile::no_file};
 }
 
 RunResult run(Files& files) {
@@ -351,9 +368,7 @@ RunResult run(Files& files) {
 
   const auto sequence = std::make_unique<Sequence>(files);
   const RunEnd end = run_stages(*sequence, files.conditions_copy, files.listing);
-  files.store.replace();
   if (end == RunEnd::normal) write_normal_end(files.listing);
-  files.listing.flush();
   warn_of_cut_lines(files.conditions_copy, files.listing.findings);
   warn_of_cut_lines(files.mechanism_copy, files.listing.findings);
   const std::string state = store_state(*sequence, end);

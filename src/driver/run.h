@@ -2,36 +2,38 @@
 
 #include <string>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {
 
 // The files of one run. Held in memory, whole runs can be made without touching the disk.
 struct Files {
-  // Units of the working directory, the listing on standard output.
+  // Files of the working directory, the listing on standard output.
   static Files on_disk();
-  // Units that exist in memory only; fill in the `text` of the inputs before the run.
+  // Files that exist in memory only; fill in the `text` of the inputs before the run.
   static Files in_memory();
 
-  // The copies refer to the units they are made of, which therefore stay where they are.
+  // The copies refer to the inputs they are made of, which therefore stay where they are.
   ~Files() = default;
   Files(const Files&) = delete;
   Files& operator=(const Files&) = delete;
 
-  Unit molecules;        // 1 MOLNEW: molecular database
-  Unit conditions;       // 2 INP
-  Unit store;            // 3 fort.3: store file
-  Unit mechanism;        // 4 MEC
-  Unit thermo;           // 9 THERMO: thermochemical database
-  Unit conditions_copy;  // 10, 11, 12: the inputs without comment lines, files fort.10 to fort.12
-  Unit mechanism_copy;
-  Unit thermo_copy;
-  Unit particles;  // 55 THERMLIQ: particle database, opened only when it is needed
+  Input molecules;        // 1 MOLNEW: molecular database
+  Input conditions;       // 2 INP
+  StoreFile store;        // 3 fort.3: store file
+  Input mechanism;        // 4 MEC
+  Input thermo;           // 9 THERMO: thermochemical database
+  Input conditions_copy;  // 10, 11, 12: the inputs without comment lines, files fort.10 to fort.12
+  Input mechanism_copy;
+  Input thermo_copy;
+  Input particles;  // 55 THERMLIQ: particle database, opened only when it is needed
   Listing listing;
 
+  Storage storage;
+
  private:
-  Files(Unit::Storage storage, int listing_descriptor);
+  Files(Storage where, int listing_descriptor);
 };
 
 enum class RunEnd { normal, abnormal };
@@ -55,9 +57,10 @@ struct RunResult {
   std::string diagnostics;  // for standard error; nothing when there is nothing to say
 };
 
-// One run: opens the files, runs the stages in their order, and saves the copies and the store file. Whatever
-// the input holds, the run ends in an orderly way, with its banner or its message in the listing. Throws
-// std::system_error when a file cannot be opened, read or written.
+// One run: opens the files, saves the copies, and runs the stages in their order. Whatever the input holds,
+// the run ends in an orderly way, with its banner or its message in the listing. What the listing has not
+// passed on yet, and the store file, which is to take its place, are left to the caller. Throws
+// std::runtime_error when a file cannot be opened, read or written.
 RunResult run(Files& files);
 
 }  // namespace varpre

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "textio/channel/run_stop.h"
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
-#include "textio/record/record.h"
 #include "thermo/section_findings.h"
 
 namespace varpre {
@@ -44,10 +44,10 @@ class Efficiencies {
 
 // Stands behind the heading and looks at the next record: false when either is missing.
 bool find_heading(Input& input, bool& troe) {
-  Text<80> record;
-  if (!find_section(sections::efficiencies, input) || !read<"(A80)">(input, record)) return false;
-  troe = EQUSYM(4, record.view(), "TROE");
-  if (!troe) input.step_back();
+  std::string_view record;
+  if (!find_section(sections::efficiencies, input) || !input.peek(record)) return false;
+  troe = EQUSYM(4, record, "TROE");
+  if (troe) input.next(record);
   return true;
 }
 
@@ -64,7 +64,7 @@ bool fail_without_end(const Place& section, Listing& MSGFIL) {
 }
 
 // Warns of efficiencies beyond column 80, which is all of the ninth species and those behind it.
-void warn_of_lost_efficiencies(const Block& block, Unit& unit, Findings& findings) {
+void warn_of_lost_efficiencies(const Block& block, Input& unit, Findings& findings) {
   constexpr std::size_t species_in_80_columns = 8;
   if (block.count <= species_in_80_columns) return;
   if (unit.cut_records.erase(unit.record_number()) == 0) return;  // this says all there is to say of the cut
@@ -75,7 +75,7 @@ void warn_of_lost_efficiencies(const Block& block, Unit& unit, Findings& finding
 }
 
 // Reads the two records of a block, or the END record (`end`); false after the message.
-bool read_block(Unit& unit, const Place& section, Block& block, bool& end, Listing& MSGFIL) {
+bool read_block(Input& unit, const Place& section, Block& block, bool& end, Listing& MSGFIL) {
   Line line;
   block = {};
   if (!read<"(A)">(unit, line)) return fail_without_end(section, MSGFIL);
@@ -217,7 +217,7 @@ bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIME
     return false;
   }
   bool troe = false;
-  Unit* const unit = find_heading_in_either(NFIMEC, NFICON, troe);
+  Input* const unit = find_heading_in_either(NFIMEC, NFICON, troe);
   if (unit == nullptr) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
     report_missing(sections::efficiencies, NFIMEC, MSGFIL.findings,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mechanism/reaction.h"
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "textio/channel/run_stop.h"
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "textio/record/record.h"
 #include "thermo/sections.h"
 
 namespace varpre {

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

@@ -10,8 +10,8 @@
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "textio/record/record.h"
 #include "thermo/section_findings.h"
 
 namespace varpre {
@@ -127,7 +127,7 @@ class Reader {
   ReverseRateCheck reverse_check_;
   const ReactionNames& names_;
   const MechanismOptions& options_;
-  Unit& NFIMEC_;
+  Input& NFIMEC_;
   Listing& MSGFIL_;
   std::vector<Reaction>& reactions_;
   Duplicates duplicates_;

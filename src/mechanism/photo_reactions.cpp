@@ -1,7 +1,7 @@
 #include "mechanism/photo_reactions.h"
 
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "textio/record/record.h"
 #include "thermo/sections.h"
 
 namespace varpre {

@@ -4,9 +4,9 @@
 #include <optional>
 
 #include "textio/channel/run_stop.h"
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
-#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -146,14 +146,11 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   if (!result) return false;
   FALL[2] *= 1000;
   std::string_view second;
-  if (NFIMEC.next(second)) {
-    NFIMEC.step_back();
-    if (!second.starts_with('#')) {
-      findings.error({&NFIMEC, NFIMEC.record_number() + 1},
-                     "the second \"#\" record of a falloff reaction is due here",
-                     "a falloff reaction has two records that begin with \"#\"");
-      return false;
-    }
+  if (NFIMEC.peek(second) && !second.starts_with('#')) {
+    findings.error({&NFIMEC, NFIMEC.record_number() + 1},
+                   "the second \"#\" record of a falloff reaction is due here",
+                   "a falloff reaction has two records that begin with \"#\"");
+    return false;
   }
   result = read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]);
   examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
@@ -173,8 +170,7 @@ bool read_non_arrhenius_line(Input& NFIMEC, Reaction& reaction, Findings& findin
 // The rate-parameter lines behind an equation, if there are any; false after the message.
 bool read_rate_lines(const ReactionNames& names, Input& NFIMEC, Reaction& reaction, Listing& MSGFIL) {
   std::string_view record;
-  if (!NFIMEC.next(record)) return true;
-  NFIMEC.step_back();
+  if (!NFIMEC.peek(record)) return true;
   switch (record.empty() ? ' ' : record.front()) {
     case '#':
       if (read_falloff_lines(NFIMEC, reaction, MSGFIL.findings)) return true;

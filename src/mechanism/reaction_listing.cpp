@@ -1,6 +1,6 @@
 #include "mechanism/reaction_listing.h"
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 

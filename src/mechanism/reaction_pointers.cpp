@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {

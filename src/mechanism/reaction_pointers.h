@@ -3,7 +3,7 @@
 #include <span>
 
 #include "mechanism/reaction.h"
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
 // The net coefficients of reactions, products less educts: of the collision partners all must be 0, those of

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "mechanism/integer_power.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/species.h"
 
 namespace varpre {

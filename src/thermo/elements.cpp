@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "textio/record/record.h"
 
 namespace varpre {
 namespace {

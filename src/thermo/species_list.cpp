@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "textio/record/record.h"
 #include "thermo/section_findings.h"
 
 namespace varpre {

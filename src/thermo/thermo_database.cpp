@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/database_search.h"
 
 namespace varpre {

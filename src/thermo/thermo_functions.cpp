@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "textio/channel/run_stop.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {

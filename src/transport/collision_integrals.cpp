@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "transport/collision_tables.h"
 #include "transport/wide_vectors.h"
 

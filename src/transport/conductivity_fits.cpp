@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/thermo_functions.h"
 #include "transport/collision_integrals.h"
 

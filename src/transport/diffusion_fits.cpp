@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "transport/collision_integrals.h"
 #include "transport/wide_vectors.h"
 

@@ -7,7 +7,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "transport/wide_vectors.h"
 
 namespace varpre {

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "textio/channel/run_stop.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/thermo_database.h"
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"

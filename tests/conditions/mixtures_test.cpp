@@ -19,11 +19,11 @@ MixtureState read_mixture(const std::string& records, const Section& section = s
   elements.EMOL = {0.001, 0.016};
   elements.NCOMP[0] = {2, 0};
   elements.NCOMP[1] = {0, 2};
-  Input NFICON = unit_of("a title\nleft side\n" + records + "end of left\n");
+  Input NFICON = input_of("a title\nleft side\n" + records + "end of left\n");
   Listing listing;
   MixtureState mixture;
   CHICON(section, species.view(0, 4), 2, elements, NFICON, listing, mixture);
-  EXPECT_EQ(listing.text,
+  EXPECT_EQ(listing.file.text,
             &section == &sections::left_mixture ? "" : "      WARNING - No composition specified\n");
   return mixture;
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/stages.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 // The efficiency table of a mechanism with three third bodies.
 struct Table {
   Table(std::string_view species, std::string in_mechanism, std::string in_conditions = "")
-      : NFIMEC(unit_of(std::move(in_mechanism))), NFICON(unit_of(std::move(in_conditions))) {
+      : NFIMEC(input_of(std::move(in_mechanism))), NFICON(input_of(std::move(in_conditions))) {
     Mechanism mechanism;
     mechanism.NCOLL = 3;
     LOK = GENCEF(ReactionNames(names(species)), mechanism, NFIMEC, NFICON, listing, NFISTO);
@@ -71,12 +71,13 @@ TEST(CollisionEfficiencies, FillTheirPlacesToTheLast) {
   const auto message = [](int NCOLL, std::size_t NS) {
     Mechanism mechanism;
     mechanism.NCOLL = NCOLL;
-    Input NFIMEC = unit_of("COLL\nEND\n"), NFICON, NFISTO;
+    Input NFIMEC = input_of("COLL\nEND\n"), NFICON;
+    StoreFile NFISTO;
     Listing listing;
     const bool LOK =
         GENCEF(ReactionNames(std::vector<SpeciesName>(NS)), mechanism, NFIMEC, NFICON, listing, NFISTO);
     EXPECT_EQ(LOK, !NFISTO.text.empty());
-    return LOK ? "" : listing.text;
+    return LOK ? "" : listing.file.text;
   };
   EXPECT_EQ(message(25, 300), "");
   EXPECT_EQ(message(27, 278), "1     ERROR: collision efficiencies exceed  7500 places\n");

@@ -16,13 +16,13 @@ struct ReadMechanism {
     species.fit.fill(thermo_fit({30, 0, 0, 0, 0, 1000, 10}, {30, 0, 0, 0, 0, 1000, 10}));
     const Phase phase = NSURF > 0 ? Phase::surface : Phase::gas;
     if (!reactions.ends_with('\n')) reactions += '\n';
-    Input NFIMEC = unit_of("MECH\n" + reactions + "END\nSURF\n" + reactions + "END\n");
+    Input NFIMEC = input_of("MECH\n" + reactions + "END\nSURF\n" + reactions + "END\n");
     LOK = GENMEC(phase, species.view(0, static_cast<int>(SYMB.size())), NSURF, ReactionNames(SYMB), options,
                  NFIMEC, listing, NFISTO, mechanism);
   }
   const Reaction& operator[](std::size_t number) const { return mechanism.reactions.at(number - 1); }
   bool lists(const std::string& line) const {
-    return listing.text.find('\n' + line + '\n') != std::string::npos;
+    return listing.file.text.find('\n' + line + '\n') != std::string::npos;
   }
 
   Species species;
@@ -59,20 +59,20 @@ TEST(MechanismReader, PointersAndReactionsEndAtTheirLimits) {
   const ReadMechanism pointers(reactions, gas, {.most_pointers = 9});
   EXPECT_FALSE(pointers.LOK);
   EXPECT_TRUE(
-      pointers.listing.text.ends_with("  NRINS( =   10) >  NRIMAX     \n"
-                                      "     ----->  CHECK DIMENSION OF NRVEC  \n"
-                                      "  NRINS( =    9) >  NRIMAX     \n"
-                                      "     ----->  CHECK DIMENSION OF NRVEC  \n"));
+      pointers.listing.file.text.ends_with("  NRINS( =   10) >  NRIMAX     \n"
+                                           "     ----->  CHECK DIMENSION OF NRVEC  \n"
+                                           "  NRINS( =    9) >  NRIMAX     \n"
+                                           "     ----->  CHECK DIMENSION OF NRVEC  \n"));
   EXPECT_TRUE(pointers.NFISTO.text.ends_with(" 0.00E+00   0.00E+00  0.00E+00\n"));  // the third reaction
 
   const ReadMechanism generated(reactions, gas, {.most_reactions = 2});
   EXPECT_FALSE(generated.LOK);
-  EXPECT_TRUE(generated.listing.text.ends_with(
+  EXPECT_TRUE(generated.listing.file.text.ends_with(
       "    2   OH      + OH                ->H2O     + O                  1.00E+00  0.00   0.0\n"
       "      ERROR - More than     2 reactions\n"));
   const ReadMechanism one_read(reactions, gas, {.most_reactions = 1});
   EXPECT_FALSE(one_read.LOK);
-  EXPECT_TRUE(one_read.listing.text.ends_with(
+  EXPECT_TRUE(one_read.listing.file.text.ends_with(
       "    1   H       + O2                ->OH      + O                  1.00E+00  0.00   0.0\n"
       "      ERROR - More than     1 reactions\n"));
   EXPECT_EQ(one_read.NFISTO.text, "");
@@ -114,7 +114,7 @@ TEST(MechanismReader, ConvertsAByTheOrderOfTheReaction) {
   for (const auto& row : rows) {
     const ReadMechanism read(std::string(row.equation) + " 3.0E+13 0 0", row.NSURF ? with_surface : gas, {},
                              row.NSURF);
-    ASSERT_TRUE(read.LOK) << read.listing.text;
+    ASSERT_TRUE(read.LOK) << read.listing.file.text;
     EXPECT_DOUBLE_EQ(read[1].AFAC, 3e13 * row.factor) << row.equation;
   }
 }

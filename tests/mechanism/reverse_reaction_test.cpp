@@ -64,7 +64,7 @@ TEST(ReverseReaction, IsInEquilibriumAtTwoTemperatures) {
     EXPECT_GT(std::abs(imbalance(forward, reverse, 0.95 * row.T2)), 1e-5);
     EXPECT_EQ(reverse.TEXP, -0.5);
     EXPECT_EQ(reverse.IARRH, arrhenius);
-    EXPECT_EQ(listing.text, "");
+    EXPECT_EQ(listing.file.text, "");
   }
 }
 
@@ -85,7 +85,7 @@ TEST(ReverseReaction, WithoutASoundEquilibriumConstantIsReported) {
     bad_fit[1].HCPL[5] = bad_fit[1].HCPH[5] = h_of_product;
     Listing listing;
     const Reaction result = INIMRP(Phase::gas, reaction(AFAC, 0.7, 0, MAT), bad_fit, listing);
-    EXPECT_EQ(listing.text, messages);
+    EXPECT_EQ(listing.file.text, messages);
     EXPECT_EQ(result.TEXP, 0.7);
     return std::array{result.AFAC, result.EXA};
   };

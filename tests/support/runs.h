@@ -21,13 +21,13 @@ using Inputs = std::map<std::string, std::string>;
 // A run that has ended, with all its files.
 struct FinishedRun {
   explicit FinishedRun(const Inputs& inputs) {
-    for (Unit* unit :
+    for (Input* unit :
          {&files.conditions, &files.mechanism, &files.thermo, &files.molecules, &files.particles}) {
       if (const auto input = inputs.find(unit->name); input != inputs.end()) unit->text = input->second;
     }
     result = varpre::run(files);
   }
-  const std::string& listing() const { return files.listing.text; }
+  const std::string& listing() const { return files.listing.file.text; }
   const std::string& store() const { return files.store.text; }
 
   Files files = Files::in_memory();

@@ -6,18 +6,18 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/statement.h"
 #include "thermo/species.h"
 
 // What the tests of single stages share.
 namespace varpre {
 
-// A unit that holds a text.
-inline Unit unit_of(std::string text) {
-  Unit unit;
-  unit.text = std::move(text);
-  unit.rewind();
-  return unit;
+// An input that holds a text.
+inline Input input_of(std::string text) {
+  Input input;
+  input.text = std::move(text);
+  input.rewind();
+  return input;
 }
 
 // The words of a text.

@@ -6,14 +6,14 @@
 #include <span>
 #include <string>
 
+#include "textio/findings/record_findings.h"
 #include "textio/record/number_format.h"
-#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
 
-Unit unit_holding(std::string_view text) {
-  Unit unit;
+Input input_holding(std::string_view text) {
+  Input unit;
   unit.text = text;
   unit.open();
   return unit;
@@ -33,7 +33,7 @@ std::string shown(const Text<8>& text) {
 // The value of one field; the format ends with an A1 that must find the bar behind the field.
 template <FormatText Text, class Value>
 std::string value_of(const std::string& field) {
-  Unit unit = unit_holding(field + "|");
+  Input unit = input_holding(field + "|");
   Value value{};
   varpre::Text<1> behind;
   if (const ReadResult result = read<Text>(unit, value, behind); !result) {
@@ -85,7 +85,7 @@ TEST(RecordInput, ScaleFactorDividesFieldsWithoutExponent) {
   EXPECT_READ("1PE11.4", " 1.5000E+00", 1.5);
   EXPECT_READ("1PE11.4", " 1.5000+100", 1.5e100);
 
-  Unit unit = unit_holding("  1.5  1.5\n  1.5\n");
+  Input unit = input_holding("  1.5  1.5\n  1.5\n");
   std::array<double, 3> values{};
   ASSERT_TRUE(read<"(F5.1,2P,F5.1)">(unit, values));
   EXPECT_EQ(values, (std::array{1.5, 0.015, 0.015}));
@@ -127,7 +127,7 @@ TEST(RecordInput, TextsTakeTheRightOfAWideFieldAndArePaddedFromANarrowOne) {
 }
 
 TEST(RecordInput, ShortRecordsArePaddedAndTheRestOfLongOnesIsIgnored) {
-  Unit unit = unit_holding("H2\n\nABCDEFGH\n12345 and more\nN2");
+  Input unit = input_holding("H2\n\nABCDEFGH\n12345 and more\nN2");
   Text<8> name;
   double value = 7;
   ASSERT_TRUE(read<"(A8,1X,E10.2)">(unit, name, value));
@@ -143,7 +143,7 @@ TEST(RecordInput, ShortRecordsArePaddedAndTheRestOfLongOnesIsIgnored) {
 }
 
 TEST(RecordInput, StatementsTakeWholeRecords) {
-  Unit unit = unit_holding("  1\n  2\nname  3  4\n  5  6\n  7\n  8\nlabel  9\n 10\n");
+  Input unit = input_holding("  1\n  2\nname  3  4\n  5  6\n  7\n  8\nlabel  9\n 10\n");
   std::array<int, 5> n{};
   Text<4> name;
   ASSERT_TRUE(read<"(I3/I3)">(unit, n[0], n[1]));
@@ -157,21 +157,20 @@ TEST(RecordInput, StatementsTakeWholeRecords) {
 }
 
 TEST(RecordInput, ArraysSpansAndZippedSpansTakeTheirValuesInTurn) {
-  Unit unit = unit_holding("H2  1.0O2  2.0\nN2  3.0  1  2  3  4\n");
+  Input unit = input_holding("H2  1.0O2  2.0\nN2  3.0\n         1  2  3  4\n");
   std::array<Text<3>, 3> names;
   std::array<double, 3> values{};
   std::array<std::array<int, 2>, 2> matrix{};
   ASSERT_TRUE(read<"(2(A3,F4.1))">(unit, zip(names, values)));
   EXPECT_EQ(names[1].view(), "O2 ");
   EXPECT_EQ(values, (std::array{1.0, 2.0, 3.0}));
-  unit.step_back();
   ASSERT_TRUE(read<"(7X,9I3)">(unit, std::span(matrix).first(1), matrix[1]));
   EXPECT_EQ(matrix[0], (std::array{1, 2}));
   EXPECT_EQ(matrix[1], (std::array{3, 4}));
 }
 
 TEST(RecordInput, EndOfFileLeavesTheRemainingItemsUntouched) {
-  Unit unit = unit_holding("  1  2\n  3");
+  Input unit = input_holding("  1  2\n  3");
   std::array n{9, 9, 9, 9, 9};
   const ReadResult result = read<"(2I3)">(unit, n);
   EXPECT_TRUE(result.end_of_file());
@@ -186,7 +185,7 @@ TEST(RecordInput, UnreadableFieldIsLocatedAndEndsTheStatement) {
     const FieldPlace& at = result.unreadable;
     return std::array{at.number, at.record, at.column, at.width};
   };
-  Unit unit = unit_holding("abc    12  1.50  1.X0  2.50\n  1  2  3\n  4  x  6\n  7\n");
+  Input unit = input_holding("abc    12  1.50  1.X0  2.50\n  1  2  3\n  4  x  6\n  7\n");
   Text<3> name;
   int n = 0;
   std::array values{9.0, 9.0, 9.0};

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "textio/channel/run_stop.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {
@@ -14,16 +14,16 @@ namespace {
 // The records that one statement writes.
 template <FormatText Text, class... Items>
 std::string written(const Items&... items) {
-  Unit unit;
-  write<Text>(unit, items...);
-  return unit.text;
+  Listing listing;
+  write<Text>(listing, items...);
+  return listing.file.text;
 }
 
 template <class... Items>
 std::string written_free(const Items&... items) {
   Listing listing;
   write_free(listing, items...);
-  return listing.text;
+  return listing.file.text;
 }
 
 // One value under one descriptor; the bar behind it shows that the field is as wide as it should be.
@@ -221,24 +221,23 @@ TEST(RecordOutput, FreeFormSeparatesAllButTexts) {
             " n =           7 +X  \n");
 }
 
-TEST(RecordOutput, UnitForFiniteNumbersRefusesTheWholeStatement) {
-  Unit unit;
-  unit.finite_only = true;
-  write<"(' first',F4.1)">(unit, 1.0);
+TEST(RecordOutput, StoreFileTakesFiniteNumbersOnlyOrRefusesTheWholeStatement) {
+  StoreFile store;
+  write<"(' first',F4.1)">(store, 1.0);
   const auto expect_refusal = [&](auto statement) {
     try {
       statement();
-      ADD_FAILURE() << unit.text;
+      ADD_FAILURE() << store.text;
     } catch (const RunStop& stop) {
       EXPECT_EQ(stop.ending, RunStop::Ending::number_not_finite);
     }
-    EXPECT_EQ(unit.text, " first 1.0\n");
+    EXPECT_EQ(store.text, " first 1.0\n");
   };
   for (const double value : {nan, infinity, -infinity}) {
-    expect_refusal([&] { write<"(' HL',F4.1,9(200X),/,' HH',2F4.1)">(unit, 1.0, 2.0, value); });
+    expect_refusal([&] { write<"(' HL',F4.1,9(200X),/,' HH',2F4.1)">(store, 1.0, 2.0, value); });
     const std::array values{1.0, value};  // the second one reaches a field for integers
-    expect_refusal([&] { write<"(F6.1,I4)">(unit, values); });
-    expect_refusal([&] { write<"(F6.1,I4)">(unit, std::span<const double>(values)); });
+    expect_refusal([&] { write<"(F6.1,I4)">(store, values); });
+    expect_refusal([&] { write<"(F6.1,I4)">(store, std::span<const double>(values)); });
   }
 }
 

@@ -22,7 +22,7 @@ std::string outcome(Scan scan) {
     return scan(listing);
   } catch (const RunStop& stop) {
     EXPECT_EQ(stop.ending, RunStop::Ending::silent);
-    return listing.text;
+    return listing.file.text;
   }
 }
 

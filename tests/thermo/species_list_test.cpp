@@ -12,10 +12,10 @@ std::string list_from(const std::string& text, const Section& section = sections
                       int places = NSMAX) {
   Species species;
   species.IFLAG.fill(9);  // an earlier list stood here
-  Input NFICON = unit_of("a title\n" + text);
+  Input NFICON = input_of("a title\n" + text);
   Listing listing;
   const SpeciesList list = GENSYM(section, NFICON, listing, species.view(0, places));
-  if (list.absent) return listing.text;
+  if (list.absent) return listing.file.text;
   std::string filled;
   for (std::size_t i = 0; i < static_cast<std::size_t>(list.NS); ++i) {
     filled += std::string(trimmed(species.SYMB[i].view())) + ' ' + std::to_string(species.IFLAG[i]) + ", ";

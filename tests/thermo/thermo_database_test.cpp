@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "support/stages.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/elements.h"
 
 namespace varpre {
@@ -26,12 +26,14 @@ void add_block(Input& NFITHE, std::string_view name, double first, const std::ar
   std::iota(a.begin(), a.end(), first);
   NFITHE.text += name;
   NFITHE.text.append(24 - name.size(), ' ');
-  write<"(4(A2,I3),2X,2F10.1,F8.0,/,5E15.8,/,5E15.8,/,4E15.8)">(NFITHE, zip(water.ELSYM, water.ELCNT), limits,
+  StoreFile block;
+  write<"(4(A2,I3),2X,2F10.1,F8.0,/,5E15.8,/,5E15.8,/,4E15.8)">(block, zip(water.ELSYM, water.ELCNT), limits,
                                                                 a);
+  NFITHE.text += block.text;
 }
 
 TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
-  Input NFITHE = unit_of("");
+  Input NFITHE = input_of("");
   add_block(NFITHE, "H2O", 1, {200, 3000, 1000});
   add_block(NFITHE, "CO2", 20, {200, 3000, 1000});
   add_block(NFITHE, "C2H5OH-AB", 40, {0, 3000, 0});
@@ -42,7 +44,7 @@ TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
   gas.SYMB[0] = "H2O", gas.SYMB[1] = "C2H5OH-A", gas.SYMB[2] = "h2O";
   Listing listing;
   EXPECT_FALSE(GENTHE(NFITHE, listing, gas, false));
-  EXPECT_EQ(listing.text, "1     ERROR - Species h2O      not found in thermochemical database\n");
+  EXPECT_EQ(listing.file.text, "1     ERROR - Species h2O      not found in thermochemical database\n");
 
   EXPECT_EQ(gas.fit[0].HCPH.front(), 60 * 8.3143);
   EXPECT_EQ(gas.fit[0].HCPH.back(), 66 * 8.3143);
@@ -100,7 +102,7 @@ TEST(Elements, TenAreAPhaseAndElevenAreTooMany) {
   list[2] = fields({{"XE", 1}, {"YY", 1}, {"F", 0}});
   const Composition eleven(list);
   EXPECT_FALSE(eleven.LOK);
-  EXPECT_EQ(eleven.listing.text, "0ERROR: number of elements (11) > NEMAX (10)\n");
+  EXPECT_EQ(eleven.listing.file.text, "0ERROR: number of elements (11) > NEMAX (10)\n");
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ TEST(ThermoFunctions, FollowTheirPolynomials) {
   EXPECT_DOUBLE_EQ(CALHI(1, 2, fits, listing), 68);
   EXPECT_DOUBLE_EQ(CALSI(1, 2, fits, listing), 4 + 6 + 32. / 3 + 20 + std::log(2.) + 7);
   EXPECT_DOUBLE_EQ(CALCPI(1, 2, fits, listing), 129);
-  EXPECT_EQ(listing.text, "");
+  EXPECT_EQ(listing.file.text, "");
 }
 
 TEST(ThermoFunctions, ChangeRangeAtTheSwitchTemperature) {
@@ -29,16 +29,16 @@ TEST(ThermoFunctions, ChangeRangeAtTheSwitchTemperature) {
   EXPECT_EQ(CALSI(3, 1000, fits, listing), 1000 * 0.001 + 30 * std::log(1000.));
   // Continuous there: 21000 + 5000 + 50000 = 30000 + 500 + 45500.
   EXPECT_NEAR(CALHI(3, std::nextafter(1000, 0), fits, listing), CALHI(3, 1000, fits, listing), 1e-9);
-  EXPECT_EQ(listing.text, "");
+  EXPECT_EQ(listing.file.text, "");
 }
 
 TEST(ThermoFunctions, WarnAboveTheUpperLimitOnly) {
   Listing listing;
   CALHI(2, 3000, fits, listing);
   CALSI(2, 1, fits, listing);
-  EXPECT_EQ(listing.text, "");
+  EXPECT_EQ(listing.file.text, "");
   CALCPI(2, 100000, fits, listing);
-  EXPECT_EQ(listing.text,
+  EXPECT_EQ(listing.file.text,
             "0WARNING: Temperature (******) exceeds upper limit of reliability ( 3000.)\n"
             " for fit of thermodynamic properties of species no.  2\n");
 }
@@ -57,7 +57,7 @@ TEST(ThermoFunctions, EnthalpyThatNoTemperatureHasStopsTheRun) {
   const std::array flat{thermo_fit({}, {}, {280, 1000, INFINITY})};
   Listing listing;
   EXPECT_THROW(GETT(1000, std::array{1.0}, flat, std::array{0.028}, {}, listing), RunStop);
-  EXPECT_EQ(listing.text, "0ERROR  : NO CONVERGENCE OF NEWTON ITERATION\n");
+  EXPECT_EQ(listing.file.text, "0ERROR  : NO CONVERGENCE OF NEWTON ITERATION\n");
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ TEST(CollisionIntegrals, InterpolateInTheirTables) {
     EXPECT_NEAR(MXIOME(row.IOM, row.TSTAR, row.DSTAR, listing, LOK), row.value, 1e-6 * row.value)
         << row.TSTAR << ' ' << row.DSTAR;
     EXPECT_TRUE(LOK);
-    EXPECT_EQ(listing.text, "");
+    EXPECT_EQ(listing.file.text, "");
   }
 }
 
@@ -64,7 +64,7 @@ TEST(CollisionIntegrals, EndWhereTheTablesEnd) {
     bool LOK = true;
     EXPECT_EQ(MXIOME(viscosity, row.TSTAR, row.DSTAR, listing, LOK), 0);
     EXPECT_FALSE(LOK);
-    EXPECT_EQ(listing.text, row.message) << row.TSTAR << ' ' << row.DSTAR;
+    EXPECT_EQ(listing.file.text, row.message) << row.TSTAR << ' ' << row.DSTAR;
   }
 }
 

@@ -33,7 +33,7 @@ TEST(LogFit, ReproducesWhatFollowsItsLaw) {
   const FitResult fit = LOGFIT(grid, V, false, listing);
   EXPECT_TRUE(fit.LOK);
   EXPECT_LT(fit.ERRMAX, 1e-9);
-  EXPECT_EQ(listing.text, "");
+  EXPECT_EQ(listing.file.text, "");
 }
 
 TEST(LogFit, ReportsTheLastOfItsWorstPoints) {
@@ -51,7 +51,7 @@ TEST(LogFit, FailsWithItsMessages) {
     Listing listing;
     const FitResult fit = LOGFIT(FitGrid(T), V, false, listing);
     EXPECT_FALSE(fit.LOK);
-    return listing.text;
+    return listing.file.text;
   };
   const std::string stationary = "      STATIONARITY IN -GENLAM-(AGL)\n";
   EXPECT_EQ(message({200, 300, 400}, {1, 1, 1}),
@@ -121,7 +121,7 @@ std::string grid_of(const TemperatureInterval& interval) {
   gas.SYMB[0] = "AR";
   gas.XMOL[0] = 0.04;
   gas.fit[0] = thermo_fit({21}, {21}, {280, 1000, 9999});
-  Input NFIMOL = unit_of("ar       0    39.948   136.500     3.330\n");
+  Input NFIMOL = input_of("ar       0    39.948   136.500     3.330\n");
   StoreFile NFISTO;
   Listing listing;
   try {
@@ -130,7 +130,7 @@ std::string grid_of(const TemperatureInterval& interval) {
     EXPECT_EQ(NFISTO.text, "");
   }
   constexpr std::string_view heading = "ERROR    \n", behind = "     COEFF";
-  std::string_view text = listing.text;
+  std::string_view text = listing.file.text;
   if (text.find(heading) == text.npos) return std::string(text.substr(text.find("TEMP"), 46));
   text.remove_prefix(text.find(heading) + heading.size());
   text = text.substr(0, text.find(behind));

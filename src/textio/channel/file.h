@@ -2,10 +2,13 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
-// Whole files of the working directory. Each routine throws std::system_error whose text is "NAME: reason".
+// Whole files of the working directory, which others may have prepared: nothing is read but regular files,
+// nothing is written but fresh ones, and no link is followed to write. Each routine throws std::runtime_error
+// whose text is "NAME: reason".
 namespace varpre {
 
 [[noreturn]] void throw_system_error(int error, const std::string& name);
@@ -13,17 +16,13 @@ namespace varpre {
 // Files are written in pieces of about this many bytes.
 constexpr std::size_t file_piece = 65536;
 
-// The bytes of a file; an absent one is created empty. When the file opens but a read fails, `read_error`
-// becomes its errno and what was read before is returned. A directory counts as not opened, a file of 2 GB or
-// more as too large.
-std::string load_or_create_file(const std::string& name, int& read_error);
-
 // An open file, closed when it goes out of sight.
 class OpenFile {
  public:
-  // Opens with the flags of open(2); `name` is for the error.
-  OpenFile(const std::string& path, int flags, const std::string& name);
+  // Takes over a descriptor, or the errno of the attempt when that is negative; `name` is for the error.
+  OpenFile(int descriptor, const std::string& name);
   ~OpenFile();
+  OpenFile(OpenFile&& other) noexcept;
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
@@ -35,43 +34,42 @@ class OpenFile {
   int number_;
 };
 
-// A file whose content is replaced piece by piece: `finish` cuts off what is left of an earlier, longer one.
-class OutputFile {
+// Opens an input. One that is not there is created empty, never through a link (`created`); anything but a
+// regular file or a directory is refused, without waiting for a pipe.
+OpenFile open_input(const std::string& name, bool& created);
+
+// The bytes of an open input from where it stands. When a read fails (that of a directory does), `read_error`
+// becomes its errno and what was read before is returned. A file of 2 GB or more is too large.
+std::string read_to_end(const OpenFile& file, const std::string& name, int& read_error);
+
+// Throws when `output` names the very file that is read under the name of an input which is a link: to
+// replace the one would change the other.
+void refuse_input_as_output(const std::string& input, const std::string& output);
+
+// A fresh file that takes a name's place when it is complete, so that at any moment either the earlier file
+// or the new one is there whole. It has no name until shortly before (where the system knows such files),
+// then one of its own, .NAME. and ten letters, which a run that is killed leaves behind. Its mode is that of
+// the umask, and what stands under the name, a link too, is replaced. A directory, and a file that is
+// protected against writing, are refused.
+class FreshFile {
  public:
-  explicit OutputFile(const std::string& name);
-  void write(std::string_view piece);
-  void finish();
-
- private:
-  std::string name_;
-  OpenFile file_;
-  std::size_t written_ = 0;
-};
-
-// Takes the place of a file, so that at any moment either the old or the new one is there whole. What is
-// written goes to the temporary file NAME.tmp beside it (beside the file a link points to), whatever an
-// earlier run left there; it is gone when it has not taken its place. Runs that write to one directory take
-// turns, as that name is the same. A device or a pipe is written as it stands.
-class Replacement {
- public:
-  explicit Replacement(const std::string& name);
-  ~Replacement();
-  Replacement(const Replacement&) = delete;
-  Replacement& operator=(const Replacement&) = delete;
+  explicit FreshFile(std::string name);
+  ~FreshFile();
+  FreshFile(const FreshFile&) = delete;
+  FreshFile& operator=(const FreshFile&) = delete;
 
   void write(std::string_view piece);
-  // With the permissions of the earlier file, where there is one.
   void take_place();
 
  private:
-  void take_turn();
-
   std::string name_;
-  std::string target_;            // links followed
-  std::optional<OpenFile> turn_;  // the directory, locked
-  std::string temporary_;         // none for a device, nor once it is renamed
+  std::string temporary_;  // while the file has a name of its own
   std::optional<OpenFile> file_;
 };
+
+// Removes what runs that were killed left behind of files of these names in the working directory: own files
+// that nobody has written to for a minute.
+void remove_left_behind(std::span<const std::string> names);
 
 // Writes all bytes to an open descriptor; `name` is for the error only.
 void write_all(int descriptor, std::string_view text, const std::string& name);

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string_view>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/input.h"
 #include "textio/record/text.h"
 
 namespace varpre {

@@ -6,7 +6,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "textio/channel/unit.h"
+#include "textio/channel/input.h"
 #include "textio/record/text.h"
 
 // What the program tells people on standard error: errors and warnings with their place in the file the user
@@ -16,7 +16,7 @@ namespace varpre {
 // Columns of a record of a unit. What is found at a place without unit is not reported: the caller has no
 // input to show.
 struct Place {
-  const Unit* unit = nullptr;
+  const Input* unit = nullptr;
   int record = 0;  // from 1; 0: the file as a whole
   int column = 1;  // first of the columns meant, from 1
   int width = 1;   // how many
@@ -29,14 +29,14 @@ struct Place {
 };
 
 // Columns of the record last read from a unit.
-inline Place here(const Unit& unit, int column = 1, int width = 1) {
+inline Place here(const Input& unit, int column = 1, int width = 1) {
   return {&unit, unit.record_number(), column, width};
 }
 // Where a text stands in the line of a record as the user wrote it; the whole record when it is not found. A
 // text that begins and ends like a name is looked for between characters that do not belong to names.
 Place locate(const Place& record, std::string_view text);
 // A file as a whole: for what it does not hold.
-inline Place whole(const Unit& unit) {
+inline Place whole(const Input& unit) {
   return {&unit};
 }
 
@@ -57,7 +57,7 @@ struct FindingReport {
 // same line of the program reports them; the same one is not taken twice. What a finding costs does not grow
 // with their number: those that will not be shown are only counted, unless all are to be kept.
 //
-// Places refer to units, in which lines are looked up only when findings are shown: the units must still be
+// Places refer to inputs, in which lines are looked up only when findings are shown: the inputs must still be
 // there, unchanged, when `render` or `reports` is called.
 class Findings {
  public:

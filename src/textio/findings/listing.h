@@ -1,34 +1,32 @@
 #pragma once
 
-#include <string>
-
-#include "textio/channel/file.h"
+#include "textio/channel/listing_file.h"
 #include "textio/findings/findings.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 
-// What a run tells people: the listing with its fixed texts, and the findings for standard error. The records
-// of the listing pass on to an open file in pieces, so its length is not bounded by memory; a listing without
-// a file keeps them all.
-class Listing {
- public:
-  static constexpr int no_file = -1;
+// What a run tells people: the listing with its fixed texts, and the findings for standard error.
+struct Listing {
+  explicit Listing(int descriptor = ListingFile::no_file) : file(descriptor) {}
 
-  explicit Listing(int descriptor = no_file) : descriptor_(descriptor) {}
-
-  std::string text;  // the records not passed on yet, each with its line feed
+  ListingFile file;
   Findings findings;
-
-  // Passes on what has collected once it exceeds a piece. Throws std::system_error when the file takes no
-  // more.
-  void pass_on() {
-    if (text.size() >= file_piece) flush();
-  }
-  // Passes on all records.
-  void flush();
-
- private:
-  int descriptor_;
 };
+
+// Writes one statement: whole records, at the end of the listing.
+template <FormatText Text, class... Items>
+void write(Listing& listing, const Items&... items) {
+  record_detail::append_statement<Text>(listing.file.text, false, items...);
+  listing.file.pass_on();
+}
+
+// Writes a free-form record: one blank, then the items; texts follow each other directly, between any other
+// two items stands one blank; integers are right-justified in 11 columns.
+template <class... Items>
+void write_free(Listing& listing, const Items&... items) {
+  record_detail::append_free(listing.file.text, items...);
+  listing.file.pass_on();
+}
 
 }  // namespace varpre

@@ -1,7 +1,8 @@
+#include "textio/findings/record_findings.h"
+
 #include <algorithm>
 
 #include "textio/record/number_format.h"
-#include "textio/record/record.h"
 
 // Findings about the columns of a record. All of this runs only when there is something to report.
 namespace varpre {
@@ -13,8 +14,8 @@ struct NumericField {
 };
 
 // The line as the user wrote it, from which the unit may hold a part only.
-std::string line_of(const Unit& unit, int record) {
-  return std::string(unit.origin(record).text);
+std::string line_of(const Input& input, int record) {
+  return std::string(input.origin(record).text);
 }
 
 std::string columns_of(const std::string& line, int column, int width) {
@@ -95,16 +96,17 @@ std::string without_blanks_around(std::string_view text) {
 
 }  // namespace
 
-void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                       Findings::Severity severity, std::string_view consequence, Findings::Site kind) {
+void report_unreadable(Findings& findings, const Input& input, const ReadResult& result,
+                       std::string_view name, Findings::Severity severity, std::string_view consequence,
+                       Findings::Site kind) {
   const auto [number, record, column, width] = result.unreadable;
-  const std::string line = line_of(unit, record);
+  const std::string line = line_of(input, record);
   const std::string field = columns_of(line, column, width);
   const std::vector<NumericField> fields = numeric_fields(*result.format, number);
   const auto found = std::find_if(fields.begin(), fields.end(),
                                   [&, c = column](const NumericField& f) { return f.column == c; });
   const bool integer = found != fields.end() && found->edit.kind == Edit::Kind::integer;
-  const Place place{&unit, record, column, width, column + first_bad_character(field, integer)};
+  const Place place{&input, record, column, width, column + first_bad_character(field, integer)};
   findings.report(
       severity, place,
       message("cannot read ", name, ": expected ", integer ? "an integer" : "a number", " in columns ",
@@ -114,25 +116,25 @@ void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& r
 
 namespace record_detail {
 
-void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                        const Findings::Site& kind) {
+void warn_without_point(Findings& findings, const Input& input, const ReadResult& result,
+                        std::string_view name, const Findings::Site& kind) {
   const auto [number, record, column, width] = result.without_point;
-  const std::string field = columns_of(line_of(unit, record), column, width);
+  const std::string field = columns_of(line_of(input, record), column, width);
   const std::size_t first = field.find_first_not_of(' ');
   const std::string written(trimmed(field).substr(first));
   double value = 0;
   for (const NumericField& f : numeric_fields(*result.format, number)) {
     if (f.column == column) value = read_real(field, {f.edit.width, f.edit.value, 0}).value_or(0);
   }
-  findings.warning({&unit, record, column + static_cast<int>(first), static_cast<int>(written.size())},
+  findings.warning({&input, record, column + static_cast<int>(first), static_cast<int>(written.size())},
                    message(name, " is written without a decimal point: '", written, "' is read as ", value),
                    message("with a point: '", written, ".'"), kind);
 }
 
-void warn_of_gap(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
+void warn_of_gap(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind) {
   const FieldPlace& gap = result.digit_in_gap;
-  findings.warning({&unit, gap.record, gap.column, 1},
+  findings.warning({&input, gap.record, gap.column, 1},
                    message("the digit in column ", gap.column, " is not read: it stands beside ", name),
                    "the columns look shifted", kind);
 }

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "textio/channel/run_stop.h"
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "textio/channel/run_stop.h"
 #include "textio/record/number_format.h"
 
 namespace varpre::record_detail {
@@ -180,7 +179,8 @@ class Columns {
 // Watches the columns of a statement for what was hardly meant. Notes the first of each kind.
 class ColumnWatch {
  public:
-  ColumnWatch(const Unit& unit, ReadResult& result) : unit_(unit), result_(result) {}
+  ColumnWatch(const int& record_number, ReadResult& result)
+      : record_number_(record_number), result_(result) {}
 
   // Before a field is taken.
   void field_begins(const Columns& columns, const Edit& edit, int number) {
@@ -208,10 +208,10 @@ class ColumnWatch {
     if (place.number > 0) return;
     place = field_;
     place.column = column;
-    place.record = unit_.record_number();
+    place.record = record_number_;
   }
 
-  const Unit& unit_;
+  const int& record_number_;
   ReadResult& result_;
   FieldPlace field_;
   bool numeric_ = false;  // the last edit was a numeric field
@@ -281,7 +281,7 @@ bool format_records(std::string& text, const FormatView& format, std::span<const
   return written;
 }
 
-ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items) {
+ReadResult read_records(RecordSource source, const FormatView& format, std::span<const InputItem> items) {
   ReadResult result;
   result.format = &format;
   const auto end_of_file = [&] {
@@ -289,9 +289,13 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
     return result;
   };
   std::string_view record;
-  if (!unit.next(record)) return end_of_file();
+  const auto next = [&] {
+    ++source.record_number;
+    return source.next(source.from, record);
+  };
+  if (!next()) return end_of_file();
   Columns columns(record);
-  ColumnWatch watch(unit, result);
+  ColumnWatch watch(source.record_number, result);
   Walk walk(format);
   Values<void*> values(items);
   int field = 0;
@@ -306,13 +310,13 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
       case Edit::Kind::scale: scale = edit.scale; continue;
       case Edit::Kind::slash:
         watch.gap_begins(columns);
-        if (!unit.next(record)) return end_of_file();
+        if (!next()) return end_of_file();
         columns = Columns(record);
         continue;
       case Edit::Kind::end:
         if (!values.left() || !format.reverts) break;
         watch.gap_begins(columns);
-        if (!unit.next(record)) return end_of_file();
+        if (!next()) return end_of_file();
         columns = Columns(record);
         walk.revert();
         continue;
@@ -325,7 +329,7 @@ ReadResult read_records(Unit& unit, const FormatView& format, std::span<const In
         const int first_column = columns.at + 1;
         if (!store_value(values, edit, scale, columns.take(width), width, watch)) {
           result.status = ReadResult::Status::unreadable;
-          result.unreadable = {field, unit.record_number(), first_column, width};
+          result.unreadable = {field, source.record_number, first_column, width};
           return result;
         }
         values.advance();
@@ -361,10 +365,6 @@ void format_free(std::string& text, std::span<const OutputItem> items) {
   }
   out.put('\n');
   out.pass_on();
-}
-
-void stop_at_number_not_finite() {
-  throw RunStop{RunStop::Ending::number_not_finite};
 }
 
 }  // namespace varpre::record_detail

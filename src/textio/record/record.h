@@ -9,15 +9,13 @@
 #include <string_view>
 #include <type_traits>
 
-#include "textio/channel/unit.h"
-#include "textio/findings/findings.h"
-#include "textio/findings/listing.h"
 #include "textio/record/format.h"
 #include "textio/record/items.h"
 #include "textio/record/record_image.h"
 #include "textio/record/text.h"
 
-// The record notation: formatted and free-form output, formatted input.
+// The record notation: formatted and free-form output, formatted input. What reads and writes the files of a
+// run by it is in channel/statement.h and findings/listing.h.
 //
 //   write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, XMOL);
 //   if (!read<"(A8,1X,E10.2)">(NFICON, name, value)) ...
@@ -30,7 +28,7 @@ namespace varpre {
 // A field of a read statement; number 0: none.
 struct FieldPlace {
   int number = 0;  // in the statement, from 1
-  int record = 0;  // of the unit
+  int record = 0;  // of the input
   int column = 0;  // its first column, from 1
   int width = 0;
 };
@@ -51,40 +49,21 @@ struct ReadResult {
   bool is_unreadable() const { return status == Status::unreadable; }
 };
 
-// Reports the unreadable field of a statement, under its name: what stands in its columns, what was expected,
-// and whether the columns look shifted. `consequence` goes on where that sentence ends.
-void report_unreadable(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                       Findings::Severity severity = Findings::Severity::error,
-                       std::string_view consequence = {}, Findings::Site kind = Findings::Site::current());
-
-namespace record_detail {
-void warn_without_point(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                        const Findings::Site& kind);
-void warn_of_gap(Findings& findings, const Unit& unit, const ReadResult& result, std::string_view name,
-                 const Findings::Site& kind);
-}  // namespace record_detail
-
-// Reports what reads without error but was hardly meant, as warnings. name_of(number) is the name of a field.
-template <class NameOf>
-void warn_of_columns(Findings& findings, const Unit& unit, const ReadResult& result, NameOf name_of,
-                     Findings::Site kind = Findings::Site::current()) {
-  if (result.without_point.number > 0) {
-    record_detail::warn_without_point(findings, unit, result, name_of(result.without_point.number), kind);
-  }
-  if (result.digit_in_gap.number > 0) {
-    record_detail::warn_of_gap(findings, unit, result, name_of(result.digit_in_gap.number), kind);
-  }
-}
-
 namespace record_detail {
 
 // Appends the records of one output statement, each ended by a line feed. False, with nothing appended, when
 // `finite_only` is set and an item is a NaN or an infinity.
 bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
                     bool finite_only);
-ReadResult read_records(Unit& unit, const FormatView& format, std::span<const InputItem> items);
+
+// Where a read statement takes its records from: next(from, record) is false when none is left.
+struct RecordSource {
+  void* from;
+  bool (*next)(void* from, std::string_view& record);
+  int record_number;  // of the record before the statement
+};
+ReadResult read_records(RecordSource source, const FormatView& format, std::span<const InputItem> items);
 void format_free(std::string& text, std::span<const OutputItem> items);
-[[noreturn]] void stop_at_number_not_finite();
 
 // Whether a format serves the items: those before the first array or span one by one, the others by kind.
 template <class T>
@@ -142,43 +121,20 @@ bool append_statement(std::string& text, bool finite_only, const Items&... items
   }
 }
 
-}  // namespace record_detail
-
-// Writes one statement: whole records, at the end of the unit. A unit that takes finite numbers only (the
-// store file) stops the run at any other (RunStop, number_not_finite); no record of that statement is written
-// then.
-template <FormatText Text, class... Items>
-void write(Unit& unit, const Items&... items) {
-  if (!record_detail::append_statement<Text>(unit.text, unit.finite_only, items...)) {
-    record_detail::stop_at_number_not_finite();
-  }
-  unit.pass_on();
-}
-
-template <FormatText Text, class... Items>
-void write(Listing& listing, const Items&... items) {
-  record_detail::append_statement<Text>(listing.text, false, items...);
-  listing.pass_on();
-}
-
-// Writes a free-form record: one blank, then the items; texts follow each other directly, between any other
-// two items stands one blank; integers are right-justified in 11 columns.
+// Appends a free-form record.
 template <class... Items>
-void write_free(Listing& listing, const Items&... items) {
-  static_assert(((record_detail::Traits<Items>::kind != ItemKind::real &&
-                  !std::is_same_v<Items, std::optional<int>>)&&...));
-  const auto list = record_detail::describe<const void*>(items...);
-  record_detail::format_free(listing.text, list);
-  listing.pass_on();
+void append_free(std::string& text, const Items&... items) {
+  static_assert(((Traits<Items>::kind != ItemKind::real && !std::is_same_v<Items, std::optional<int>>)&&...));
+  const auto list = describe<const void*>(items...);
+  format_free(text, list);
 }
 
-// Reads one statement from the next record on. Every field up to the end of file or to the first unreadable
-// field has been stored when it returns; the unit stands behind the last record touched.
 template <FormatText Text, class... Items>
-[[nodiscard]] ReadResult read(Unit& unit, Items&&... items) {
-  static_assert(record_detail::items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));
-  const auto list = record_detail::describe<void*>(items...);
-  return record_detail::read_records(unit, Format<Text>::view, list);
+ReadResult read_statement(const RecordSource& source, Items&... items) {
+  static_assert(items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));
+  const auto list = describe<void*>(items...);
+  return read_records(source, Format<Text>::view, list);
 }
 
+}  // namespace record_detail
 }  // namespace varpre

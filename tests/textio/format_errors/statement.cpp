@@ -1,7 +1,7 @@
-#include "textio/record/record.h"
+#include "textio/findings/record_findings.h"
 
 // The items that a STATEMENT may name.
-void statement(varpre::Unit& unit) {
+void statement([[maybe_unused]] varpre::StoreFile& unit, [[maybe_unused]] varpre::Input& input) {
   using namespace varpre;
   [[maybe_unused]] int number = 0;
   [[maybe_unused]] Text<8> name;

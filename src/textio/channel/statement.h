@@ -1,0 +1,31 @@
+#pragma once
+
+#include "textio/channel/input.h"
+#include "textio/channel/run_stop.h"
+#include "textio/channel/store_file.h"
+#include "textio/record/record.h"
+
+// The statements of the record notation on the files of a run.
+namespace varpre {
+
+// Writes one statement: whole records, at the end of the store file. A NaN or an infinity stops the run
+// (RunStop, number_not_finite); no record of that statement is written then.
+template <FormatText Text, class... Items>
+void write(StoreFile& store, const Items&... items) {
+  if (!record_detail::append_statement<Text>(store.text, true, items...)) {
+    throw RunStop{RunStop::Ending::number_not_finite};
+  }
+  store.pass_on();
+}
+
+// Reads one statement from the next record on. Every field up to the end of file or to the first unreadable
+// field has been stored when it returns; the input stands behind the last record touched.
+template <FormatText Text, class... Items>
+[[nodiscard]] ReadResult read(Input& input, Items&&... items) {
+  const auto next = [](void* from, std::string_view& record) {
+    return static_cast<Input*>(from)->next(record);
+  };
+  return record_detail::read_statement<Text>({&input, next, input.record_number()}, items...);
+}
+
+}  // namespace varpre
