@@ -64,6 +64,15 @@ class Sequence {
   // The first stage with an error although the run went on: what it owes the store file is missing there.
   std::string_view incomplete() const { return incomplete_; }
 
+  RunCounts counts() const {
+    return {.gas_species = NGAS,
+            .surface_species = NSURF,
+            .particle_species = NPART,
+            .elements = gas_elements_.NE,
+            .gas_reactions = NR,
+            .surface_reactions = surface_reactions_};
+  }
+
   // Throws RunStop where a check fails.
   void all_stages() {
     write<"('>INPUT DATA FROM PROGRAM VARPRE')">(NFISTO);
@@ -189,6 +198,7 @@ class Sequence {
     const ReactionNames names(all().SYMB);
     Mechanism mechanism;
     const bool LOK = GENMEC(Phase::surface, all(), NSURF, names, {}, NFIMEC, MSGFIL, NFISTO, mechanism);
+    surface_reactions_ = mechanism.NR();
     separator();
     check(LOK);
   }
@@ -258,6 +268,7 @@ class Sequence {
   int NSURF = 0;
   int NPART = 0;
   int NR = 0;  // elementary gas-phase reactions
+  int surface_reactions_ = 0;
   std::unique_ptr<Species> species_ = std::make_unique<Species>();
   Elements gas_elements_;
   Elements surface_elements_;
@@ -321,17 +332,10 @@ RunEnd run_stages(Sequence& sequence, const Files& files, Listing& MSGFIL) {
   return RunEnd::abnormal;
 }
 
-std::string diagnostics(const Files& files, const Sequence& sequence, RunEnd end) {
-  Findings findings = files.listing.findings;
-  warn_of_cut_lines(files.conditions_copy, findings);
-  warn_of_cut_lines(files.mechanism_copy, findings);
-  std::string state = "complete";
-  if (end == RunEnd::abnormal) {
-    state = message("incomplete (ended in ", sequence.stage(), ")");
-  } else if (!sequence.incomplete().empty()) {
-    state = message("incomplete (", sequence.incomplete(), ")");
-  }
-  return findings.render(state);
+std::string store_state(const Sequence& sequence, RunEnd end) {
+  if (end == RunEnd::abnormal) return message("incomplete (ended in ", sequence.stage(), ")");
+  if (!sequence.incomplete().empty()) return message("incomplete (", sequence.incomplete(), ")");
+  return "complete";
 }
 
 }  // namespace
@@ -367,7 +371,10 @@ RunResult run(Files& files) {
   const auto sequence = std::make_unique<Sequence>(files);
   const RunEnd end = run_stages(*sequence, files, files.listing);
   if (end == RunEnd::normal) write_normal_end(files.listing);
-  return {end, diagnostics(files, *sequence, end)};
+  warn_of_cut_lines(files.conditions_copy, files.listing.findings);
+  warn_of_cut_lines(files.mechanism_copy, files.listing.findings);
+  const std::string state = store_state(*sequence, end);
+  return {end, state, sequence->counts(), files.listing.findings.render(state)};
 }
 
 }  // namespace varpre

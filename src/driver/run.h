@@ -38,9 +38,22 @@ struct Files {
 
 enum class RunEnd { normal, abnormal };
 
-// How a run ended.
+// How much the input holds, as far as the run came.
+struct RunCounts {
+  int gas_species = 0;
+  int surface_species = 0;
+  int particle_species = 0;
+  int elements = 0;       // of the gas phase
+  int gas_reactions = 0;  // elementary ones, the reverse ones that were generated included
+  int surface_reactions = 0;
+};
+
+// How a run ended. All findings as data: set `keep_all` of `listing.findings` before the run, and ask it for
+// its `reports` afterwards, while the files of the run are still there.
 struct RunResult {
   RunEnd end = RunEnd::normal;
+  std::string store_state;  // "complete", "incomplete (ended in the options)"
+  RunCounts counts;
   std::string diagnostics;  // for standard error; nothing when there is nothing to say
 };
 

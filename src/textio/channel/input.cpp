@@ -34,6 +34,7 @@ void Input::open() {
 void Input::load() {
   if (file_) text = read_to_end(*file_, name, read_error_);
   file_.reset();
+  lines_ = {};
   rewind();
 }
 
@@ -116,6 +117,7 @@ void Input::begin_copy(const Input& source, std::size_t width) {
   copied_ = 0;
   stretches_.clear();
   read_.clear();
+  lines_ = {};
   cut_records.clear();
   rewind();
 }
@@ -135,17 +137,37 @@ void Input::copy() {
   }
 }
 
-Origin Input::origin(int record) const {
-  if (source_ != nullptr && record == 0) return source_->origin(0);
-  if (record == 0) {
-    const auto lines =
-        std::count(text.begin(), text.end(), '\n') + (text.empty() || text.back() == '\n' ? 0 : 1);
-    return {name, std::max(static_cast<int>(lines), 1), {}};
+int Input::count_lines() const {
+  if (lines_.count == 0) {
+    const auto feeds = std::count(text.begin(), text.end(), '\n');
+    lines_.count = static_cast<int>(feeds) + (text.empty() || text.back() == '\n' ? 0 : 1);
   }
-  // The line before which to begin, and how far it is from there.
+  return std::max(lines_.count, 1);
+}
+
+// A line of this file from which the one asked for is not far.
+Input::Stretch Input::nearest_line(int record) const {
+  constexpr int distance = 64;
+  std::vector<std::size_t>& starts = lines_.starts;
+  if (starts.empty()) starts.push_back(first_record(text));
+  const int before = (record - 1) / distance;
+  while (static_cast<int>(starts.size()) <= before) {
+    std::size_t offset = starts.back();
+    for (int i = 0; i < distance; ++i) line_at(text, offset, offset);
+    starts.push_back(offset);
+  }
+  const int line = before * distance + 1;
+  return {line, line, starts[static_cast<std::size_t>(before)]};
+}
+
+Origin Input::origin(int record) const {
   const Input& file = source_ == nullptr ? *this : *source_;
-  Stretch stretch{1, 1, first_record(file.text)};
-  if (source_ != nullptr) {
+  if (record == 0) return {file.name, file.count_lines(), {}};
+  // The line before which to begin, and how far it is from there.
+  Stretch stretch{};
+  if (source_ == nullptr) {
+    stretch = nearest_line(record);
+  } else {
     stretch = *std::prev(std::upper_bound(stretches_.begin(), stretches_.end(), record,
                                           [](int wanted, const Stretch& r) { return wanted < r.record; }));
   }

@@ -92,6 +92,13 @@ class Input {
     int record_number = 0;      // of the record last read
     std::size_t stretches = 0;  // of a copy: stretches that have begun
   };
+  // The lines of a file that is no copy, as far as somebody has asked for them.
+  struct LineIndex {
+    std::vector<std::size_t> starts;  // of every 64th line, from the first
+    int count = 0;                    // of all lines; 0: not counted yet
+  };
+  int count_lines() const;
+  Stretch nearest_line(int record) const;
   Cursor beginning() const;
   bool advance(Cursor& cursor, std::string_view& record) const;
   bool take(Cursor& cursor, std::string_view& record) const;
@@ -106,6 +113,7 @@ class Input {
   int copied_ = 0;                  // records of a copy
   std::vector<Stretch> stretches_;  // of a copy, in order
   std::vector<bool> read_;          // of a copy, by record
+  mutable LineIndex lines_;
 };
 
 }  // namespace varpre

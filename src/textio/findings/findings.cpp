@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 
 namespace varpre {
 namespace {
@@ -41,7 +43,7 @@ std::string marked_line(std::string_view line, const Place& place) {
   std::replace_if(shown.begin(), shown.end(), is_control, '?');
 
   std::string marks;
-  const int caret = place.caret > 0 ? place.caret : place.column;
+  const int caret = place.column_to_show();
   const int end = std::max(place.column + place.width, caret + 1);
   for (int column = static_cast<int>(first) + 1; column < end; ++column) {
     const auto i = static_cast<std::size_t>(column) - first - 1;
@@ -54,6 +56,21 @@ std::string marked_line(std::string_view line, const Place& place) {
 
 std::string header(const Origin& origin, int column) {
   return message(origin.file, ":", origin.line, ":", column, ": ");
+}
+
+// Of what makes a finding the same as another of its kind.
+std::size_t hash_of(const Place& place, std::string_view what) {
+  std::size_t hash = std::hash<std::string_view>{}(what);
+  const auto mix = [&](std::size_t value) {
+    constexpr std::size_t odd = 0x9E3779B97F4A7C15;
+    hash = (hash ^ value) * odd;
+    hash ^= hash >> 29;
+  };
+  mix(reinterpret_cast<std::uintptr_t>(place.unit));
+  for (const int part : {place.record, place.column, place.width, place.caret}) {
+    mix(static_cast<std::size_t>(part));
+  }
+  return hash;
 }
 
 // Edits (insert, delete, replace, exchange of neighbours) that turn one text into the other.
@@ -99,49 +116,67 @@ Place locate(const Place& record, std::string_view text) {
   return place;
 }
 
-Findings::Kind& Findings::kind_of(const Site& site) {
+std::size_t Findings::kind_of(const Site& site) {
   const auto same = [&](const Kind& kind) {
     return kind.site.line == site.line && std::string_view(kind.site.file) == site.file;
   };
   const auto found = std::find_if(kinds_.begin(), kinds_.end(), same);
-  return found != kinds_.end() ? *found : kinds_.emplace_back(Kind{site, {}, 0});
+  const auto number = static_cast<std::size_t>(found - kinds_.begin());
+  if (found == kinds_.end()) kinds_.push_back({site, {}});
+  return number;
 }
 
-void Findings::add(Severity severity, const Place& place, std::string_view what,
-                   const std::function<std::string()>& help, const Site& site) {
-  if (place.unit == nullptr) return;
-  Kind& kind = kind_of(site);
-  if (!kind.taken.emplace(place, std::hash<std::string_view>{}(what)).second) return;
+Findings::Entry* Findings::add(Severity severity, const Place& place, std::string_view what,
+                               const Site& site) {
+  if (place.unit == nullptr) return nullptr;
+  const std::size_t number = kind_of(site);
+  auto& taken = kinds_[number].taken;
+  if (!taken.insert(hash_of(place, what)).second) return nullptr;
   ++(severity == Severity::error ? errors_ : warnings_);
-  if (kind.taken.size() > most_shown) return;
-
-  const std::string_view word = severity == Severity::error ? "error: " : "warning: ";
-  const Origin origin = place.unit->origin(place.record);
-  std::string text =
-      header(origin, place.caret > 0 ? place.caret : place.column) + std::string(word).append(what) + "\n";
-  if (place.record > 0) text += marked_line(origin.text, place);
-  if (const std::string advice = help(); !advice.empty()) {
-    text.append(margin).append("help: ").append(advice).append("\n");
-  }
-  kind.last_shown = texts_.size();
-  texts_.push_back(std::move(text));
+  const bool shown = taken.size() <= most_shown;
+  if (!shown && !keep_all) return nullptr;
+  return &entries_.emplace_back(Entry{severity, shown, number, place, std::string(what), {}});
 }
 
 std::string Findings::render(std::string_view state) const {
   if (errors_ + warnings_ == 0) return {};
-  std::vector<std::string> texts = texts_;
-  for (const Kind& kind : kinds_) {
-    if (kind.taken.size() <= most_shown) continue;
-    texts[kind.last_shown] +=
-        message(margin, "(", static_cast<int>(kind.taken.size() - most_shown), " more of this kind)\n");
-  }
+  std::vector<std::size_t> shown(kinds_.size());
   std::string all;
-  for (const std::string& text : texts) all += text;
+  for (const Entry& entry : entries_) {
+    if (!entry.shown) continue;
+    const Place& place = entry.place;
+    const Origin origin = place.unit->origin(place.record);
+    all += header(origin, place.column_to_show());
+    all += message(entry.severity == Severity::error ? "error: " : "warning: ", entry.what, "\n");
+    if (place.record > 0) all += marked_line(origin.text, place);
+    if (!entry.help.empty()) all += message(margin, "help: ", entry.help, "\n");
+    const std::size_t more = kinds_[entry.kind].taken.size() - most_shown;
+    if (++shown[entry.kind] == most_shown && more > 0) {
+      all += message(margin, "(", static_cast<int>(more), " more of this kind)\n");
+    }
+  }
   all += "varpre: ";
   if (errors_ > 0) all += counted(errors_, "error");
   if (errors_ > 0 && warnings_ > 0) all += ", ";
   if (warnings_ > 0) all += counted(warnings_, "warning");
   return all + "; store file " + std::string(state) + "\n";
+}
+
+std::vector<FindingReport> Findings::reports() const {
+  std::vector<FindingReport> reports;
+  for (const Entry& entry : entries_) {
+    const Place& place = entry.place;
+    const Origin origin = place.unit->origin(place.record);
+    reports.push_back({.severity = entry.severity,
+                       .file = std::string(origin.file),
+                       .line = origin.line,
+                       .column = place.column,
+                       .width = place.record > 0 ? place.width : 0,
+                       .caret = place.column_to_show(),
+                       .text = entry.what,
+                       .help = entry.help});
+  }
+  return reports;
 }
 
 std::string part_of_message(std::string_view text) {

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <compare>
 #include <concepts>
-#include <functional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <unordered_set>
 #include <vector>
 
 #include "textio/channel/input.h"
@@ -25,7 +22,10 @@ struct Place {
   int width = 1;   // how many
   int caret = 0;   // the column that matters most; 0: the first
 
-  friend auto operator<=>(const Place&, const Place&) = default;  // NOLINT(modernize-use-nullptr)
+  // The column to look at first.
+  int column_to_show() const { return caret > 0 ? caret : column; }
+
+  friend bool operator==(const Place&, const Place&) = default;
 };
 
 // Columns of the record last read from a unit.
@@ -40,11 +40,28 @@ inline Place whole(const Input& unit) {
   return {&unit};
 }
 
+// A finding as plain data, for programs that show findings in their own way.
+struct FindingReport {
+  enum class Severity { error, warning };
+  Severity severity = Severity::error;
+  std::string file;  // as the user knows it
+  int line = 0;      // from 1; of a file as a whole the number of its lines
+  int column = 0;    // first of the columns meant, in bytes from 1
+  int width = 0;     // how many; 0: the file as a whole
+  int caret = 0;     // the column that matters most
+  std::string text;
+  std::string help;  // may be empty
+};
+
 // Collects the findings of a run and renders them, a handful of each kind. Findings are of one kind when the
-// same line of the program reports them; the same one is not taken twice.
+// same line of the program reports them; the same one is not taken twice. What a finding costs does not grow
+// with their number: those that will not be shown are only counted, unless all are to be kept.
+//
+// Places refer to inputs, in which lines are looked up only when findings are shown: the inputs must still be
+// there, unchanged, when `render` or `reports` is called.
 class Findings {
  public:
-  enum class Severity { error, warning };
+  using Severity = FindingReport::Severity;
 
   // A line of the program: of the caller, as a default argument.
   struct Site {
@@ -56,32 +73,36 @@ class Findings {
     }
   };
 
+  // To be set before the run: `reports` tells all findings, not only those that are shown.
+  bool keep_all = false;
+
   // `what`: lower case, one sentence, no full stop, to be understood without its surroundings. `help`: what
   // was expected or probably meant, may be empty; or a function that tells it, called only when it will be
   // shown.
   void error(const Place& place, std::string_view what, std::string_view help = {},
              Site kind = Site::current()) {
-    add(
-        Severity::error, place, what, [&] { return std::string(help); }, kind);
+    report(Severity::error, place, what, help, kind);
   }
   void warning(const Place& place, std::string_view what, std::string_view help = {},
                Site kind = Site::current()) {
-    add(
-        Severity::warning, place, what, [&] { return std::string(help); }, kind);
+    report(Severity::warning, place, what, help, kind);
+  }
+  template <std::invocable Help>
+  void error(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
+    report(Severity::error, place, what, help, kind);
+  }
+  template <std::invocable Help>
+  void warning(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
+    report(Severity::warning, place, what, help, kind);
   }
   // An error or a warning, as the caller must find out first.
   void report(Severity severity, const Place& place, std::string_view what, std::string_view help,
               Site kind) {
-    add(
-        severity, place, what, [&] { return std::string(help); }, kind);
+    if (Entry* const entry = add(severity, place, what, kind)) entry->help = help;
   }
   template <std::invocable Help>
-  void error(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
-    add(Severity::error, place, what, help, kind);
-  }
-  template <std::invocable Help>
-  void warning(const Place& place, std::string_view what, Help help, Site kind = Site::current()) {
-    add(Severity::warning, place, what, help, kind);
+  void report(Severity severity, const Place& place, std::string_view what, Help help, Site kind) {
+    if (Entry* const entry = add(severity, place, what, kind)) entry->help = help();
   }
 
   int errors() const { return errors_; }
@@ -90,22 +111,31 @@ class Findings {
   // All findings as text for standard error, or nothing when there are none; `state` of the store file ends
   // the last line.
   std::string render(std::string_view state) const;
+  // The findings in the order in which they came: all with `keep_all`, else those that `render` shows.
+  std::vector<FindingReport> reports() const;
 
  private:
   struct Kind {
     Site site;
-    std::set<std::pair<Place, std::size_t>> taken;  // place and hash of the text
-    std::size_t last_shown = 0;                     // in texts_
+    std::unordered_set<std::size_t> taken;  // hashes of place and text
+  };
+  struct Entry {
+    Severity severity;
+    bool shown;
+    std::size_t kind;  // in kinds_
+    Place place;
+    std::string what;
+    std::string help;
   };
 
-  void add(Severity severity, const Place& place, std::string_view what,
-           const std::function<std::string()>& help, const Site& site);
-  Kind& kind_of(const Site& site);
+  // Where to put the help of a finding; none for one that was taken already, or is only counted.
+  Entry* add(Severity severity, const Place& place, std::string_view what, const Site& site);
+  std::size_t kind_of(const Site& site);
 
   int errors_ = 0;
   int warnings_ = 0;
   std::vector<Kind> kinds_;
-  std::vector<std::string> texts_;
+  std::vector<Entry> entries_;
 };
 
 // Joins the parts of a message: texts (a Text<N> without its padding), integers, reals in their shortest
