@@ -240,7 +240,6 @@ struct Prepared {
   }
 
   bool read_mechanism() {
-    files.mechanism_copy.rewind();
     StoreFile store;
     return varpre::GENMEC(varpre::Phase::gas, view, 0, varpre::ReactionNames(view.SYMB), {},
                           files.mechanism_copy, listing, store, mechanism);

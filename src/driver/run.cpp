@@ -187,7 +187,11 @@ class Sequence {
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
     NR = mechanism.NR();
     if (LOK) begin("the collision efficiencies");
-    LOK = LOK && GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+    if (LOK) {
+      const CollisionEfficiencies efficiencies = GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+      LOK = efficiencies.LOK;
+      last_of_efficiencies_ = efficiencies.last_record;
+    }
     separator();
     check(LOK);
   }
@@ -197,7 +201,8 @@ class Sequence {
     if (NSURF == 0) return;
     const ReactionNames names(all().SYMB);
     Mechanism mechanism;
-    const bool LOK = GENMEC(Phase::surface, all(), NSURF, names, {}, NFIMEC, MSGFIL, NFISTO, mechanism);
+    const MechanismOptions options{.behind_record = last_of_efficiencies_};
+    const bool LOK = GENMEC(Phase::surface, all(), NSURF, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
     surface_reactions_ = mechanism.NR();
     separator();
     check(LOK);
@@ -267,7 +272,8 @@ class Sequence {
   int NGAS = 0;
   int NSURF = 0;
   int NPART = 0;
-  int NR = 0;  // elementary gas-phase reactions
+  int NR = 0;                     // elementary gas-phase reactions
+  int last_of_efficiencies_ = 0;  // record of the mechanism file behind which the surface mechanism stands
   int surface_reactions_ = 0;
   std::unique_ptr<Species> species_ = std::make_unique<Species>();
   Elements gas_elements_;

@@ -7,12 +7,13 @@
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
+#include "textio/record/numbered.h"
 #include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
 
-constexpr std::size_t most_species = 15;  // of one block
+constexpr int most_species = 15;  // of one block
 constexpr std::string_view delimiter_characters = "=+";
 constexpr NameLimits limits{.LSYM = 50, .LDEL = 1};
 
@@ -21,40 +22,40 @@ struct Block {
   SpeciesName name;
   std::array<SpeciesName, most_species> species;
   std::array<double, most_species> efficiencies{};
-  std::size_t count = 0;  // species
-  Place line;             // its first record
+  int count = 0;  // species
+  Place line;     // its first record
 };
 
 // Efficiency rows of the third bodies 1..NCOLL over the species 1..NS.
 class Efficiencies {
  public:
-  Efficiencies(int NCOLL, int NS)
-      : NS_(static_cast<std::size_t>(NS)), values_(static_cast<std::size_t>(NCOLL) * NS_, 0.0) {
-    std::fill_n(values_.begin(), NS_, 1.0);
+  Efficiencies(int NCOLL, int NS, double value) : rows_(static_cast<std::size_t>(NCOLL)) {
+    for (auto& row : rows_) row.assign(static_cast<std::size_t>(NS), value);
+    if (!rows_.empty()) rows_.front().assign(static_cast<std::size_t>(NS), 1.0);
   }
-  std::span<double> row(int c) {
-    return std::span(values_).subspan(static_cast<std::size_t>(c - 1) * NS_, NS_);
-  }
-  void fill(double value) { std::fill(values_.begin(), values_.end(), value); }
+  std::span<double> row(int c) { return at(rows_, c); }
 
  private:
-  std::size_t NS_;
-  std::vector<double> values_;
+  std::vector<std::vector<double>> rows_;
 };
 
-// Stands behind the heading and looks at the next record: false when either is missing.
-bool find_heading(Input& input, bool& troe) {
-  std::string_view record;
-  if (!find_section(sections::efficiencies, input) || !input.peek(record)) return false;
-  troe = EQUSYM(4, record, "TROE");
-  if (troe) input.next(record);
-  return true;
-}
+// The section as it is found: its unit, heading, and whether the record TROE makes every efficiency 1 that is
+// not given.
+struct Table {
+  Input* input = nullptr;
+  Place heading;
+  bool troe = false;
+};
 
-Input* find_heading_in_either(Input& NFIMEC, Input& NFICON, bool& troe) {
-  if (find_heading(NFIMEC, troe)) return &NFIMEC;
-  if (find_heading(NFICON, troe)) return &NFICON;
-  return nullptr;
+// Stands behind the heading and a record TROE; false when the heading, or any record behind it, is missing.
+bool find_heading(Input& input, Table& table) {
+  if (!find_section(sections::efficiencies, input)) return false;
+  table = {&input, heading_place(sections::efficiencies, input)};
+  std::string_view record;
+  if (!input.peek(record)) return false;
+  table.troe = EQUSYM(4, record, "TROE");
+  if (table.troe) input.next(record);
+  return true;
 }
 
 bool fail_without_end(const Place& section, Listing& MSGFIL) {
@@ -65,20 +66,21 @@ bool fail_without_end(const Place& section, Listing& MSGFIL) {
 
 // Warns of efficiencies beyond column 80, which is all of the ninth species and those behind it.
 void warn_of_lost_efficiencies(const Block& block, Input& unit, Findings& findings) {
-  constexpr std::size_t species_in_80_columns = 8;
+  constexpr int species_in_80_columns = 8;
   if (block.count <= species_in_80_columns) return;
   if (unit.cut_records.erase(unit.record_number()) == 0) return;  // this says all there is to say of the cut
   findings.warning(here(unit, 81, 8),
                    message("text beyond column 80 is not read: the efficiencies count as 0 from ",
-                           block.species[species_in_80_columns], " on"),
+                           at(block.species, species_in_80_columns + 1), " on"),
                    "a second definition of the same third body can name further species");
 }
 
 // Reads the two records of a block, or the END record (`end`); false after the message.
-bool read_block(Input& unit, const Place& section, Block& block, bool& end, Listing& MSGFIL) {
+bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
+  Input& unit = *table.input;
   Line line;
   block = {};
-  if (!read<"(A)">(unit, line)) return fail_without_end(section, MSGFIL);
+  if (!read<"(A)">(unit, line)) return fail_without_end(table.heading, MSGFIL);
   block.name = line.first(8);
   block.line = here(unit, 1, 8);
   end = EQUSYM(3, line.view(), "END");
@@ -96,7 +98,7 @@ bool read_block(Input& unit, const Place& section, Block& block, bool& end, List
     throw RunStop{};
   }
   for (int k = 1; k < list.NSYM; ++k) {
-    const SpeciesName name(list.SYMS[static_cast<std::size_t>(k)]);
+    const SpeciesName name(at(list.SYMS, k + 1));
     if (name.blank()) continue;  // behind two delimiters at the end of the line
     if (block.count == most_species) {
       write<"('1',5X,'ERROR: more than 15 species for third body : ',A)">(MSGFIL, block.name);
@@ -105,14 +107,14 @@ bool read_block(Input& unit, const Place& section, Block& block, bool& end, List
                             "a second definition of the same third body can name further species");
       return false;
     }
-    block.species[block.count++] = name;
+    at(block.species, ++block.count) = name;
   }
 
   const ReadResult result = read<"(9X,15(F8.3,1X))">(unit, block.efficiencies);
-  if (result.end_of_file()) return fail_without_end(section, MSGFIL);
+  if (result.end_of_file()) return fail_without_end(table.heading, MSGFIL);
   const auto name_of = [&](int number) {
-    const auto k = static_cast<std::size_t>(number - 1);
-    return k < block.count ? message("the efficiency of ", block.species[k]) : message("efficiency ", number);
+    return number <= block.count ? message("the efficiency of ", at(block.species, number))
+                                 : message("efficiency ", number);
   };
   if (result) {
     warn_of_columns(MSGFIL.findings, unit, result, name_of);
@@ -127,7 +129,7 @@ bool read_block(Input& unit, const Place& section, Block& block, bool& end, List
 // The third body 2..NCOLL of a name; 0 when there is none.
 int third_body(const SpeciesName& name, int NCOLL) {
   for (int c = 2; c <= NCOLL; ++c) {
-    if (EQUSYM(8, name.view(), MCOLLI[static_cast<std::size_t>(c - 1)])) return c;
+    if (EQUSYM(8, name.view(), at(MCOLLI, c))) return c;
   }
   return 0;
 }
@@ -139,13 +141,13 @@ bool names_all_states(const SpeciesName& name) {
 
 void set_efficiencies(const Block& block, const ReactionNames& names, std::span<double> row,
                       Listing& MSGFIL) {
-  for (std::size_t k = 0; k < block.count; ++k) {
-    const SpeciesName& name = block.species[k];
+  for (int k = 1; k <= block.count; ++k) {
+    const SpeciesName& name = at(block.species, k);
     const int compared = names_all_states(name) ? 4 : 8;
     bool found = false;
     for (int s = 1; s <= names.NS(); ++s) {
       if (!EQUSYM(compared, name.view(), names[s].view())) continue;
-      row[static_cast<std::size_t>(s - 1)] = block.efficiencies[k];
+      at(row, s) = at(block.efficiencies, k);
       found = true;
     }
     if (found) continue;
@@ -162,39 +164,70 @@ std::size_t longest_name(std::span<const SpeciesName> names) {
   return longest;
 }
 
-// Lists a definition, four species to a record, their names in the width of the longest of the species list.
-void list_block(const Block& block, std::size_t name_width, Listing& MSGFIL) {
+// Lists a definition of a third body under its name in the list of partners, four species to a record, their
+// names in the width of the longest of the species list.
+void list_block(const Block& block, int third_body, std::size_t name_width, Listing& MSGFIL) {
   constexpr RealEdit F9_3{.width = 9, .digits = 3, .scale = 0};
-  constexpr std::size_t pairs_per_record = 4;
-  for (std::size_t k = 0; k == 0 || k < block.count; k += pairs_per_record) {
+  constexpr int pairs_per_record = 4;
+  for (int k = 0; k == 0 || k < block.count; k += pairs_per_record) {
     std::string pairs;
-    for (std::size_t i = k; i < std::min(k + pairs_per_record, block.count); ++i) {
+    for (int i = k + 1; i <= std::min(k + pairs_per_record, block.count); ++i) {
       std::array<char, F9_3.width> efficiency;
-      edit_fixed(efficiency.data(), F9_3, block.efficiencies[i]);
+      edit_fixed(efficiency.data(), F9_3, at(block.efficiencies, i));
       pairs.append("+").append(efficiency.data(), efficiency.size()).append(" ");
-      pairs.append(block.species[i].first(name_width));
+      pairs.append(at(block.species, i).first(name_width));
     }
     if (k == 0) {
-      write<"(' ',7X,A,' = ',A)">(MSGFIL, block.name, std::string_view(pairs));
+      write<"(' ',7X,A,' = ',A)">(MSGFIL, partner_name(third_body), std::string_view(pairs));
     } else {
       write<"(19X,A)">(MSGFIL, std::string_view(pairs));
     }
   }
 }
 
-// Checks definitions against the mechanism, third body by third body; false after the message.
-bool check_definitions(const Mechanism& mechanism, std::span<const Place> defined, const Place& section,
+// What the definitions of a table give: the efficiencies, and which third bodies they define.
+struct Definitions {
+  Efficiencies EFF;
+  std::array<Place, partner_count> line{};  // the last definition of each
+  int count = 0;
+};
+
+// Reads all definitions and lists them; false after the message.
+bool read_definitions(const Table& table, const ReactionNames& names, int NCOLL, Definitions& definitions,
+                      Listing& MSGFIL) {
+  const std::size_t name_width = longest_name(names.species());
+  for (Block block;; ++definitions.count) {
+    bool end = false;
+    if (!read_block(table, block, end, MSGFIL)) return false;
+    if (end) return true;
+    const int c = third_body(block.name, NCOLL);
+    if (c == 0) {
+      write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
+      MSGFIL.findings.error(block.line,
+                            message("'", block.name, "' is no third body that can be defined here"),
+                            message("columns 1-8 hold one of ", partner_name(2), " to ", partner_name(NCOLL),
+                                    ", the last one that the mechanism uses"));
+      return false;
+    }
+    at(definitions.line, c) = block.line;
+    set_efficiencies(block, names, definitions.EFF.row(c), MSGFIL);
+    list_block(block, c, name_width, MSGFIL);
+  }
+}
+
+// Checks the definitions against the mechanism, third body by third body; false after the message.
+bool check_definitions(const Mechanism& mechanism, const Definitions& definitions, const Place& heading,
                        Listing& MSGFIL) {
-  for (std::size_t c = 1; c < static_cast<std::size_t>(mechanism.NCOLL); ++c) {
-    const SpeciesName partner(MCOLLI[c]);
-    const bool is_defined = defined[c].unit != nullptr;
-    if (is_defined && !mechanism.used[c]) {
-      MSGFIL.findings.warning(defined[c],
-                              message("third body ", partner, " is defined, but no reaction uses it"));
+  for (int c = 2; c <= mechanism.NCOLL; ++c) {
+    const SpeciesName partner = partner_name(c);
+    const Place& line = at(definitions.line, c);
+    const bool defined = line.unit != nullptr;
+    if (defined && !at(mechanism.used, c)) {
+      MSGFIL.findings.warning(line, message("third body ", partner, " is defined, but no reaction uses it"));
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
-    } else if (!is_defined && mechanism.used[c]) {
+    } else if (!defined && at(mechanism.used, c)) {
       MSGFIL.findings.error(
-          section, message("third body ", partner, " is used in the mechanism, but not defined here"),
+          heading, message("third body ", partner, " is used in the mechanism, but not defined here"),
           message("every third body but M needs a definition, if only ", partner, " = with no species"));
       write<"('1',5X,'ERROR: ',A,' referenced in mechanism, but not defined')">(MSGFIL, partner);
       return false;
@@ -203,65 +236,51 @@ bool check_definitions(const Mechanism& mechanism, std::span<const Place> define
   return true;
 }
 
-}  // namespace
+bool check_room(int NCOLL, int NS, const Input& NFIMEC, Listing& MSGFIL) {
+  if (NCOLL * NS <= NEFMAX) return true;
+  write<"('1',5X,'ERROR: collision efficiencies exceed ',I5,' places')">(MSGFIL, NEFMAX);
+  MSGFIL.findings.error(whole(NFIMEC),
+                        message(NCOLL, " third bodies for ", NS, " species need ", NCOLL * NS,
+                                " efficiencies; there is room for ", NEFMAX),
+                        "the highest third body that the mechanism uses decides, not their number");
+  return false;
+}
 
-bool GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
-            Listing& MSGFIL, StoreFile& NFISTO) {
+bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
+                Listing& MSGFIL, StoreFile& NFISTO) {
   const int NCOLL = mechanism.NCOLL;
-  if (NCOLL * names.NS() > NEFMAX) {
-    write<"('1',5X,'ERROR: collision efficiencies exceed ',I5,' places')">(MSGFIL, NEFMAX);
-    MSGFIL.findings.error(whole(NFIMEC),
-                          message(NCOLL, " third bodies for ", names.NS(), " species need ",
-                                  NCOLL * names.NS(), " efficiencies; there is room for ", NEFMAX),
-                          "the highest third body that the mechanism uses decides, not their number");
-    return false;
-  }
-  bool troe = false;
-  Input* const unit = find_heading_in_either(NFIMEC, NFICON, troe);
-  if (unit == nullptr) {
+  if (!check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
+  Table table;
+  if (!find_heading(NFIMEC, table) && !find_heading(NFICON, table)) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
     report_missing(sections::efficiencies, NFIMEC, MSGFIL.findings,
                    message(", here or in ", NFICON.origin(0).file));
     return false;
   }
+  Definitions definitions{.EFF = Efficiencies(NCOLL, names.NS(), table.troe ? 1.0 : 0.0)};
+  if (!read_definitions(table, names, NCOLL, definitions, MSGFIL)) return false;
 
-  const Place section = {unit, unit->record_number() - (troe ? 1 : 0), 1, 4};
-  Efficiencies EFF(NCOLL, names.NS());
-  if (troe) EFF.fill(1.0);
-  const std::size_t name_width = longest_name(names.species());
-  std::array<Place, partner_count> defined{};  // the last definition of each
-  int blocks = 0;
-  for (Block block;; ++blocks) {
-    bool end = false;
-    if (!read_block(*unit, section, block, end, MSGFIL)) return false;
-    if (end) break;
-    const int c = third_body(block.name, NCOLL);
-    if (c == 0) {
-      write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
-      MSGFIL.findings.error(
-          block.line, message("'", block.name, "' is no third body that can be defined here"),
-          message("columns 1-8 hold one of ", MCOLLI[1], " to ", MCOLLI[static_cast<std::size_t>(NCOLL - 1)],
-                  ", the last one that the mechanism uses"));
-      return false;
-    }
-    defined[static_cast<std::size_t>(c - 1)] = block.line;
-    set_efficiencies(block, names, EFF.row(c), MSGFIL);
-    list_block(block, name_width, MSGFIL);
-  }
-
-  const SpeciesName M(MCOLLI[0]);
-  if (mechanism.used[0]) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
-  if (!check_definitions(mechanism, defined, section, MSGFIL)) return false;
-  if (blocks == 0) {
+  const SpeciesName M = partner_name(1);
+  if (at(mechanism.used, 1)) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
+  if (!check_definitions(mechanism, definitions, table.heading, MSGFIL)) return false;
+  if (definitions.count == 0) {
     write<"(' ',7X,' no additional third bodies defined besides ',A)">(MSGFIL, M);
   } else {
-    write<"(' ',7X,'NM = ',I3,' additional third bodies defined ','(besides ',A,')')">(MSGFIL, blocks, M);
+    write<"(' ',7X,'NM = ',I3,' additional third bodies defined ','(besides ',A,')')">(MSGFIL,
+                                                                                       definitions.count, M);
   }
   for (int c = 1; c <= NCOLL; ++c) {
-    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, SpeciesName(MCOLLI[static_cast<std::size_t>(c - 1)]),
-                                           EFF.row(c));
+    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, partner_name(c), definitions.EFF.row(c));
   }
   return true;
+}
+
+}  // namespace
+
+CollisionEfficiencies GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC,
+                             Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
+  const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+  return {LOK, NFIMEC.record_number()};
 }
 
 }  // namespace varpre

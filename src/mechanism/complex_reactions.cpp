@@ -1,18 +1,17 @@
 #include "mechanism/complex_reactions.h"
 
-#include <algorithm>
 #include <cmath>
 #include <vector>
 
+#include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
-#include "textio/names/scanning.h"
 #include "thermo/sections.h"
 
 namespace varpre {
 namespace {
 
-constexpr std::size_t half = 3;  // slots 1..3 are reactants, 4..6 products
+constexpr int half = 3;  // slots 1..3 are reactants, 4..6 products
 
 struct ComplexReaction {
   std::array<Text<1>, 2 * half> mark;    // listed only
@@ -26,15 +25,19 @@ struct ComplexReaction {
   Place line;                          // its first record
 };
 
-// `count` slots of a reaction from `first` on, in the order in which a record holds them.
-auto slots(ComplexReaction& r, std::size_t first, std::size_t count) {
-  const auto part = [&](auto& array) { return std::span(array).subspan(first, count); };
+// `count` slots of a reaction behind the first `before`, in the order in which a record holds them.
+auto slots(ComplexReaction& r, int before, int count) {
+  const auto part = [&](auto& array) {
+    return first(array, before + count).subspan(first(array, before).size());
+  };
   return zip(part(r.mark), part(r.STOBR), part(r.name), part(r.ORD));
 }
 
-std::size_t filled_slots(const ComplexReaction& r, std::size_t first) {
-  const auto slot = r.STOBR.begin() + static_cast<std::ptrdiff_t>(first);
-  return static_cast<std::size_t>(std::count_if(slot, slot + half, [](double x) { return x != 0; }));
+// Of the reactants (0 before them) or the products (3 before them).
+int filled_slots(const ComplexReaction& r, int before) {
+  int count = 0;
+  for (int m = before + 1; m <= before + half; ++m) count += at(r.STOBR, m) != 0 ? 1 : 0;
+  return count;
 }
 
 // Reads the two records of a reaction; false, after the finding, when one is missing or cannot be read.
@@ -67,28 +70,46 @@ void list_reaction(int number, ComplexReaction& r, Listing& MSGFIL) {
                                                                                              r.TBR, r.EBR);
 }
 
+// Whether the columns of the store file take a coefficient or an order.
+bool fits_F6_3(double value) {
+  return value > -9.9995 && value < 99.9995;
+}
+
+// The record and the columns of a slot.
+Place place_of(const ComplexReaction& r, int m) {
+  Place place = r.line;
+  place.record += m <= half ? 0 : 1;
+  place.column = 1 + 19 * ((m - 1) % half);
+  place.width = 18;
+  return place;
+}
+
 // Numbers of the named species; of equal names in SYMB the last. False, after the finding, at a name that is
 // not there.
 bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findings& findings) {
-  for (std::size_t m = 0; m < r.name.size(); ++m) {
-    for (std::size_t k = 0; k < SYMB.size(); ++k) {
-      if (EQUSYM(8, r.name[m].view(), SYMB[k].view())) r.NUMS[m] = static_cast<int>(k) + 1;
-    }
-    if (r.NUMS[m] > 99) {
-      findings.warning(r.line,
-                       message("the number ", r.NUMS[m], " of species '", r.name[m],
-                               "' does not fit the two columns of the store file"),
-                       "species of complex reactions must be among the first 99 of the list");
-    }
-    if (r.NUMS[m] != 0 || r.name[m].blank()) continue;
-    Place place = r.line;
-    place.record += m < half ? 0 : 1;
-    findings.error(locate(place, r.name[m].view()),
-                   message("unknown species '", r.name[m], "' in a complex reaction"),
-                   Nearest(r.name[m].view()).offer_all(SYMB).help());
+  for (int m = 1; m <= 2 * half; ++m) {
+    const SpeciesName& name = at(r.name, m);
+    const int number = last_of_name(SYMB, name);
+    at(r.NUMS, m) = number;
+    if (number != 0 || name.blank()) continue;
+    report_unknown_name(place_of(r, m), name, SYMB, " in a complex reaction", findings);
     return false;
   }
   return true;
+}
+
+// Reports what the columns of the store file cannot hold: F6.3 for coefficients and orders, I2 for numbers.
+void report_asterisks(const ComplexReaction& r, Findings& findings) {
+  for (int m = 1; m <= 2 * half; ++m) {
+    const auto report = [&](std::string_view what, double value) {
+      findings.error(
+          place_of(r, m), message(what, " of ", value, " does not fit the store file, which has asterisks"),
+          "coefficients and orders are less than 100, species are among the first 99 of the lists");
+    };
+    if (at(r.NUMS, m) > 99) report("the species number", at(r.NUMS, m));
+    if (!fits_F6_3(at(r.STOBR, m))) report("the coefficient", at(r.STOBR, m));
+    if (!fits_F6_3(at(r.ORD, m))) report("the order", at(r.ORD, m));
+  }
 }
 
 void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
@@ -100,6 +121,45 @@ void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
   write<"(' ABR,TBR,EBR',5(1PE11.4,1X))">(NFISTO, ABR, r.TBR, r.EBR);
 }
 
+bool read_all(std::span<ComplexReaction> reactions, Input& NFIMEC, Listing& MSGFIL) {
+  for (int i = 1; i <= count_of(reactions); ++i) {
+    if (read_reaction(NFIMEC, at(reactions, i), MSGFIL.findings)) continue;
+    write<"('1',5X,'ERROR: unreadable complex reaction ',I2)">(MSGFIL, i);
+    return false;
+  }
+  return true;
+}
+
+bool list_all(std::span<ComplexReaction> reactions, int NR, bool reactants_optional, Listing& MSGFIL) {
+  for (int i = 1; i <= count_of(reactions); ++i) {
+    ComplexReaction& r = at(reactions, i);
+    if (!reactants_optional && filled_slots(r, 0) == 0) {
+      write<"('1',5X,'ERROR: Wrong entry in complex reaction ',I2)">(MSGFIL, i);
+      MSGFIL.findings.error(r.line, "the complex reaction has no reactants",
+                            "each reactant has its coefficient in columns 2-5, 21-24 or 40-43");
+      return false;
+    }
+    list_reaction(NR + i, r, MSGFIL);
+    r.EBR = 1000 * r.EBR;
+  }
+  return true;
+}
+
+// No reaction is written before the names of all are resolved.
+bool write_all(std::span<ComplexReaction> reactions, std::span<const SpeciesName> SYMB, Listing& MSGFIL,
+               StoreFile& NFISTO) {
+  for (int i = 1; i <= count_of(reactions); ++i) {
+    if (resolve_names(SYMB, at(reactions, i), MSGFIL.findings)) continue;
+    write<"('1',5X,'ERROR: Wrong entry in complex reaction no.',I2)">(MSGFIL, i);
+    return false;
+  }
+  for (const ComplexReaction& r : reactions) {
+    report_asterisks(r, MSGFIL.findings);
+    write_reaction(r, NFISTO);
+  }
+  return true;
+}
+
 }  // namespace
 
 bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
@@ -107,13 +167,17 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   int NBRUT = 0;
   if (!find_section(sections::complex_reactions, NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
-  } else if (!read<"(I4)">(NFIMEC, NBRUT) || NBRUT < 0) {
+  } else if (!read<"(I4)">(NFIMEC, NBRUT)) {
     write<"('1',5X,'ERROR: unreadable number of complex reactions')">(MSGFIL);
     MSGFIL.findings.error(here(NFIMEC, 1, 4), "the number of complex reactions is due here",
                           message("columns 1-4 hold a number from 0 to ", MNCRE));
     return false;
   }
   write<"(I5,' COMPLEX REACTIONS')">(NFISTO, NBRUT);
+  if (NBRUT < 0) {
+    MSGFIL.findings.warning(here(NFIMEC, 1, 4), "the number of complex reactions is negative: none is read");
+    return true;
+  }
   if (NBRUT > MNCRE) {
     write_free(MSGFIL, Text<36>(" Too many complex reactions, NBRUT ("), NBRUT, Text<11>(") > MNCRE ("),
                MNCRE, Text<1>(")"));
@@ -123,41 +187,8 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   }
 
   std::vector<ComplexReaction> reactions(static_cast<std::size_t>(NBRUT));
-  const auto for_each = [&](auto action) {
-    for (int i = 1; i <= NBRUT; ++i) {
-      if (!action(i, reactions[static_cast<std::size_t>(i - 1)])) return false;
-    }
-    return true;
-  };
-  const bool read_all = for_each([&](int i, ComplexReaction& r) {
-    if (read_reaction(NFIMEC, r, MSGFIL.findings)) return true;
-    write<"('1',5X,'ERROR: unreadable complex reaction ',I2)">(MSGFIL, i);
-    return false;
-  });
-  if (!read_all) return false;
-
-  const bool listed_all = for_each([&](int i, ComplexReaction& r) {
-    if (!reactants_optional && filled_slots(r, 0) == 0) {
-      write<"('1',5X,'ERROR: Wrong entry in complex reaction ',I2)">(MSGFIL, i);
-      MSGFIL.findings.error(r.line, "the complex reaction has no reactants",
-                            "each reactant has its coefficient in columns 2-5, 21-24 or 40-43");
-      return false;
-    }
-    list_reaction(NR + i, r, MSGFIL);
-    r.EBR = 1000 * r.EBR;
-    return true;
-  });
-  if (!listed_all) return false;
-
-  const bool resolved_all = for_each([&](int i, ComplexReaction& r) {
-    if (resolve_names(SYMB, r, MSGFIL.findings)) return true;
-    write<"('1',5X,'ERROR: Wrong entry in complex reaction no.',I2)">(MSGFIL, i);
-    return false;
-  });
-  if (!resolved_all) return false;
-
-  for (const ComplexReaction& r : reactions) write_reaction(r, NFISTO);
-  return true;
+  return read_all(reactions, NFIMEC, MSGFIL) && list_all(reactions, NR, reactants_optional, MSGFIL) &&
+         write_all(reactions, SYMB, MSGFIL, NFISTO);
 }
 
 }  // namespace varpre

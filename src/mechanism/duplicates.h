@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mechanism/reaction.h"
+#include "textio/record/numbered.h"
 
 namespace varpre {
 
@@ -14,31 +15,26 @@ namespace varpre {
 class Duplicates {
  public:
   explicit Duplicates(int most_reactions)
-      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0),
-        next_(1, 0),
-        last_(1, 0) {}
+      : first_(std::bit_ceil(2 * static_cast<std::size_t>(most_reactions) + 2), 0) {}
 
   // Adds the last of the reactions and visits the numbers of all earlier equal ones in order.
   template <class Visit>
   void add(std::span<const Reaction> reactions, Visit visit) {
-    const int number = static_cast<int>(reactions.size());
+    const int number = count_of(reactions);
     next_.push_back(0);
     last_.push_back(number);
-    const auto vector_of = [&](int k) -> const SpeciesVector& {
-      return reactions[static_cast<std::size_t>(k - 1)].MAT;
-    };
-    const SpeciesVector& MAT = vector_of(number);
+    const SpeciesVector& MAT = reactions.back().MAT;
     const std::size_t mask = first_.size() - 1;
-    std::size_t at = hash(MAT) & mask;
-    while (first_[at] != 0 && vector_of(first_[at]) != MAT) at = (at + 1) & mask;
-    if (first_[at] == 0) {
-      first_[at] = number;
+    std::size_t place = hash(MAT) & mask;
+    while (first_[place] != 0 && at(reactions, first_[place]).MAT != MAT) place = (place + 1) & mask;
+    const int first = first_[place];
+    if (first == 0) {
+      first_[place] = number;
       return;
     }
-    for (int k = first_[at]; k != 0; k = next_[static_cast<std::size_t>(k)]) visit(k);
-    int& last = last_[static_cast<std::size_t>(first_[at])];
-    next_[static_cast<std::size_t>(last)] = number;
-    last = number;
+    for (int k = first; k != 0; k = at(next_, k)) visit(k);
+    at(next_, at(last_, first)) = number;
+    at(last_, first) = number;
   }
 
  private:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "mechanism/reverse_reaction.h"
 #include "textio/names/scanning.h"
 #include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
@@ -12,11 +13,11 @@ namespace varpre {
 
 ElementBalance::ElementBalance(std::span<const ElementFields> species) {
   const auto number_of = [&](const ElementSymbol& symbol) {
-    for (std::size_t i = 0; i < symbols_.size(); ++i) {
-      if (EQUSYM(2, symbols_[i].view(), symbol.view())) return static_cast<int>(i);
+    for (int e = 1; e <= count_of(symbols_); ++e) {
+      if (EQUSYM(2, at(symbols_, e).view(), symbol.view())) return e;
     }
     symbols_.push_back(symbol);
-    return static_cast<int>(symbols_.size()) - 1;
+    return count_of(symbols_);
   };
   for (const ElementFields& fields : species) {
     Atoms atoms;
@@ -32,66 +33,53 @@ ElementBalance::ElementBalance(std::span<const ElementFields> species) {
   }
 }
 
-void ElementBalance::check(Phase phase, const Reaction& reaction, Findings& findings) const {
-  const auto MAXE = static_cast<std::size_t>(most_educts(phase));
-  std::array<int, 96> net{};  // a phase has some ten elements, its database entries at most a few more
-  if (symbols_.size() > net.size()) return;
-  const auto visit = [&](auto action) {
-    for (std::size_t slot = 0; slot < 2 * MAXE; ++slot) {
-      const int number = reaction.MAT[slot];
-      if (number < 1 || number > static_cast<int>(species_.size())) continue;
-      const Atoms& atoms = species_[static_cast<std::size_t>(number - 1)];
-      for (std::size_t j = 0; j < atoms.count.size(); ++j) {
-        if (atoms.count[j] != 0) action(atoms.element[j], atoms.count[j], slot < MAXE);
-      }
+void ElementBalance::check(const Phase& phase, const Reaction& reaction, Findings& findings) const {
+  std::array<int, 96> left{};  // a phase has some ten elements, its database entries at most a few more
+  std::array<int, 96> right{};
+  if (symbols_.size() > left.size()) return;
+  phase.for_each(reaction.MAT, [&](int number, int sign) {
+    if (number > count_of(species_)) return;
+    const Atoms& atoms = at(species_, number);
+    for (std::size_t j = 0; j < atoms.count.size(); ++j) {
+      if (atoms.count[j] != 0) at(sign < 0 ? left : right, atoms.element[j]) += atoms.count[j];
     }
-  };
-  visit([&](int element, int count, bool educt) {
-    net[static_cast<std::size_t>(element)] += educt ? -count : count;
   });
-  const auto wrong = std::find_if(net.begin(), net.end(), [](int n) { return n != 0; });
-  if (wrong == net.end()) return;
-  int left = 0;
-  int right = 0;
-  visit([&](int element, int count, bool educt) {
-    if (element == wrong - net.begin()) (educt ? left : right) += count;
-  });
-  findings.warning(reaction.line, message("the reaction does not balance: ", left, " ",
-                                          symbols_[static_cast<std::size_t>(wrong - net.begin())],
-                                          " on the left, ", right, " on the right"));
+  for (int e = 1; e <= count_of(symbols_); ++e) {
+    if (at(left, e) == at(right, e)) continue;
+    findings.warning(reaction.line,
+                     message("the reaction does not balance: ", at(left, e), " ", at(symbols_, e),
+                             " on the left, ", at(right, e), " on the right"));
+    return;
+  }
 }
 
 ReverseRateCheck::ReverseRateCheck(std::span<const ThermoFit> fit) : fit_(fit) {}
 
-void ReverseRateCheck::compare(Phase phase, const Reaction& forward, const Reaction& reverse) {
+void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, const Reaction& reverse) {
   constexpr double R = gas_constant;
   if (!(forward.AFAC > 0) || !(reverse.AFAC > 0)) return;
   if (g_.empty()) {
     Listing silent;
-    for (int i = 1; i <= static_cast<int>(fit_.size()); ++i) {
+    for (int i = 1; i <= count_of(fit_); ++i) {
       auto& g = g_.emplace_back();
       std::transform(temperatures.begin(), temperatures.end(), g.begin(), [&](double T) {
         return (CALHI(i, T, fit_, silent) - T * CALSI(i, T, fit_, silent)) / (R * T);
       });
     }
   }
-  const int MAXE = most_educts(phase);
   const double log_factors = std::log(forward.AFAC / reverse.AFAC);
   for (std::size_t k = 0; k < temperatures.size(); ++k) {
     const double T = temperatures[k];
     double log_Kc = 0;
     int dn = 0;
     bool reliable = true;
-    for (int slot = 0; slot < 2 * MAXE; ++slot) {
-      const int number = forward.MAT[static_cast<std::size_t>(slot)];
-      if (number < 1 || number > static_cast<int>(fit_.size())) continue;
-      const int sign = slot < MAXE ? -1 : +1;
-      const auto i = static_cast<std::size_t>(number - 1);
-      log_Kc -= sign * g_[i][k];
+    phase.for_each(forward.MAT, [&](int number, int sign) {
+      if (number > count_of(fit_)) return;
+      log_Kc -= sign * at(g_, number)[k];
       dn += sign;
-      reliable = reliable && T <= fit_[i].TLIM[2];
-    }
-    log_Kc -= dn * std::log(83.143 * T);
+      reliable = reliable && T <= at(fit_, number).TLIM[2];
+    });
+    log_Kc -= dn * std::log(gas_constant_cm3_bar * T);
     const double error = std::abs(log_factors - log_Kc + (reverse.EXA - forward.EXA) / (R * T));
     if (!reliable || !(error > worst_)) continue;
     worst_ = error;

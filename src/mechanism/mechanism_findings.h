@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "mechanism/reaction.h"
+#include "mechanism/phase.h"
 #include "textio/findings/findings.h"
 
 // What an expert would notice about the reactions of a mechanism beyond the rules of the listing: warnings
@@ -16,11 +16,11 @@ class ElementBalance {
  public:
   explicit ElementBalance(std::span<const ElementFields> species);
 
-  void check(Phase phase, const Reaction& reaction, Findings& findings) const;
+  void check(const Phase& phase, const Reaction& reaction, Findings& findings) const;
 
  private:
   struct Atoms {
-    std::array<int, 4> element{};  // numbers in symbols_
+    std::array<int, 4> element{};  // numbers in symbols_, from 1
     std::array<int, 4> count{};    // 0: no atom
   };
   std::vector<ElementSymbol> symbols_;
@@ -33,7 +33,7 @@ class ReverseRateCheck {
  public:
   explicit ReverseRateCheck(std::span<const ThermoFit> fit);
 
-  void compare(Phase phase, const Reaction& forward, const Reaction& reverse);
+  void compare(const Phase& phase, const Reaction& forward, const Reaction& reverse);
 
   // One line on the worst rate, when it is off by more than a factor of 2.
   void report(Findings& findings) const;

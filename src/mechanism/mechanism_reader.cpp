@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "mechanism/duplicates.h"
-#include "mechanism/integer_power.h"
 #include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction_line.h"
 #include "mechanism/reaction_listing.h"
@@ -17,22 +16,11 @@
 namespace varpre {
 namespace {
 
-const Section& section_of(Phase phase) {
-  return phase == Phase::gas ? sections::gas_mechanism : sections::surface_mechanism;
-}
-
-// Educts and products exchanged.
-SpeciesVector exchanged(Phase phase, SpeciesVector vector) {
-  const auto MAXE = most_educts(phase);
-  std::swap_ranges(vector.begin(), vector.begin() + MAXE, vector.begin() + MAXE);
-  return vector;
-}
-
 // Reads reactions and generates their reverses.
 class Reader {
  public:
-  Reader(Phase phase, const SpeciesView& species, const ReactionNames& names, const MechanismOptions& options,
-         Input& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
+  Reader(const Phase& phase, const SpeciesView& species, const ReactionNames& names,
+         const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
       : phase_(phase),
         fit_(species.fit),
         balance_(species.elements),
@@ -52,7 +40,7 @@ class Reader {
       switch (INIMIN(phase_, names_, NFIMEC_, MSGFIL_, line)) {
         case LineResult::rejected: return false;
         case LineResult::end_of_file:
-          report_not_closed(section_of(phase_), heading, MSGFIL_.findings);
+          report_not_closed(phase_.section, heading, MSGFIL_.findings);
           return false;
         case LineResult::end_of_mechanism:
           write<"(' ',2X)">(MSGFIL_);
@@ -60,10 +48,10 @@ class Reader {
           return true;
         case LineResult::reaction: break;
       }
-      line.reaction.MAT = ISTDEC(line.KSPEC, most_educts(phase_));
+      line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
       if (!append(line.reaction, line.KSPEC)) return false;
       balance_.check(phase_, line.reaction, MSGFIL_.findings);
-      if (line.reversible && !append_reverse(exchanged(phase_, line.KSPEC))) return false;
+      if (line.reversible && !append_reverse(phase_.exchanged(line.KSPEC))) return false;
     }
   }
 
@@ -71,14 +59,13 @@ class Reader {
   bool append(const Reaction& reaction, const SpeciesVector& KSPEC) {
     if (!room_for_one(reaction.line)) return false;
     reactions_.push_back(reaction);
-    const int NR = static_cast<int>(reactions_.size());
+    const int NR = count_of(reactions_);
     MXIMAN(phase_, names_, NR, KSPEC, reaction, MSGFIL_);
     bool first = true;
     duplicates_.add(reactions_, [&](int j) {
       write<"('0',7X,'WARNING:    REACTION ',I5,' IS EQUAL TO REACTION ',I5)">(MSGFIL_, NR, j);
-      if (first && reaction.line != reactions_[static_cast<std::size_t>(j - 1)].line) {
-        warn_of_duplicate(reaction, reactions_[static_cast<std::size_t>(j - 1)]);
-      }
+      const Reaction& earlier = at(reactions_, j);
+      if (first && reaction.line != earlier.line) warn_of_duplicate(reaction, earlier);
       first = false;
     });
     return true;
@@ -108,12 +95,12 @@ class Reader {
     reverse.line = forward.line;
     reverse.ICOV = forward.ICOV;
     reverse.MARK = forward.MARK;
-    reverse.MAT = exchanged(phase_, forward.MAT);
+    reverse.MAT = phase_.exchanged(forward.MAT);
     return append(reverse, KSPEC);
   }
 
   bool room_for_one(const Place& line) {
-    if (static_cast<int>(reactions_.size()) < options_.most_reactions) return true;
+    if (count_of(reactions_) < options_.most_reactions) return true;
     write<"(' ',5X,'ERROR - More than ',I5,' reactions')">(MSGFIL_, options_.most_reactions);
     MSGFIL_.findings.error(line,
                            message("the mechanism has more than ", options_.most_reactions, " reactions"),
@@ -121,7 +108,7 @@ class Reader {
     return false;
   }
 
-  Phase phase_;
+  const Phase& phase_;
   std::span<const ThermoFit> fit_;
   ElementBalance balance_;
   ReverseRateCheck reverse_check_;
@@ -133,20 +120,24 @@ class Reader {
   Duplicates duplicates_;
 };
 
-// Stands behind the heading; echoes the records before it. False, after the message, when there is none.
-bool find_heading(const Section& section, Input& NFIMEC, Listing& MSGFIL, Text<80>& record) {
+// Stands behind the heading, which is searched behind a record; echoes the records passed over. False, after
+// the message, when there is none.
+bool find_heading(const Section& section, int behind_record, Input& NFIMEC, Listing& MSGFIL,
+                  Text<80>& record) {
+  NFIMEC.rewind();
+  for (std::string_view before; NFIMEC.record_number() < behind_record && NFIMEC.pass(before);) {
+  }
   const auto echo = [&](std::string_view passed) {
     write<"(' ',A72)">(MSGFIL, Text<80>(passed));
     return true;
   };
-  const int records_before = NFIMEC.record_number();
   const Heading heading = find_section(section, NFIMEC, echo);
   record = heading.record;
   if (heading) return true;
   write<"('1',5X,' no mechanism available (string \"MECH\" not found)')">(MSGFIL);
   report_missing(
       section, NFIMEC, MSGFIL.findings,
-      records_before == 0 ? std::string() : message(" behind line ", NFIMEC.origin(records_before).line));
+      behind_record == 0 ? std::string() : message(" behind line ", NFIMEC.origin(behind_record).line));
   return false;
 }
 
@@ -156,10 +147,10 @@ void list_header(const Text<80>& heading, Listing& MSGFIL) {
                                                                                              blanks, blanks);
 }
 
-std::vector<int> pair_codes(Phase phase, std::span<const Reaction> reactions) {
+std::vector<int> pair_codes(const Phase& phase, std::span<const Reaction> reactions) {
   std::vector<int> IREVER(reactions.size(), 0);
   for (std::size_t k = 1; k < reactions.size(); ++k) {
-    if (reactions[k].MAT != exchanged(phase, reactions[k - 1].MAT)) continue;
+    if (reactions[k].MAT != phase.exchanged(reactions[k - 1].MAT)) continue;
     IREVER[k] = 2;
     IREVER[k - 1] = 1;  // may overwrite the code of the pair before
   }
@@ -201,57 +192,43 @@ void list_pairs(std::span<const int> IREVER, Listing& MSGFIL) {
 void find_third_bodies(std::span<const Reaction> reactions, int NS, Mechanism& mechanism) {
   for (const Reaction& reaction : reactions) {
     for (const int number : reaction.MAT) {
-      if (number > NS) mechanism.used[static_cast<std::size_t>(number - NS - 1)] = true;
+      if (number > NS) at(mechanism.used, number - NS) = true;
     }
   }
   mechanism.NCOLL = 2;
   for (int c = 3; c <= partner_count; ++c) {
-    if (mechanism.used[static_cast<std::size_t>(c - 1)]) mechanism.NCOLL = c;
+    if (at(mechanism.used, c)) mechanism.NCOLL = c;
   }
 }
 
-void find_inert_species(Phase phase, const SpeciesView& species, const ReactionNames& names,
-                        Mechanism& mechanism, Listing& MSGFIL) {
-  const std::string_view section = phase == Phase::gas ? "gas-phase mechanism" : "surface mechanism";
-  const int NS = names.NS();
+void find_inert_species(int NS, Mechanism& mechanism) {
   mechanism.INERT.assign(static_cast<std::size_t>(NS), true);
   for (const Reaction& reaction : mechanism.reactions) {
     for (const int number : reaction.MAT) {
-      if (number >= 1 && number <= NS) mechanism.INERT[static_cast<std::size_t>(number - 1)] = false;
+      if (number >= 1 && number <= NS) at(mechanism.INERT, number) = false;
     }
-  }
-  const auto inert = [&](int s) { return bool(mechanism.INERT[static_cast<std::size_t>(s - 1)]); };
-  int NINERT = 0;
-  for (int s = 1; s <= NS; ++s) {
-    if (!inert(s)) continue;
-    ++NINERT;
-    write<"(' ',7X,'INERT SPECIES : ',5(A,1X))">(MSGFIL, names[s]);
-  }
-  if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
-  for (int s = 1; s <= NS - NINERT; ++s) {
-    if (!inert(s)) continue;
-    write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, names[s]);
-    MSGFIL.findings.warning(locate(species.listed[static_cast<std::size_t>(s - 1)], names[s].view()),
-                            message("species '", names[s], "' occurs in no reaction of the ", section,
-                                    " and is not at the end of the list"),
-                            "the solver expects inert species last");
   }
 }
 
-double in_SI_units(Phase phase, const Reaction& reaction, int NS, int NSURF) {
-  const auto educts = std::span(reaction.MAT).first(static_cast<std::size_t>(most_educts(phase)));
-  const auto count = [&](int first, int last) {
-    return static_cast<int>(
-        std::count_if(educts.begin(), educts.end(), [&](int k) { return k >= first && k <= last; }));
-  };
-  if (phase == Phase::gas) {
-    const int n = NS == 0 ? 0 : count(1, NS + partner_count);
-    return reaction.AFAC * integer_power(1.0E-6, n - 1);
+void list_inert_species(const Phase& phase, const SpeciesView& species, const Mechanism& mechanism,
+                        Listing& MSGFIL) {
+  const int NS = count_of(mechanism.INERT);
+  int NINERT = 0;
+  for (int s = 1; s <= NS; ++s) {
+    if (!at(mechanism.INERT, s)) continue;
+    ++NINERT;
+    write<"(' ',7X,'INERT SPECIES : ',5(A,1X))">(MSGFIL, at(species.SYMB, s));
   }
-  if (reaction.ISTICK != 0) return reaction.AFAC;
-  const int g = count(1, NS - NSURF);
-  const int s = count(NS - NSURF + 1, NS);
-  return reaction.AFAC * integer_power(1.0E-4, s - 1) * integer_power(1.0E-6, g);
+  if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
+  for (int s = 1; s <= NS - NINERT; ++s) {
+    if (!at(mechanism.INERT, s)) continue;
+    const SpeciesName& name = at(species.SYMB, s);
+    write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, name);
+    MSGFIL.findings.warning(locate(at(species.listed, s), name.view()),
+                            message("species '", name, "' occurs in no reaction of ", phase.section.content,
+                                    " and is not at the end of the list"),
+                            "the solver expects inert species last");
+  }
 }
 
 // Reports the reactions whose rate cannot be written; the first of them ends the run.
@@ -264,29 +241,20 @@ void report_not_finite(std::span<const Reaction> reactions, Findings& findings) 
   }
 }
 
-void write_reactions(Phase phase, const Mechanism& mechanism, StoreFile& NFISTO) {
+void write_reactions(const Phase& phase, const Mechanism& mechanism, StoreFile& NFISTO) {
   write<"(I5,' ELEMENTARY REACTIONS')">(NFISTO, mechanism.NR());
   write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
-  for (const Reaction& r : mechanism.reactions) {
-    if (phase == Phase::gas) {
-      write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(
-          NFISTO, std::span(r.MAT).first<6>(), r.AFAC, r.TEXP, r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
-      write<"(25X,3(1PE11.4,1X),/,25X,3(1PE9.2,1X),1X,1PE9.2,1X,1PE9.2)">(NFISTO, r.FALL);
-    } else {
-      write<"(12(1X,I5),/,36X,3X,3(1PE11.4,1X),/,3(1X,I5),18X,3X,3(1PE11.4,1X))">(
-          NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV, r.VT4, r.VT5, r.VT6);
-    }
-  }
+  for (const Reaction& r : mechanism.reactions) phase.write(r, NFISTO);
 }
 
 }  // namespace
 
-bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
+bool GENMEC(const Phase& phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
             const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
             Mechanism& mechanism) {
   mechanism = {};
   Text<80> heading;
-  if (!find_heading(section_of(phase), NFIMEC, MSGFIL, heading)) return false;
+  if (!find_heading(phase.section, options.behind_record, NFIMEC, MSGFIL, heading)) return false;
   const Place place = here(NFIMEC, 1, static_cast<int>(trimmed(heading.view()).size()));
   list_header(heading, MSGFIL);
   if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))
@@ -296,9 +264,10 @@ bool GENMEC(Phase phase, const SpeciesView& species, int NSURF, const ReactionNa
   mechanism.IREVER = pair_codes(phase, mechanism.reactions);
   list_pairs(mechanism.IREVER, MSGFIL);
   find_third_bodies(mechanism.reactions, NS, mechanism);
-  find_inert_species(phase, species, names, mechanism, MSGFIL);
+  find_inert_species(NS, mechanism);
+  list_inert_species(phase, species, mechanism, MSGFIL);
   if (!third_bodies_balance(phase, mechanism.reactions, NS, MSGFIL)) return false;
-  for (Reaction& reaction : mechanism.reactions) reaction.AFAC = in_SI_units(phase, reaction, NS, NSURF);
+  for (Reaction& reaction : mechanism.reactions) reaction.AFAC = phase.in_SI_units(reaction, NS, NSURF);
   report_not_finite(mechanism.reactions, MSGFIL.findings);
   write_reactions(phase, mechanism, NFISTO);
   if (!set_pointers(phase, NS, options.most_pointers, mechanism, MSGFIL)) return false;

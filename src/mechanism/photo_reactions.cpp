@@ -1,50 +1,71 @@
 #include "mechanism/photo_reactions.h"
 
+#include "mechanism/reaction.h"
 #include "textio/findings/record_findings.h"
-#include "textio/names/scanning.h"
 #include "thermo/sections.h"
 
 namespace varpre {
 namespace {
 
 struct PhotoReaction {
-  SpeciesName reactant;
+  std::array<SpeciesName, 4> names;   // the reactant, then the products
+  std::array<int, 4> numbers{};       // their numbers, 0 for a blank name
   std::array<Text<1>, 3> separators;  // before each product; only the first one is checked
-  std::array<SpeciesName, 3> products;
   double rate = 0;
-};
 
-ReadResult read_reaction(Input& NFIMEC, PhotoReaction& r) {
-  return read<"(A8,3(A1,A8),E10.3)">(NFIMEC, r.reactant, zip(r.separators, r.products), r.rate);
-}
+  SpeciesName& reactant() { return names.front(); }
+  std::span<SpeciesName, 3> products() { return std::span(names).last<3>(); }
+};
 
 std::string_view field_name(int) {
   return "the rate of a photo reaction";
 }
 
 // Numbers of the reactant and the products; false, after the finding, when the record breaks a rule.
-bool resolve_names(std::span<const SpeciesName> SYMB, const NameIndex& index, const PhotoReaction& r,
-                   const Place& line, Findings& findings, int& reactant, std::array<int, 3>& products) {
-  const auto number_of = [&](const SpeciesName& name, int& number) {
-    number = name.blank() ? 0 : index.find(name);
-    if (number > 0 || name.blank()) return true;
-    findings.error(locate(line, name.view()), message("unknown species '", name, "' in a photo reaction"),
-                   Nearest(name.view()).offer_all(SYMB).help());
-    return false;
-  };
+bool resolve_names(std::span<const SpeciesName> SYMB, const NameIndex& index, const Place& line,
+                   PhotoReaction& r, Findings& findings) {
   if (r.separators[0].view() != ">") {
     findings.error({line.unit, line.record, 9}, "\">\" is due in column 9 of a photo reaction",
                    "columns 1-8 hold the reactant, 10-17, 19-26 and 28-35 the products, 36-45 the rate");
     return false;
   }
-  if (r.reactant.blank()) {
+  if (r.reactant().blank()) {
     findings.error({line.unit, line.record, 1, 8}, "the photo reaction has no reactant in columns 1-8");
     return false;
   }
-  if (!number_of(r.reactant, reactant)) return false;
-  for (std::size_t k = 0; k < products.size(); ++k) {
-    if (!number_of(r.products[k], products[k])) return false;
+  for (std::size_t k = 0; k < r.names.size(); ++k) {
+    r.numbers[k] = r.names[k].blank() ? 0 : index.find(r.names[k]);
+    if (r.numbers[k] > 0 || r.names[k].blank()) continue;
+    report_unknown_name(line, r.names[k], SYMB, " in a photo reaction", findings);
+    return false;
   }
+  return true;
+}
+
+// Reads, lists and writes a reaction; false after the message.
+bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const NameIndex& index, Input& NFIMEC,
+                   Listing& MSGFIL, StoreFile& NFISTO) {
+  PhotoReaction r;
+  const ReadResult result =
+      read<"(A8,3(A1,A8),E10.3)">(NFIMEC, r.reactant(), zip(r.separators, r.products()), r.rate);
+  if (!result) {
+    write<"(/,5X,'UNREADABLE PHOTO REACTION ',I2)">(MSGFIL, i);
+    if (result.end_of_file()) {
+      MSGFIL.findings.error(whole(NFIMEC), message("the file ends before photo reaction ", i, " of ", NPHO));
+    } else {
+      report_unreadable(MSGFIL.findings, NFIMEC, result, field_name(result.unreadable.number));
+    }
+    return false;
+  }
+  write<"(1X,'(',I2,') ',A8,3(A1,A8),1PE10.3)">(MSGFIL, i, r.reactant(), zip(r.separators, r.products()),
+                                                r.rate);
+  warn_of_columns(MSGFIL.findings, NFIMEC, result, field_name);
+  if (!resolve_names(SYMB, index, here(NFIMEC), r, MSGFIL.findings)) {
+    write<"(/,5X,'ERROR IN COMPLEX FORMULA ',I2)">(MSGFIL, i);
+    return false;
+  }
+  write<"(' NUMS: ',I3,'>',3(I3,1X),2X,1PE11.4)">(NFISTO, r.numbers[0], std::span(r.numbers).last<3>(),
+                                                  r.rate);
   return true;
 }
 
@@ -77,28 +98,7 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, S
 
   const NameIndex index(SYMB);
   for (int i = 1; i <= NPHO; ++i) {
-    PhotoReaction r;
-    const ReadResult result = read_reaction(NFIMEC, r);
-    if (!result) {
-      write<"(/,5X,'UNREADABLE PHOTO REACTION ',I2)">(MSGFIL, i);
-      if (result.end_of_file()) {
-        MSGFIL.findings.error(whole(NFIMEC),
-                              message("the file ends before photo reaction ", i, " of ", NPHO));
-      } else {
-        report_unreadable(MSGFIL.findings, NFIMEC, result, field_name(result.unreadable.number));
-      }
-      return false;
-    }
-    write<"(1X,'(',I2,') ',A8,3(A1,A8),1PE10.3)">(MSGFIL, i, r.reactant, zip(r.separators, r.products),
-                                                  r.rate);
-    warn_of_columns(MSGFIL.findings, NFIMEC, result, field_name);
-    int reactant = 0;
-    std::array<int, 3> products{};
-    if (!resolve_names(SYMB, index, r, here(NFIMEC), MSGFIL.findings, reactant, products)) {
-      write<"(/,5X,'ERROR IN COMPLEX FORMULA ',I2)">(MSGFIL, i);
-      return false;
-    }
-    write<"(' NUMS: ',I3,'>',3(I3,1X),2X,1PE11.4)">(NFISTO, reactant, products, r.rate);
+    if (!take_reaction(i, NPHO, SYMB, index, NFIMEC, MSGFIL, NFISTO)) return false;
   }
   return true;
 }

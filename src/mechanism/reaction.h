@@ -5,16 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "textio/record/numbered.h"
 #include "thermo/species.h"
 
 namespace varpre {
-
-enum class Phase { gas, surface };
-
-// Educts, and products, that a reaction can have in a phase (MAXE).
-constexpr int most_educts(Phase phase) {
-  return phase == Phase::gas ? 3 : 6;
-}
 
 // Educts in slots 1..MAXE, products in slots MAXE+1..2*MAXE, as species numbers; 0 for an empty slot.
 using SpeciesVector = std::array<int, 12>;
@@ -52,6 +46,10 @@ inline constexpr std::array<std::string_view, partner_count> MCOLLI{
     "M**",  "M***", "M****", "M*****", "M******", "M*******", "M(1)",    "M(2)",     "M(3)",
     "M(4)", "M(5)", "M(6)",  "M(7)",   "M(8)",    "M(9)",     "M(10)",   "M(11)",    "M(12)"};
 
+inline SpeciesName partner_name(int c) {
+  return SpeciesName(at(MCOLLI, c));
+}
+
 // The species of a phase followed by the collision partners: what the names of a reaction are looked up in.
 // Species numbers 1..NS, partners NS+1..NS+27.
 class ReactionNames {
@@ -62,16 +60,22 @@ class ReactionNames {
   // Number of a name (any letter case, first match); 0 when it is not there.
   int find(const SpeciesName& name) const { return index_.find(name); }
   // Name of a number from 1 on.
-  const SpeciesName& operator[](int number) const { return names_[static_cast<std::size_t>(number - 1)]; }
-  std::span<const SpeciesName> species() const {
-    return std::span(names_).first(static_cast<std::size_t>(NS_));
-  }
+  const SpeciesName& operator[](int number) const { return at(names_, number); }
+  std::span<const SpeciesName> species() const { return first(names_, NS_); }
+  std::span<const SpeciesName> species_and_partners() const { return names_; }
 
  private:
   int NS_;
   std::vector<SpeciesName> names_;
   NameIndex index_;
 };
+
+// Number of the last species of a name (any letter case); 0 when there is none.
+int last_of_name(std::span<const SpeciesName> species, const SpeciesName& name);
+
+// Reports a name in a record that is none of those which a reaction may name; `where` ends the sentence.
+void report_unknown_name(const Place& record, const SpeciesName& name, std::span<const SpeciesName> known,
+                         std::string_view where, Findings& findings);
 
 // A complete mechanism of one phase.
 struct Mechanism {
@@ -82,7 +86,7 @@ struct Mechanism {
   std::vector<bool> INERT;  // per species: occurs in no reaction
   std::vector<std::array<int, 3>> NRVEC;  // species, reaction, net coefficient, by species and then reaction
 
-  int NR() const { return static_cast<int>(reactions.size()); }
+  int NR() const { return count_of(reactions); }
 };
 
 }  // namespace varpre

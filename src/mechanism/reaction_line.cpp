@@ -11,7 +11,7 @@
 namespace varpre {
 namespace {
 
-constexpr std::size_t most_names = 10;
+constexpr int most_names = 10;
 constexpr std::string_view delimiter_characters = "+=<>%";
 constexpr NameLimits limits{.LSYM = 33, .LDEL = 1};
 
@@ -88,11 +88,11 @@ bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& M
   NameList list;
   const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, place);
   RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, place);
-  for (std::size_t i = 0; i < most_names; ++i) {
-    if (static_cast<int>(i) < list.NSYM) equation.names[i] = list.SYMS[i];
-    if (static_cast<int>(i) < list.NDEL) equation.delimiters[i] = list.DELS[i];
+  for (int i = 1; i <= most_names; ++i) {
+    if (i <= list.NSYM) at(equation.names, i) = at(list.SYMS, i);
+    if (i <= list.NDEL) at(equation.delimiters, i) = at(list.DELS, i);
   }
-  return list.NSYM <= static_cast<int>(most_names);
+  return list.NSYM <= most_names;
 }
 
 ReadResult read_fixed_form(Input& NFIMEC, Reaction& reaction, Equation& equation) {
@@ -193,17 +193,16 @@ bool read_rate_lines(const ReactionNames& names, Input& NFIMEC, Reaction& reacti
 bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
                    std::array<int, most_names>& numbers) {
   bool products = false;
-  for (std::size_t i = 0; i < most_names; ++i) {
-    const SpeciesName& name = equation.names[i];
+  for (int i = 1; i <= most_names; ++i) {
+    const SpeciesName& name = at(equation.names, i);
     const int number = name.blank() ? 0 : names.find(name);
     if (number == 0 && !name.blank()) {
       write<"('0',5X,'UNKNOWN SPECIES -',A,'-IN THE FOLLOWING REACTION')">(MSGFIL, name);
-      MSGFIL.findings.error(locate(line.reaction.line, name.view()), message("unknown species '", name, "'"),
-                            Nearest(name.view()).offer_all(names.species()).offer_all(MCOLLI).help());
+      report_unknown_name(line.reaction.line, name, names.species_and_partners(), "", MSGFIL.findings);
       return false;
     }
-    if (i > 0) {
-      const char delimiter = equation.delimiters[i - 1].chars[0];
+    if (i > 1) {
+      const char delimiter = at(equation.delimiters, i - 1).chars[0];
       if (delimiter == '=') line.reversible = true;
       if (line.reversible && line.reaction.IARRH == non_arrhenius) {
         MSGFIL.findings.error(line.reaction.line, "a reaction with an \"@\" record cannot be reversible",
@@ -212,7 +211,7 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
       }
       if (delimiter == '=' || delimiter == '>') products = true;
     }
-    numbers[i] = products ? number : -number;
+    at(numbers, i) = products ? number : -number;
   }
   return true;
 }
@@ -229,9 +228,7 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
   }
   reaction.EXA = 0;
   reaction.TEXP = 0.5;
-  for (int k = 1; k <= names.NS(); ++k) {
-    if (EQUSYM(8, names[k].view(), first.view())) reaction.ISTICK = k;  // of equal names the last
-  }
+  reaction.ISTICK = last_of_name(names.species(), first);
   if (reaction.ISTICK == 0) {
     write<"('1',5X,'ERROR - STICKING SPECIES IS A COLLISION PARTNER')">(MSGFIL);
     MSGFIL.findings.error(locate(reaction.line, first.view()),
@@ -245,15 +242,14 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
 
 // Sorts the numbered names into the slots of the phase; false, after the message, when there are none or too
 // many.
-bool collect(Phase phase, std::span<const int> numbers, const Place& line, SpeciesVector& KSPEC,
+bool collect(const Phase& phase, std::span<const int> numbers, const Place& line, SpeciesVector& KSPEC,
              Listing& MSGFIL) {
-  const int MAXE = most_educts(phase);
-  const auto take = [&](int sign, int first_slot) {
+  const int MAXE = phase.MAXE;
+  const auto take = [&](int sign, int slots_before) {
     int count = 0;
     for (const int number : numbers) {
       if (number * sign <= 0) continue;
-      if (count < MAXE) KSPEC[static_cast<std::size_t>(first_slot + count)] = number * sign;
-      ++count;
+      if (++count <= MAXE) at(KSPEC, slots_before + count) = number * sign;
     }
     return count;
   };
@@ -304,8 +300,7 @@ bool read_equation(const Line& line, bool fixed_form, Input& NFIMEC, Reaction& r
   if (!readable) write<"('0',5X,'ERROR - INCORRECT INPUT OF REACTION ')">(MSGFIL);
   if (!names_fit) {
     write<"('1',5X,'MORE THAN 10 NAMES IN THE FOLLOWING REACTION:')">(MSGFIL);
-    MSGFIL.findings.error(reaction.line,
-                          message("the reaction has more than ", static_cast<int>(most_names), " names"));
+    MSGFIL.findings.error(reaction.line, message("the reaction has more than ", most_names, " names"));
   }
   return readable && names_fit;
 }
@@ -318,7 +313,7 @@ void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
 
 }  // namespace
 
-LineResult INIMIN(Phase phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
+LineResult INIMIN(const Phase& phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
                   ReactionLine& line) {
   line = {};
   Line text;
@@ -337,16 +332,14 @@ LineResult INIMIN(Phase phase, const ReactionNames& names, Input& NFIMEC, Listin
   Reaction& reaction = line.reaction;
   Equation equation;
   std::array<int, most_names> numbers{};
-  const std::size_t names_that_count = phase == Phase::gas ? 5 : most_names;
   if (read_equation(text, keyword == Keyword::MAXI, NFIMEC, reaction, equation, MSGFIL) &&
       read_rate_lines(names, NFIMEC, reaction, MSGFIL) &&
       resolve_names(names, equation, line, MSGFIL, numbers) &&
       (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
-      collect(phase, std::span(numbers).first(names_that_count), reaction.line, line.KSPEC, MSGFIL)) {
-    if (std::any_of(numbers.begin() + static_cast<std::ptrdiff_t>(names_that_count), numbers.end(),
-                    [](int number) { return number != 0; })) {
-      MSGFIL.findings.warning(reaction.line, message("only the first ", static_cast<int>(names_that_count),
-                                                     " names of this reaction count"));
+      collect(phase, first(numbers, phase.most_names), reaction.line, line.KSPEC, MSGFIL)) {
+    if (std::any_of(numbers.begin() + phase.most_names, numbers.end(), [](int k) { return k != 0; })) {
+      MSGFIL.findings.warning(reaction.line,
+                              message("only the first ", phase.most_names, " names of this reaction count"));
     }
     return LineResult::reaction;
   }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "mechanism/reaction.h"
-#include "textio/channel/statement.h"
-#include "textio/findings/listing.h"
+#include "mechanism/phase.h"
 
 namespace varpre {
 
@@ -22,7 +20,7 @@ enum class LineResult { reaction, end_of_mechanism, end_of_file, rejected };
 // At end of file the listing has the warning; a rejected reaction has its message and its echo in the
 // listing. Stops the run (RunStop), with its message, at a line without numbers that can be read as E, b and
 // A, a reversible reaction with an @ line, and the errors of the scanning routines.
-LineResult INIMIN(Phase phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
+LineResult INIMIN(const Phase& phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
                   ReactionLine& line);
 
 }  // namespace varpre

@@ -8,40 +8,57 @@
 namespace varpre {
 namespace {
 
-// The net coefficients of a reaction: species numbers with products less educts, zero ones left out, each
-// once.
-struct NetCoefficients {
-  std::array<std::array<int, 2>, 12> entries{};  // species number, coefficient
-  std::size_t count = 0;
+// The net coefficient of a species or collision partner in a reaction: products less educts.
+struct NetCoefficient {
+  int number;
+  int value;
 };
 
-NetCoefficients net_coefficients(Phase phase, const SpeciesVector& MAT) {
-  const int MAXE = most_educts(phase);
-  NetCoefficients net;
-  for (int slot = 0; slot < 2 * MAXE; ++slot) {
-    const int number = MAT[static_cast<std::size_t>(slot)];
-    if (number == 0) continue;
-    const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
-    const auto found = std::find_if(net.entries.begin(), end, [&](const auto& e) { return e[0] == number; });
-    if (found == end) net.entries[net.count++] = {number, 0};
-    (*found)[1] += slot < MAXE ? -1 : +1;
+// The net coefficients of a reaction that are not 0, each number once.
+class NetCoefficients {
+ public:
+  NetCoefficients(const Phase& phase, const SpeciesVector& MAT) {
+    phase.for_each(MAT, [&](int number, int sign) { entry_of(number).value += sign; });
+    const auto is_zero = [](const NetCoefficient& entry) { return entry.value == 0; };
+    count_ = std::remove_if(begin(), end(), is_zero) - begin();
   }
-  const auto end = net.entries.begin() + static_cast<std::ptrdiff_t>(net.count);
-  net.count = static_cast<std::size_t>(
-      std::remove_if(net.entries.begin(), end, [](const auto& e) { return e[1] == 0; }) -
-      net.entries.begin());
-  return net;
+  NetCoefficient* begin() { return entries_.data(); }
+  NetCoefficient* end() { return entries_.data() + count_; }
+
+ private:
+  NetCoefficient& entry_of(int number) {
+    NetCoefficient* const found =
+        std::find_if(begin(), end(), [&](const NetCoefficient& entry) { return entry.number == number; });
+    if (found == end()) {
+      *found = {number, 0};
+      ++count_;
+    }
+    return *found;
+  }
+
+  std::array<NetCoefficient, 12> entries_;
+  std::ptrdiff_t count_ = 0;
+};
+
+// Visits the net coefficients of the species 1..NS in all reactions.
+template <class Visit>
+void for_each_coefficient(const Phase& phase, std::span<const Reaction> reactions, int NS, Visit visit) {
+  for (int r = 1; r <= count_of(reactions); ++r) {
+    for (const auto& [s, coefficient] : NetCoefficients(phase, at(reactions, r).MAT)) {
+      if (s <= NS) visit(s, r, coefficient);
+    }
+  }
 }
 
 }  // namespace
 
-bool third_bodies_balance(Phase phase, std::span<const Reaction> reactions, int NS, Listing& MSGFIL) {
-  for (std::size_t r = 0; r < reactions.size(); ++r) {
-    const NetCoefficients net = net_coefficients(phase, reactions[r].MAT);
-    const auto entries = std::span(net.entries).first(net.count);
-    if (std::any_of(entries.begin(), entries.end(), [&](const auto& e) { return e[0] > NS; })) {
-      write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, static_cast<int>(r) + 1);
-      MSGFIL.findings.error(reactions[r].line, "a collision partner stands on one side of the reaction only",
+bool third_bodies_balance(const Phase& phase, std::span<const Reaction> reactions, int NS, Listing& MSGFIL) {
+  for (int r = 1; r <= count_of(reactions); ++r) {
+    const Reaction& reaction = at(reactions, r);
+    for (const auto& [number, coefficient] : NetCoefficients(phase, reaction.MAT)) {
+      if (number <= NS) continue;
+      write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, r);
+      MSGFIL.findings.error(reaction.line, "a collision partner stands on one side of the reaction only",
                             "M, M', ... must stand on both sides equally often");
       return false;
     }
@@ -49,21 +66,12 @@ bool third_bodies_balance(Phase phase, std::span<const Reaction> reactions, int 
   return true;
 }
 
-bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, Listing& MSGFIL) {
-  std::vector<std::size_t> next(static_cast<std::size_t>(NS) + 2,
-                                0);  // per species: place of its next triple
-  const auto for_each = [&](auto visit) {
-    for (int r = 1; r <= mechanism.NR(); ++r) {
-      const NetCoefficients net =
-          net_coefficients(phase, mechanism.reactions[static_cast<std::size_t>(r - 1)].MAT);
-      for (const auto& [s, coefficient] : std::span(net.entries).first(net.count)) {
-        if (s <= NS) visit(static_cast<std::size_t>(s), r, coefficient);
-      }
-    }
-  };
-  for_each([&](std::size_t s, int, int) { ++next[s + 1]; });
-  for (std::size_t s = 1; s < next.size(); ++s) next[s] += next[s - 1];
-  const int NRINS = static_cast<int>(next.back());
+bool set_pointers(const Phase& phase, int NS, int most_pointers, Mechanism& mechanism, Listing& MSGFIL) {
+  // Pointers of the species before each one, then the number of the last one set for it.
+  std::vector<int> pointers(static_cast<std::size_t>(NS) + 1, 0);
+  for_each_coefficient(phase, mechanism.reactions, NS, [&](int s, int, int) { ++at(pointers, s + 1); });
+  for (int s = 1; s <= NS; ++s) at(pointers, s + 1) += at(pointers, s);
+  const int NRINS = pointers.back();
   if (NRINS > most_pointers) {
     write<"(' ',' NRINS( = ',I4,') >  NRIMAX     ',/,'     ----->  CHECK DIMENSION OF NRVEC  ')">(
         MSGFIL, most_pointers + 1, most_pointers);
@@ -73,14 +81,14 @@ bool set_pointers(Phase phase, int NS, int most_pointers, Mechanism& mechanism, 
     return false;
   }
   mechanism.NRVEC.resize(static_cast<std::size_t>(NRINS));
-  for_each([&](std::size_t s, int r, int coefficient) {
-    mechanism.NRVEC[next[s]++] = {static_cast<int>(s), r, coefficient};
+  for_each_coefficient(phase, mechanism.reactions, NS, [&](int s, int r, int coefficient) {
+    at(mechanism.NRVEC, ++at(pointers, s)) = {s, r, coefficient};
   });
   return true;
 }
 
 void write_pointers(const Mechanism& mechanism, StoreFile& NFISTO) {
-  write<"(I5,' REACTION POINTERS   ')">(NFISTO, static_cast<int>(mechanism.NRVEC.size()));
+  write<"(I5,' REACTION POINTERS   ')">(NFISTO, count_of(mechanism.NRVEC));
   write<"(4(2X,3I5))">(NFISTO, std::span(mechanism.NRVEC));
   write<"(' IREVER',5X,30I2)">(NFISTO, std::span(mechanism.IREVER));
   const auto NINERT = std::count(mechanism.INERT.begin(), mechanism.INERT.end(), true);

@@ -16,31 +16,22 @@ void report_bad_parameters(Listing& MSGFIL) {
   write<"('0',5X,'INCORRECT REVERSE REACT. ARRH. PARAM. ','DUE TO BAD THERMODYN. OR INPUT DATA')">(MSGFIL);
 }
 
-// The species of a reaction that have thermochemical data, with sign -1 for educts and +1 for products.
-template <class Visit>
-void for_each_species(Phase phase, const SpeciesVector& MAT, int NS, Visit visit) {
-  const int MAXE = most_educts(phase);
-  for (int slot = 0; slot < 2 * MAXE; ++slot) {
-    const int number = MAT[static_cast<std::size_t>(slot)];
-    if (number >= 1 && number <= NS) visit(number, slot < MAXE ? -1 : +1);
-  }
-}
-
 struct FitTemperatures {
   double T1 = 0;       // K
   double T2 = 1.0E30;  // K
   bool any_educt = false;
 };
 
-FitTemperatures fit_temperatures(Phase phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit) {
+FitTemperatures fit_temperatures(const Phase& phase, const SpeciesVector& MAT,
+                                 std::span<const ThermoFit> fit) {
   FitTemperatures t;
-  for_each_species(phase, MAT, static_cast<int>(fit.size()), [&](int number, int sign) {
-    if (sign > 0) return;
-    const auto& TLIM = fit[static_cast<std::size_t>(number - 1)].TLIM;
+  for (const int number : phase.educts(MAT)) {
+    if (number < 1 || number > count_of(fit)) continue;
+    const auto& TLIM = at(fit, number).TLIM;
     t.T1 = std::max(t.T1, TLIM[0] + 400);
     t.T2 = std::min(t.T2, TLIM[1] + 1500);
     t.any_educt = true;
-  });
+  }
   if (t.T2 > 6000) t.T1 = std::max(t.T1, 1000.0);
   return t;
 }
@@ -52,10 +43,11 @@ struct ReactionSums {
   int dn = 0;
 };
 
-ReactionSums reaction_sums(Phase phase, const SpeciesVector& MAT, double T, std::span<const ThermoFit> fit,
-                           Listing& MSGFIL) {
+ReactionSums reaction_sums(const Phase& phase, const SpeciesVector& MAT, double T,
+                           std::span<const ThermoFit> fit, Listing& MSGFIL) {
   ReactionSums sums;
-  for_each_species(phase, MAT, static_cast<int>(fit.size()), [&](int number, int sign) {
+  phase.for_each(MAT, [&](int number, int sign) {
+    if (number > count_of(fit)) return;
     sums.dH += sign * CALHI(number, T, fit, MSGFIL);
     sums.dS += sign * CALSI(number, T, fit, MSGFIL);
     sums.dn += sign;
@@ -66,7 +58,7 @@ ReactionSums reaction_sums(Phase phase, const SpeciesVector& MAT, double T, std:
 // Equilibrium constant in (mol/cm^3)^dn.
 double equilibrium_constant(const ReactionSums& sums, double T) {
   const double Kp = std::exp(-(sums.dH - T * sums.dS) / (R * T));
-  return Kp / integer_power(83.143 * T, sums.dn);
+  return Kp / integer_power(gas_constant_cm3_bar * T, sums.dn);
 }
 
 double without_zero(double Kc, Listing& MSGFIL) {
@@ -77,7 +69,8 @@ double without_zero(double Kc, Listing& MSGFIL) {
 
 }  // namespace
 
-Reaction INIMRP(Phase phase, const Reaction& forward, std::span<const ThermoFit> fit, Listing& MSGFIL) {
+Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const ThermoFit> fit,
+                Listing& MSGFIL) {
   Reaction reverse;
   reverse.TEXP = forward.TEXP;
   reverse.IARRH = forward.IARRH;

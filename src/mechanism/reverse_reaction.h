@@ -2,10 +2,12 @@
 
 #include <span>
 
-#include "mechanism/reaction.h"
-#include "textio/findings/listing.h"
+#include "mechanism/phase.h"
 
 namespace varpre {
+
+// The gas constant in cm3 bar/(mol K): the concentration of a gas at 1 bar is 1 / (83.143 T).
+inline constexpr double gas_constant_cm3_bar = 83.143;
 
 // Rate parameters of the reverse of `forward` (its MAT in place), both in cm, mol, s and J/mol: with the
 // forward temperature exponent, A and E such that the reverse rate equals the forward rate divided by the
@@ -17,6 +19,6 @@ namespace varpre {
 // fit that is not finite gets the message; in the last two cases A and E of the reverse are 0.
 //
 // Returns AFAC, TEXP, EXA, VT4..VT6 and IARRH; the caller fills the rest.
-Reaction INIMRP(Phase phase, const Reaction& forward, std::span<const ThermoFit> fit, Listing& MSGFIL);
+Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const ThermoFit> fit, Listing& MSGFIL);
 
 }  // namespace varpre

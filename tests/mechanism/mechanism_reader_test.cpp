@@ -14,7 +14,7 @@ struct ReadMechanism {
     const std::vector<SpeciesName> SYMB = names(symbols);
     std::copy(SYMB.begin(), SYMB.end(), species.SYMB.begin());
     species.fit.fill(thermo_fit({30, 0, 0, 0, 0, 1000, 10}, {30, 0, 0, 0, 0, 1000, 10}));
-    const Phase phase = NSURF > 0 ? Phase::surface : Phase::gas;
+    const Phase& phase = NSURF > 0 ? Phase::surface : Phase::gas;
     if (!reactions.ends_with('\n')) reactions += '\n';
     Input NFIMEC = input_of("MECH\n" + reactions + "END\nSURF\n" + reactions + "END\n");
     LOK = GENMEC(phase, species.view(0, static_cast<int>(SYMB.size())), NSURF, ReactionNames(SYMB), options,

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "textio/findings/odd_characters.h"
+
 namespace varpre {
 namespace {
 
@@ -73,7 +75,8 @@ std::size_t hash_of(const Place& place, std::string_view what) {
   return hash;
 }
 
-// Edits (insert, delete, replace, exchange of neighbours) that turn one text into the other.
+// Twice the edits (insert, delete, replace, exchange of neighbours) that turn one text into the other; a
+// character that looks like the right one counts half.
 int edit_distance(std::string_view a, std::string_view b) {
   constexpr std::size_t longest = 40;
   if (a.size() > longest || b.size() > longest) return longest;
@@ -81,17 +84,33 @@ int edit_distance(std::string_view a, std::string_view b) {
   for (std::size_t i = 0; i <= a.size(); ++i) {
     for (std::size_t j = 0; j <= b.size(); ++j) {
       if (i == 0 || j == 0) {
-        d[i][j] = static_cast<int>(i + j);
+        d[i][j] = 2 * static_cast<int>(i + j);
         continue;
       }
-      const int replaced = d[i - 1][j - 1] + (LSAME(a[i - 1], b[j - 1]) ? 0 : 1);
-      d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, replaced});
+      const int replaced = LSAME(a[i - 1], b[j - 1]) ? 0 : look_alike(a[i - 1], b[j - 1]) ? 1 : 2;
+      d[i][j] = std::min({d[i - 1][j] + 2, d[i][j - 1] + 2, d[i - 1][j - 1] + replaced});
       if (i > 1 && j > 1 && LSAME(a[i - 1], b[j - 2]) && LSAME(a[i - 2], b[j - 1])) {
-        d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+        d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 2);
       }
     }
   }
   return d[a.size()][b.size()];
+}
+
+// Tells the first character of a name from that of another one which looks the same: "the letter O, not the
+// digit 0". Nothing when the names do not look the same, or differ in letter case only.
+std::string look_alikes(std::string_view name, std::string_view meant) {
+  if (!std::equal(name.begin(), name.end(), meant.begin(), meant.end(), look_alike)) return {};
+  const auto kind = [](char c) {
+    return message(is_digit(c)                  ? "the digit "
+                   : LSAME(c, '`') || c == '\'' ? "the stroke "
+                                                : "the letter ",
+                   std::string_view(&c, 1));
+  };
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (!LSAME(name[i], meant[i])) return message(kind(meant[i]), ", not ", kind(name[i]));
+  }
+  return {};
 }
 
 }  // namespace
@@ -205,11 +224,18 @@ std::string counted(int count, std::string_view noun) {
   return message(count, " ", noun, count == 1 ? "" : "s");
 }
 
+Nearest::Nearest(std::string_view name) : name_(trimmed(name)), plain_name_(in_plain_characters(name_)) {
+  plain_name_.erase(0, plain_name_.find_first_not_of(' '));
+  plain_name_.resize(trimmed(plain_name_).size());
+}
+
 Nearest& Nearest::offer(std::string_view candidate) {
   candidate = trimmed(candidate);
-  const int distance = edit_distance(name_, candidate);
-  const int length = static_cast<int>(std::max(name_.size(), candidate.size()));
-  if (distance < distance_ && 3 * distance <= length && candidate != name_) {
+  const int distance = edit_distance(plain_name_, candidate);
+  const int length = static_cast<int>(std::max(plain_name_.size(), candidate.size()));
+  const bool looks_the_same =
+      std::equal(plain_name_.begin(), plain_name_.end(), candidate.begin(), candidate.end(), look_alike);
+  if (distance < distance_ && (3 * distance <= 2 * length || looks_the_same) && candidate != name_) {
     distance_ = distance;
     best_ = candidate;
   }
@@ -217,7 +243,10 @@ Nearest& Nearest::offer(std::string_view candidate) {
 }
 
 std::string Nearest::help() const {
-  return best_.empty() ? std::string() : message("did you mean '", best_, "'?");
+  if (best_.empty()) return {};
+  const std::string answer = message("did you mean '", best_, "'?");
+  const std::string other = look_alikes(plain_name_, best_);
+  return other.empty() ? answer : message(answer, " (", other, ")");
 }
 
 }  // namespace varpre

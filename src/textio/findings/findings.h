@@ -167,11 +167,11 @@ std::string list_of(const Names& names) {
   return count <= most_listed ? list : message(list, " and ", static_cast<int>(count - most_listed), " more");
 }
 
-// Finds the candidate that a misspelt name probably means: equal but for letter case, or one or two edits
-// away.
+// Finds the candidate that a misspelt name probably means: equal but for letter case, or for characters that
+// look alike (odd_characters.h), or one or two edits away.
 class Nearest {
  public:
-  explicit Nearest(std::string_view name) : name_(trimmed(name)) {}
+  explicit Nearest(std::string_view name);
 
   Nearest& offer(std::string_view candidate);
   template <class Range>
@@ -190,9 +190,10 @@ class Nearest {
   std::string help() const;
 
  private:
-  std::string_view name_;
+  std::string name_;
+  std::string plain_name_;
   std::string best_;
-  int distance_ = 3;
+  int distance_ = 5;  // 2 for an edit, 1 for a character that looks like the right one
 };
 
 }  // namespace varpre

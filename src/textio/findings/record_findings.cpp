@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "textio/findings/odd_characters.h"
 #include "textio/record/number_format.h"
 
 // Findings about the columns of a record. All of this runs only when there is something to report.
@@ -94,6 +95,16 @@ std::string without_blanks_around(std::string_view text) {
   return std::string(text.substr(std::min(text.find_first_not_of(' '), text.size())));
 }
 
+// What keeps a field from being a number: a character in or before it, shifted columns, a comma.
+std::string unreadable_help(const std::string& line, const std::vector<NumericField>& fields, int column,
+                            int width, bool integer) {
+  const std::string until_its_end = columns_of(line, 1, column + width - 1);
+  if (std::string help = odd_character_help(until_its_end, 1); !help.empty()) return help;
+  if (std::string help = shift_help(line, fields); !help.empty()) return help;
+  return integer ? std::string()
+                 : odd_number_help(without_blanks_around(columns_of(line, column, width)), column);
+}
+
 }  // namespace
 
 void report_unreadable(Findings& findings, const Input& input, const ReadResult& result,
@@ -111,7 +122,7 @@ void report_unreadable(Findings& findings, const Input& input, const ReadResult&
       severity, place,
       message("cannot read ", name, ": expected ", integer ? "an integer" : "a number", " in columns ",
               column, "-", column + width - 1, ", found '", without_blanks_around(field), "'", consequence),
-      shift_help(line, fields), kind);
+      unreadable_help(line, fields, column, width, integer), kind);
 }
 
 namespace record_detail {

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Characters that cannot be seen, or that look like others.
+namespace varpre {
+
+// A text in the characters that were probably meant: a blank for a tab or a no-break space, "-" for other
+// dashes, "'" for other strokes and quotation marks, digits for raised, lowered and wide ones.
+std::string in_plain_characters(std::string_view text);
+
+// Names the first character of a text that cannot be seen or is not what it looks like, and what to write
+// instead; nothing when there is none. The text begins in `column`.
+std::string odd_character_help(std::string_view text, int column);
+
+// The same for a text that should be a number, where a comma may stand for the point, O for 0, and l for 1.
+std::string odd_number_help(std::string_view text, int column);
+
+// Whether two characters look alike: 0 and O; 1, I and l; strokes. Letter case does not count.
+bool look_alike(char a, char b);
+
+}  // namespace varpre
