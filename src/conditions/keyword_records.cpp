@@ -101,7 +101,7 @@ void report_value_across_end(std::string_view keyword, bool readable, double val
 bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
                        const Input& NFICON, Findings& findings) {
   const std::string_view keyword = trimmed(word);
-  const std::string name = message("the value of ", keyword);
+  std::string name = message("the value of ", keyword);
   const std::string_view line = NFICON.origin(NFICON.record_number()).text;
   const Word across = word_across_end(line, field);
   if (!across.text.empty()) {

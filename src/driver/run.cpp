@@ -107,6 +107,10 @@ class Sequence {
   }
   // An error that does not end the run leaves the store file incomplete.
   void note_errors() {
+    if (NFISTO.has_asterisks && MSGFIL.findings.errors() == 0) {  // the stage did not know of it
+      MSGFIL.findings.error(whole(NFICON), message("a number of ", stage_,
+                                                   " does not fit the store file, which has asterisks"));
+    }
     if (incomplete_.empty() && MSGFIL.findings.errors() > 0) incomplete_ = stage_;
   }
 

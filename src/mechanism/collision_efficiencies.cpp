@@ -89,7 +89,7 @@ bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
   NameList list;
   const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL, block.line);
   SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, block.line);
-  if (list.NDEL == 0 || list.DELS[0] != "=") {
+  if (list.NDEL() == 0 || list.DELS[0] != "=") {
     write<"('wrong first delimiter in gencef')">(MSGFIL);
     MSGFIL.findings.error(
         block.line, "no \"=\" behind the name of this third body",
@@ -97,7 +97,7 @@ bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
         "next record");
     throw RunStop{};
   }
-  for (int k = 1; k < list.NSYM; ++k) {
+  for (int k = 1; k < list.NSYM(); ++k) {
     const SpeciesName name(at(list.SYMS, k + 1));
     if (name.blank()) continue;  // behind two delimiters at the end of the line
     if (block.count == most_species) {

@@ -89,10 +89,10 @@ bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& M
   const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, place);
   RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, place);
   for (int i = 1; i <= most_names; ++i) {
-    if (i <= list.NSYM) at(equation.names, i) = at(list.SYMS, i);
-    if (i <= list.NDEL) at(equation.delimiters, i) = at(list.DELS, i);
+    if (i <= list.NSYM()) at(equation.names, i) = at(list.SYMS, i);
+    if (i <= list.NDEL()) at(equation.delimiters, i) = at(list.DELS, i);
   }
-  return list.NSYM <= most_names;
+  return list.NSYM() <= most_names;
 }
 
 ReadResult read_fixed_form(Input& NFIMEC, Reaction& reaction, Equation& equation) {

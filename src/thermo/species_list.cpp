@@ -18,17 +18,17 @@ void warn_absent(Listing& MSGFIL) {
 
 // The flags of the species of one line, which end at number NS.
 void set_flags(const NameList& names, int NS, std::span<int> IFLAG) {
-  for (int k = 1; k <= names.NSYM; ++k) IFLAG[static_cast<std::size_t>(NS - k)] = 0;
-  for (int k = 0; k < names.NDEL; ++k) {
+  for (int k = 1; k <= names.NSYM(); ++k) IFLAG[static_cast<std::size_t>(NS - k)] = 0;
+  for (int k = 0; k < names.NDEL(); ++k) {
     const std::size_t flag = flag_characters.find(names.DELS[static_cast<std::size_t>(k)].front());
     if (flag == std::string_view::npos) continue;
-    IFLAG[static_cast<std::size_t>(NS - names.NDEL + k)] = static_cast<int>(flag) + 1;
+    IFLAG[static_cast<std::size_t>(NS - names.NDEL() + k)] = static_cast<int>(flag) + 1;
   }
 }
 
 // Warns of flags that do not count for the name they stand behind.
 void warn_of_moved_flags(const NameList& names, const Place& record, Findings& findings) {
-  for (int k = 0; k < names.NDEL && names.NDEL < names.NSYM; ++k) {
+  for (int k = 0; k < names.NDEL() && names.NDEL() < names.NSYM(); ++k) {
     const auto i = static_cast<std::size_t>(k);
     const std::string_view flag = names.DELS[i].substr(0, 1);
     if (flag_characters.find(flag) == std::string_view::npos) continue;
@@ -88,14 +88,14 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
     not_closed =
         not_closed || report_heading_inside(section, heading, NFICON, MSGFIL.findings, severity(section));
     GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
-    if (names.NSYM == 0) {
+    if (names.NSYM() == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));
       if (!not_closed) MSGFIL.findings.warning(record, "blank line inside a species list");
       continue;
     }
     const int NSMAX_left = species.size();
     const int first = NS;
-    NS += names.NSYM;
+    NS += names.NSYM();
     if (NS > NSMAX_left) {
       write<"('0',2X,'ERROR in GENSYM - Too many species:', ' NS(',I4,') > NSMAX(',I4,')')">(MSGFIL, NS,
                                                                                              NSMAX_left);
@@ -105,7 +105,7 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
                             message("all lists together hold at most ", NSMAX));
       return {.NS = NS, .absent = true};
     }
-    for (int k = 0; k < names.NSYM; ++k) {
+    for (int k = 0; k < names.NSYM(); ++k) {
       const std::string_view written = names.SYMS[static_cast<std::size_t>(k)];
       const auto number = static_cast<std::size_t>(first + k);
       species.SYMB[number] = written;

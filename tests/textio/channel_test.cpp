@@ -124,6 +124,25 @@ TEST(Input, CopiesReadAsTheirFilesDo) {
 }
 
 // Each test works in a directory of its own.
+TEST(StoreFile, TakesFiniteNumbersOnlyAndRemembersAsterisks) {
+  StoreFile store;
+  write<"(I3,F6.3,1X,A3)">(store, 999, 99.999, Text<3>("***"));
+  EXPECT_FALSE(store.has_asterisks);
+  const double fraction = 0;
+  const std::array values{1.0, 1 / fraction};
+  EXPECT_THROW((write<"(2(F6.3))">(store, values)), RunStop);
+  EXPECT_THROW((write<"(2(F6.3))">(store, std::span<const double>(values))), RunStop);
+  EXPECT_EQ(store.text, "99999.999 ***\n");
+
+  for (const int too_large : {1000, -100}) {
+    StoreFile other;
+    write<"(I3)">(other, too_large);
+    EXPECT_TRUE(other.has_asterisks) << too_large;
+  }
+  write<"(5F6.3)">(store, std::span<const double>(std::array{1.0, 100.0}));
+  EXPECT_TRUE(store.has_asterisks);
+}
+
 class ChannelOnDisk : public testing::Test {
  protected:
   ChannelOnDisk() {

@@ -43,10 +43,10 @@ std::string cut(Splitter splitter, std::string line, std::string_view DELCH,
     NameList names;
     splitter(line, limits, DELCH, names, listing, Place());
     std::string shown;
-    for (int i = 0; i < names.NSYM; ++i) {
+    for (int i = 0; i < names.NSYM(); ++i) {
       const auto k = static_cast<std::size_t>(i);
       shown.append("<").append(names.SYMS[k]).append(">");
-      if (i < names.NDEL) shown.append("{").append(names.DELS[k]).append("}");
+      if (i < names.NDEL()) shown.append("{").append(names.DELS[k]).append("}");
     }
     return shown;
   });

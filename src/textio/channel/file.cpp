@@ -145,7 +145,7 @@ std::string read_to_end(const OpenFile& file, const std::string& name, int& read
     }
     for (;;) {
       const std::size_t length = text.size();
-      text.resize(std::max(text.capacity(), length + file_piece));
+      text.resize(text.capacity() > length ? text.capacity() : length + file_piece);
       const ssize_t count = ::read(file.number(), text.data() + length, text.size() - length);
       const int error = errno;
       text.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));

@@ -25,6 +25,7 @@ class OpenFile {
   OpenFile(OpenFile&& other) noexcept;
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
+  OpenFile& operator=(OpenFile&&) = delete;
 
   int number() const { return number_; }
   // Some file systems tell only now that what was written did not find room.

@@ -12,9 +12,9 @@ namespace varpre {
 // (RunStop, number_not_finite); no record of that statement is written then.
 template <FormatText Text, class... Items>
 void write(StoreFile& store, const Items&... items) {
-  if (!record_detail::append_statement<Text>(store.text, true, items...)) {
-    throw RunStop{RunStop::Ending::number_not_finite};
-  }
+  const auto written = record_detail::append_statement<Text>(store.text, true, items...);
+  if (written == record_detail::Written::not_finite) throw RunStop{RunStop::Ending::number_not_finite};
+  if (written == record_detail::Written::with_asterisks) store.has_asterisks = true;
   store.pass_on();
 }
 

@@ -15,7 +15,8 @@ class StoreFile {
   StoreFile() = default;  // in memory
   StoreFile(std::string file_name, Storage where);
 
-  std::string text;  // the records that were not passed on, each with its line feed
+  std::string text;            // the records that were not passed on, each with its line feed
+  bool has_asterisks = false;  // a value did not fit its field
 
   // Begins a fresh file, which leaves an earlier one as it is until `take_place`. Throws (file.h).
   void open();

@@ -64,7 +64,8 @@ int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
 
 void split(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
            std::string_view delimiter_message, Listing& MSGFIL, const Place& record) {
-  names.NSYM = names.NDEL = 0;
+  names.SYMS.clear();
+  names.DELS.clear();
   while (!text.empty()) {
     const int delimiter = IFDE(text, DELCH);
     const std::string_view name =
@@ -72,7 +73,7 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
     if (static_cast<int>(name.size()) > limits.LSYM) {
       stop_at_too_long(" Name too long in SYDEL:", name, "name", limits.LSYM, MSGFIL, record);
     }
-    names.SYMS[static_cast<std::size_t>(names.NSYM++)] = name;
+    names.SYMS.push_back(name);
     text.remove_prefix(name.size());
     if (text.empty()) return;
 
@@ -80,7 +81,7 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
     if (static_cast<int>(delimiters.size()) > limits.LDEL) {
       stop_at_too_long(delimiter_message, delimiters, "row of delimiters", limits.LDEL, MSGFIL, record);
     }
-    names.DELS[static_cast<std::size_t>(names.NDEL++)] = delimiters;
+    names.DELS.push_back(delimiters);
     text.remove_prefix(delimiters.size());
   }
 }

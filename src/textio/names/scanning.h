@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "textio/findings/listing.h"
+#include "textio/record/numbered.h"
 #include "textio/record/text.h"
 
 // Cutting of input lines into names and delimiters, and the comparison of names. Positions count from 1; a
@@ -20,10 +22,11 @@ using Line = Text<line_length>;
 // Names cut from a line of at most 255 characters, and the delimiter strings behind them: SYMS[k] is followed
 // by DELS[k]; the last name may have none. Both view the line they were cut from.
 struct NameList {
-  int NSYM = 0;
-  int NDEL = 0;
-  std::array<std::string_view, line_length + 1> SYMS;
-  std::array<std::string_view, line_length + 1> DELS;
+  std::vector<std::string_view> SYMS;
+  std::vector<std::string_view> DELS;
+
+  int NSYM() const { return count_of(SYMS); }
+  int NDEL() const { return count_of(DELS); }
 };
 
 // Lengths that a name and a delimiter string may have.

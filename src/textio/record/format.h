@@ -113,9 +113,9 @@ class Walk {
 
 // Walks a format for output until the items are used up, and has the sink write: text(characters),
 // blanks(count), end_record(), and fields(edit, scale, walk) for the next value, or as many of the same edit
-// as it takes from the walk; false from there ends the statement at once, and here. left(): is there a value?
+// as it takes from the walk. left(): is there a value?
 template <class Sink>
-constexpr bool walk_output(const FormatView& format, Sink& sink) {
+constexpr void walk_output(const FormatView& format, Sink& sink) {
   Walk walk(format);
   for (int scale = 0;;) {
     const Edit& edit = walk.next();
@@ -135,11 +135,10 @@ constexpr bool walk_output(const FormatView& format, Sink& sink) {
         if (!sink.left()) break;
         if (edit.kind == Edit::Kind::colon) continue;
         if (edit.scale != Edit::same_scale) scale = edit.scale;
-        if (!sink.fields(edit, scale, walk)) return false;
+        sink.fields(edit, scale, walk);
         continue;
     }
-    sink.end_record();
-    return true;
+    return sink.end_record();
   }
 }
 

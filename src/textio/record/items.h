@@ -43,46 +43,45 @@ auto zip(Ranges&&... ranges) {
 
 namespace record_detail {
 
-// What an item's type is to the notation. A type without a `kind` is none.
-template <class T>
-struct Traits;
-template <>
-struct Traits<int> {
-  static constexpr ItemKind kind = ItemKind::integer;
-  static constexpr std::size_t items = 1;
-};
-template <>
-struct Traits<std::optional<int>> : Traits<int> {};
-template <>
-struct Traits<double> {
-  static constexpr ItemKind kind = ItemKind::real;
-  static constexpr std::size_t items = 1;
-};
-template <std::size_t N>
-struct Traits<Text<N>> {
-  static constexpr ItemKind kind = ItemKind::text;
-  static constexpr std::size_t items = 1;
-};
-template <>
-struct Traits<std::string_view> {
-  static constexpr ItemKind kind = ItemKind::text;
-  static constexpr std::size_t items = 1;
-};
-template <class T, std::size_t N>
-struct Traits<std::array<T, N>> {
-  static constexpr ItemKind kind = Traits<T>::kind;
-  static constexpr std::size_t items = 0;  // any number: such an item is not counted while compiling
-};
-template <class T, std::size_t N>
-struct Traits<std::span<T, N>> {
-  static constexpr ItemKind kind = Traits<std::remove_const_t<T>>::kind;
-  static constexpr std::size_t items = 0;
+// What a type is to the notation: the kind of its values, how many they are (0: known at run time only),
+// whether each has a place in the record that is known while compiling, characters of a text.
+template <ItemKind Kind, std::size_t Values = 1, bool Fixed = true, std::size_t Length = 0>
+struct ItemType {
+  static constexpr ItemKind kind = Kind;
+  static constexpr std::size_t values = Values;
+  static constexpr bool fixed = Fixed;
+  static constexpr std::size_t length = Length;
 };
 
+// All types that are items. Any other has no `kind`.
 template <class T>
-constexpr int text_length = 0;
+struct Traits {};
+template <>
+struct Traits<int> : ItemType<ItemKind::integer> {};
+template <>
+struct Traits<std::optional<int>> : ItemType<ItemKind::integer, 1, false> {};
+template <>
+struct Traits<double> : ItemType<ItemKind::real> {};
 template <std::size_t N>
-constexpr int text_length<Text<N>> = N;
+struct Traits<Text<N>> : ItemType<ItemKind::text, 1, true, N> {};
+template <>
+struct Traits<std::string_view> : ItemType<ItemKind::text, 1, false> {};
+template <class T, std::size_t N>
+struct Traits<std::array<T, N>>
+    : ItemType<Traits<T>::kind, N * Traits<T>::values, Traits<T>::fixed, Traits<T>::length> {};
+template <class T>
+struct Traits<std::span<T>> : ItemType<Traits<std::remove_const_t<T>>::kind, 0, false> {};
+template <class T, std::size_t N>
+struct Traits<std::span<T, N>> : Traits<std::array<std::remove_const_t<T>, N>> {};
+template <class First, class... Others>
+struct Traits<Zip<First, Others...>>
+    : ItemType<Traits<First>::kind, Traits<First>::values*(1 + sizeof...(Others)),
+               (Traits<First>::fixed && ... && Traits<Others>::fixed)> {};
+
+template <class T>
+concept RecordItem = requires {
+  Traits<T>::kind;
+};
 
 // How many Item entries describe one argument.
 template <class T>
@@ -92,8 +91,8 @@ constexpr std::size_t entries<Zip<Spans...>> = sizeof...(Spans);
 
 template <class Pointer, class T>
 Item<Pointer> values(T* data, std::size_t count) {
-  using Value = std::remove_const_t<T>;
-  return {Traits<Value>::kind, data, count, sizeof(T), text_length<Value>};
+  using Type = Traits<std::remove_const_t<T>>;
+  return {Type::kind, data, count, sizeof(T), Type::length};
 }
 template <class Pointer, class T, std::size_t N>
 Item<Pointer> values(std::array<T, N>* data, std::size_t count) {

@@ -13,20 +13,20 @@ struct RealEdit {
   int scale;   // k, scale factor
 };
 
-// Each routine below fills the `width` characters at `field`, right-justified, with asterisks when the value
-// does not fit. Digits are rounded to the nearest decimal of the exact value held, exact ties to the even
-// digit.
+// Each routine below fills the `width` characters at `field`, right-justified; when the value does not fit,
+// with asterisks, and returns false. Digits are rounded to the nearest decimal of the exact value held, exact
+// ties to the even digit.
 
 // Iw: decimal digits, a minus sign before the first one of a negative value.
-void edit_integer(char* field, int width, int value);
+bool edit_integer(char* field, int width, int value);
 
 // kPFw.d: the value times 10^k with d decimals. The zero before the point of a value below 1 is left out when
 // it is all that does not fit.
-void edit_fixed(char* field, const RealEdit& edit, double value);
+bool edit_fixed(char* field, const RealEdit& edit, double value);
 
 // kPEw.d: significand and exponent, as 0.1235E+01 (k = 0) or 1.2346E+04 (k = 1); an exponent of three digits
 // takes the place of its letter (1.0000+100).
-void edit_exponent(char* field, const RealEdit& edit, double value);
+bool edit_exponent(char* field, const RealEdit& edit, double value);
 
 // An integer field: optional sign and digits, blanks ignored wherever they stand, a blank field is 0.
 // Nothing when a character does not belong there, no digit stands in a non-blank field, or the value

@@ -54,7 +54,7 @@ class Values {
 // Collects the characters of a statement and appends them in few pieces.
 class Output {
  public:
-  explicit Output(std::string& out) : out_(out), start_(out.size()) {}
+  explicit Output(std::string& out) : out_(out) {}
 
   // Room for the next `count` characters.
   char* extend(int count) {
@@ -62,7 +62,6 @@ class Output {
     at_ += count;
     return at_ - count;
   }
-  void fill(int count, char c) { std::memset(extend(count), c, static_cast<std::size_t>(count)); }
   void blanks(int count) {
     constexpr std::string_view usual = "        ";
     char* const at = extend(count);
@@ -87,15 +86,12 @@ class Output {
     out_.append(chars_.data(), static_cast<std::size_t>(at_ - chars_.data()));
     at_ = chars_.data();
   }
-  // Takes the whole statement back.
-  void drop() { out_.resize(start_); }
 
  private:
   static constexpr std::size_t piece = 1024;
   static_assert(piece >= format_detail::widest_field);
 
   std::string& out_;
-  std::size_t start_;
   std::array<char, piece + 8> chars_;  // room for what `blanks` stores beyond the end
   char* at_ = chars_.data();
   char* end_ = chars_.data() + piece;
@@ -115,38 +111,18 @@ T value_at(const char* place) {
   return value;
 }
 
-RealEdit real_edit(const Edit& edit, int scale) {
-  return {edit.width, edit.value, scale};
-}
-
-// Writes the next values, all of one item, into a field each. False at a NaN or an infinity that may not be
-// written.
-bool append_values(Output& out, const Edit& edit, int scale, const Values<const void*>& values, int count,
-                   bool finite_only) {
-  const OutputItem& item = values.item();
-  // An integer without value; an array whose values reach a descriptor of another type.
-  const bool asterisks = (item.kind == ItemKind::integer && item.data == nullptr) || !takes(edit, item.kind);
-  const char* at = values.value<const char>();
-  for (int i = 0; i < count; ++i, at += item.stride) {
-    if (finite_only && item.kind == ItemKind::real && !std::isfinite(value_at<double>(at))) return false;
-    if (asterisks) {
-      out.fill(edit.width, '*');
-    } else if (item.kind == ItemKind::real) {
-      const double value = value_at<double>(at);
-      char* const field = out.extend(edit.width);
-      if (edit.kind == Edit::Kind::exponent) {
-        edit_exponent(field, real_edit(edit, scale), value);
-      } else {
-        edit_fixed(field, real_edit(edit, scale), value);
-      }
-    } else if (item.kind == ItemKind::text) {
-      append_text(out, {at, item.length}, edit.width);
-    } else {
-      edit_integer(out.extend(edit.width), edit.width, value_at<int>(at));
-    }
-    out.blanks(edit.gap);
+// Edits a value, a text with its length, into its field. False when the field holds asterisks.
+bool edit_value(char* field, const FieldEdit& edit, const char* value, std::size_t length) {
+  const auto width = static_cast<std::size_t>(edit.places.width);
+  switch (edit.kind) {
+    case Edit::Kind::exponent: return edit_exponent(field, edit.places, value_at<double>(value));
+    case Edit::Kind::fixed: return edit_fixed(field, edit.places, value_at<double>(value));
+    case Edit::Kind::integer: return edit_integer(field, edit.places.width, value_at<int>(value));
+    case Edit::Kind::text:
+      std::memcpy(field + width - std::min(length, width), value, std::min(length, width));
+      return true;
+    default: std::memset(field, '*', width); return false;
   }
-  return true;
 }
 
 bool is_numeric(const Edit& edit) {
@@ -241,7 +217,7 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
       }
       return false;
     case ItemKind::real:
-      if (const auto value = read_real(field, real_edit(edit, scale))) {
+      if (const auto value = read_real(field, {edit.width, edit.value, scale})) {
         *values.value<double>() = *value;
         watch.real_taken(field, edit, *value);
         return true;
@@ -253,32 +229,68 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
 
 }  // namespace
 
-bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
-                    bool finite_only) {
+bool all_finite(std::span<const OutputItem> items) {
+  for (const OutputItem& item : items) {
+    if (item.kind != ItemKind::real) continue;
+    const char* at = static_cast<const char*>(item.data);
+    for (std::size_t i = 0; i < item.count; ++i, at += item.stride) {
+      if (!std::isfinite(value_at<double>(at))) return false;
+    }
+  }
+  return true;
+}
+
+Written append_records(std::string& text, const FormatView& format, std::span<const OutputItem> items) {
   struct Sink {
     Output out;
     Values<const void*> values;
-    bool finite_only;
+    bool fit = true;
 
     bool left() const { return values.left(); }
     void text(std::string_view characters) { out.put(characters.data(), characters.size()); }
     void blanks(int count) { out.blanks(count); }
     void end_record() { out.put('\n'); }
-    bool fields(const Edit& edit, int scale, Walk& walk) {
+    void fields(const Edit& edit, int scale, Walk& walk) {
+      const OutputItem& item = values.item();
       const int count = 1 + walk.repeat(values.run() - 1);
-      if (!append_values(out, edit, scale, values, count, finite_only)) return false;
+      // An integer without value gets asterisks, as does what reaches a descriptor of another type.
+      FieldEdit how = field_edit(edit, edit.width, scale, item.kind);
+      if (item.kind == ItemKind::integer && item.data == nullptr) how.kind = Edit::Kind::literal;
+      const char* at = values.value<const char>();
+      for (int i = 0; i < count; ++i, at += item.stride) {
+        if (how.kind == Edit::Kind::text) {
+          append_text(out, {at, item.length}, edit.width);
+        } else {
+          fit &= edit_value(out.extend(edit.width), how, at, item.length);
+        }
+        out.blanks(edit.gap);
+      }
       values.advance(count);
-      return true;
     }
-  } sink{Output(text), Values(items), finite_only};
+  } sink{Output(text), Values(items)};
 
-  const bool written = walk_output(format, sink);
-  if (written) {
-    sink.out.pass_on();
-  } else {
-    sink.out.drop();
+  walk_output(format, sink);
+  sink.out.pass_on();
+  return sink.fit ? Written::whole : Written::with_asterisks;
+}
+
+Written append_image(std::string& text, std::string_view image, const Field* field,
+                     std::span<const OutputItem> items) {
+  const std::size_t start = text.size();
+  text.append(image);
+  char* const records = text.data() + start;
+  bool fit = true;
+  for (std::size_t first = 0; first < items.size(); first += items[first].zipped) {
+    const auto in_turn = items.subspan(first, items[first].zipped);
+    for (std::size_t i = 0; i < in_turn[0].count; ++i) {
+      for (const OutputItem& item : in_turn) {
+        const char* const value = static_cast<const char*>(item.data) + i * item.stride;
+        fit &= edit_value(records + field->offset, field->edit, value, item.length);
+        ++field;
+      }
+    }
   }
-  return written;
+  return fit ? Written::whole : Written::with_asterisks;
 }
 
 ReadResult read_records(RecordSource source, const FormatView& format, std::span<const InputItem> items) {
@@ -345,7 +357,7 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
   }
 }
 
-void format_free(std::string& text, std::span<const OutputItem> items) {
+void append_free_record(std::string& text, std::span<const OutputItem> items) {
   constexpr int integer_width = 11;
   Output out(text);
   out.put(' ');

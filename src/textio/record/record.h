@@ -51,10 +51,17 @@ struct ReadResult {
 
 namespace record_detail {
 
-// Appends the records of one output statement, each ended by a line feed. False, with nothing appended, when
-// `finite_only` is set and an item is a NaN or an infinity.
-bool format_records(std::string& text, const FormatView& format, std::span<const OutputItem> items,
-                    bool finite_only);
+// What became of an output statement: with asterisks where a value did not fit its field; or nothing was
+// appended, since a NaN or an infinity must not be written.
+enum class Written { whole, with_asterisks, not_finite };
+
+bool all_finite(std::span<const OutputItem> items);
+
+// Append the records of an output statement, each ended by a line feed: of a format, or of an image and its
+// fields.
+Written append_records(std::string& text, const FormatView& format, std::span<const OutputItem> items);
+Written append_image(std::string& text, std::string_view image, const Field* field,
+                     std::span<const OutputItem> items);
 
 // Where a read statement takes its records from: next(from, record) is false when none is left.
 struct RecordSource {
@@ -63,7 +70,7 @@ struct RecordSource {
   int record_number;  // of the record before the statement
 };
 ReadResult read_records(RecordSource source, const FormatView& format, std::span<const InputItem> items);
-void format_free(std::string& text, std::span<const OutputItem> items);
+void append_free_record(std::string& text, std::span<const OutputItem> items);
 
 // Whether a format serves the items: those before the first array or span one by one, the others by kind.
 template <class T>
@@ -74,7 +81,6 @@ struct Check {
     }
     return false;
   }
-  static constexpr std::size_t items = Traits<T>::items;
   static constexpr bool next_descriptor_takes(Walk& walk) {
     for (bool reverted = false;;) {
       const Edit& edit = walk.next();
@@ -92,7 +98,6 @@ struct Check<Zip<Spans...>> {
   static constexpr bool has_descriptor(const FormatView& format) {
     return (Check<Spans>::has_descriptor(format) && ...);
   }
-  static constexpr std::size_t items = 0;
   static constexpr bool next_descriptor_takes(Walk&) { return true; }
 };
 
@@ -102,7 +107,7 @@ constexpr bool items_fit(const FormatView& format) {
   bool counted = true;
   bool fit = true;
   [[maybe_unused]] const auto check = [&]<class T>(std::type_identity<T>) {
-    counted = counted && Check<T>::items == 1;
+    counted = counted && Traits<T>::values == 1;
     fit = fit && (counted ? Check<T>::next_descriptor_takes(walk) : Check<T>::has_descriptor(format));
   };
   (check(std::type_identity<std::remove_const_t<Items>>{}), ...);
@@ -110,30 +115,49 @@ constexpr bool items_fit(const FormatView& format) {
   return fit;
 }
 
-// False, with nothing appended, when `finite_only` is set and an item is a NaN or an infinity.
+template <class... Items>
+consteval bool are_items() {
+  constexpr bool all = (RecordItem<Items> && ...);
+  static_assert(
+      all, "an item of a record is an int, a double, a text, an array or span of these, or a zip of spans");
+  return all;
+}
+
 template <FormatText Text, class... Items>
-bool append_statement(std::string& text, bool finite_only, const Items&... items) {
-  static_assert(items_fit<Items...>(Format<Text>::view));
-  if constexpr (((Fixed<Items>::count > 0) && ...)) {
-    return write_image<Text>(text, finite_only, items...);
+Written append_statement(std::string& text, bool finite_only, const Items&... items) {
+  if constexpr (are_items<Items...>()) {
+    static_assert(items_fit<Items...>(Format<Text>::view));
+    const auto list = describe<const void*>(items...);
+    if (finite_only && !all_finite(list)) return Written::not_finite;
+    if constexpr ((Traits<Items>::fixed && ...)) {
+      using Records = Image<Text, Items...>;
+      return append_image(text, Records::characters, Records::fields.data(), list);
+    } else {
+      return append_records(text, Format<Text>::view, list);
+    }
   } else {
-    return format_records(text, Format<Text>::view, describe<const void*>(items...), finite_only);
+    return Written::whole;  // where the compiler goes on to look for other faults
   }
 }
 
 // Appends a free-form record.
 template <class... Items>
 void append_free(std::string& text, const Items&... items) {
-  static_assert(((Traits<Items>::kind != ItemKind::real && !std::is_same_v<Items, std::optional<int>>)&&...));
-  const auto list = describe<const void*>(items...);
-  format_free(text, list);
+  if constexpr (are_items<Items...>()) {
+    static_assert(
+        ((Traits<Items>::kind != ItemKind::real && !std::is_same_v<Items, std::optional<int>>)&&...));
+    append_free_record(text, describe<const void*>(items...));
+  }
 }
 
 template <FormatText Text, class... Items>
 ReadResult read_statement(const RecordSource& source, Items&... items) {
-  static_assert(items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));
-  const auto list = describe<void*>(items...);
-  return read_records(source, Format<Text>::view, list);
+  if constexpr (are_items<std::remove_reference_t<Items>...>()) {
+    static_assert(items_fit<std::remove_reference_t<Items>...>(Format<Text>::view));
+    return read_records(source, Format<Text>::view, describe<void*>(items...));
+  } else {
+    return {};
+  }
 }
 
 }  // namespace record_detail
