@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "conditions/keyword_records.h"
+#include "textio/record/numbered.h"
 
 namespace varpre {
 namespace {
@@ -207,7 +208,7 @@ void list(const Values& v, const Count& grid, const Count& geometry, const Optio
   constexpr std::array<std::string_view, 3> geometries{"slab    ", "cylinder", "sphere  "};
   if (geometry && *geometry >= 0 && *geometry < 3) {
     write<"(1X,'Ri  =',2PF9.3,' cm ',2X,'Ro  =',2PF9.3,' cm ',2X,'Ng  =',I9,'    ',2X,'geometry: ',A8)">(
-        MSGFIL, v[RI], v[RO], grid, geometries[static_cast<std::size_t>(*geometry)]);
+        MSGFIL, v[RI], v[RO], grid, at(geometries, *geometry + 1));
   }
   const auto word = [](Condition c) { return keywords[c].word; };
   write<"(1X,2(A4,1X,1PE9.2,' s  ',2X),A4,1X,I9,'    ',2X,A4,1X,I9,'    ')">(

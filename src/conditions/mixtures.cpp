@@ -9,6 +9,7 @@
 
 #include "conditions/keyword_records.h"
 #include "textio/channel/run_stop.h"
+#include "textio/record/numbered.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -92,7 +93,7 @@ void set_amount(const KeywordRecord<8>& record, Reading& reading) {
   Listing& MSGFIL = reading.MSGFIL;
   const int number = reading.index.find(name);
   if (number == 0) stop_at_unknown(name, reading);
-  double& X = reading.mixture.X[static_cast<std::size_t>(number - 1)];
+  double& X = at(reading.mixture.X, number);
   if (X > 0) {
     write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
     MSGFIL.findings.error(here(reading.NFICON, 1, 8),
@@ -187,17 +188,17 @@ void divide_by_sum(std::span<double> values) {
 
 // Element composition of the gas mixture.
 void set_elements(const Elements& elements, std::span<const double> X, MixtureState& mixture) {
-  const auto NE = static_cast<std::size_t>(elements.NE);
+  const int NE = elements.NE;
   if (NE == 0) return;
-  const auto B = std::span(mixture.B).first(NE);
-  for (std::size_t e = 0; e < NE; ++e) {
-    B[e] = 0;
-    for (std::size_t i = 0; i < X.size(); ++i) B[e] += elements.NCOMP[i][e] * X[i];
+  const auto B = first(mixture.B, NE);
+  for (int e = 1; e <= NE; ++e) {
+    at(B, e) = 0;
+    for (std::size_t i = 0; i < X.size(); ++i) at(B, e) += at(elements.NCOMP[i], e) * X[i];
   }
   divide_by_sum(B);
   double mean_mass = 0;
-  for (std::size_t e = 0; e < NE; ++e) mean_mass += B[e] * elements.EMOL[e];
-  for (std::size_t e = 0; e < NE; ++e) mixture.Z[e] = B[e] / mean_mass;
+  for (int e = 1; e <= NE; ++e) mean_mass += at(B, e) * at(elements.EMOL, e);
+  for (int e = 1; e <= NE; ++e) at(mixture.Z, e) = at(B, e) / mean_mass;
 }
 
 // Warns of a state that can hardly be meant, or at which the thermochemical fits do not hold.
@@ -250,9 +251,8 @@ void list_amounts(std::span<const SpeciesName> names, std::span<const double> am
 }
 
 void list_elements(const Elements& elements, std::span<const double> values, Listing& MSGFIL) {
-  const auto NE = static_cast<std::size_t>(elements.NE);
-  write<"(1(1H ,7X,4(A2,':',1PE14.7,1X)))">(MSGFIL,
-                                            zip(std::span(elements.SYME).first(NE), values.first(NE)));
+  write<"(1(1H ,7X,4(A2,':',1PE14.7,1X)))">(
+      MSGFIL, zip(first(elements.SYME, elements.NE), first(values, elements.NE)));
 }
 
 }  // namespace
@@ -270,21 +270,20 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   reading.given.heading = heading_place(section, NFICON);
   read_values(NFICON, reading);
   const Given& given = reading.given;
-  const auto NTOT = static_cast<std::size_t>(species.size());
-  const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
-  const auto X = std::span(mixture.X).first(NGAS);
-  const auto X_surface = std::span(mixture.X).subspan(NGAS, NTOT - NGAS);
+  const int NGAS = species.size() - NSURF;
+  const auto X = first(mixture.X, NGAS);
+  const auto X_surface = behind(mixture.X, NGAS, NSURF);
   check(given, X, species.size(), MSGFIL);
 
   divide_by_sum(X);
   if (!std::isfinite(sum(X_surface))) throw RunStop{RunStop::Ending::number_not_finite};
   if (sum(X_surface) > 0) divide_by_sum(X_surface);
   double M = 0;
-  for (std::size_t i = 0; i < NGAS; ++i) M += X[i] * species.XMOL[i];
-  for (std::size_t i = 0; i < NGAS; ++i) mixture.W[i] = X[i] / M;
+  for (int i = 1; i <= NGAS; ++i) M += at(X, i) * at(species.XMOL, i);
+  for (int i = 1; i <= NGAS; ++i) at(mixture.W, i) = at(X, i) / M;
   set_elements(elements, X, mixture);
 
-  const auto XMOL = species.XMOL.first(NGAS);
+  const auto XMOL = first(species.XMOL, NGAS);
   if (is_given(given.T)) {
     mixture.H = mixture_enthalpy(mixture.T, X, species.fit, MSGFIL) / M;
   } else {
@@ -303,7 +302,7 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
                                              " bar on the left, ", right.P / bar, " bar on the right"));
   }
   const auto given = [&](const MixtureState& mixture) {
-    const auto X = std::span(mixture.X).subspan(static_cast<std::size_t>(NGAS), surface.SYMB.size());
+    const auto X = behind(mixture.X, NGAS, surface.size());
     return std::any_of(X.begin(), X.end(), [](double x) { return x > 0; });
   };
   const bool both_absent = left.pressure.unit == nullptr && right.pressure.unit == nullptr;
@@ -314,11 +313,10 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
 
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
             const MixtureState& mixture, Listing& MSGFIL) {
-  const auto NTOT = static_cast<std::size_t>(species.size());
-  const std::size_t NGAS = NTOT - static_cast<std::size_t>(NSURF);
-  const std::span<const SpeciesName> gas = species.SYMB.first(NGAS);
-  const std::span<const SpeciesName> surface = species.SYMB.subspan(NGAS);
-  const auto X_surface = std::span(mixture.X).subspan(NGAS, NTOT - NGAS);
+  const int NGAS = species.size() - NSURF;
+  const auto gas = first(species.SYMB, NGAS);
+  const auto surface = behind(species.SYMB, NGAS, NSURF);
+  const auto X_surface = behind(mixture.X, NGAS, NSURF);
 
   write<"(/,' ',7X,'Values for mixture fraction =',F5.3)">(MSGFIL, ZMIX);
   write<"(/,' ',7X,'Gas Composition (mole fractions)')">(MSGFIL);

@@ -54,7 +54,7 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
                           nearest_option(field.name, NTOPT));
     return false;
   }
-  IOPT.slots[static_cast<std::size_t>(found - NTOPT.begin())] = *field.value == 0 ? 1 : *field.value;
+  IOPT.slots.begin()[found - NTOPT.begin()] = *field.value == 0 ? 1 : *field.value;
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "textio/findings/record_findings.h"
+#include "textio/record/numbered.h"
 #include "thermo/limits.h"
 
 namespace varpre {
@@ -17,7 +18,7 @@ using OptionNames = std::array<std::string_view, NUMOPT>;
 // Option vector: slot n (from 1) belongs to the n-th name of the option table.
 struct OptionVector {
   std::array<int, NUMOPT> slots{};
-  int operator()(int n) const { return slots[static_cast<std::size_t>(n - 1)]; }
+  int operator()(int n) const { return at(slots, n); }
 };
 
 // Slots that this program itself looks at.

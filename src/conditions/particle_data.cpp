@@ -86,7 +86,7 @@ bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const I
     return false;
   }
   if (!value_is_readable(result, name.view(), value, {10, 10}, NFICON, MSGFIL.findings)) return false;
-  double& XPA = particles.XPA[static_cast<std::size_t>(found - particles.names.begin())];
+  double& XPA = particles.XPA.begin()[found - particles.names.begin()];
   if (XPA > 0 || value < 0) {
     write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
     MSGFIL.findings.error(here(NFICON, 1, 19), value < 0

@@ -62,7 +62,7 @@ bool take_property(const KeywordRecord<8>& record, const Place& heading, const I
   if (!result) write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
   if (!value_is_readable(result, word.view(), value, {10, 11, found->unit}, NFICON, MSGFIL.findings))
     return false;
-  Given& given = values[static_cast<std::size_t>(found - properties.begin())];
+  Given& given = values.begin()[found - properties.begin()];
   given.value = value;
   ++given.count;
   return true;

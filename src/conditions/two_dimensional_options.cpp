@@ -140,7 +140,7 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
       write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
       return false;
     }
-    values[static_cast<std::size_t>(parameter_of(word.view()) - parameters.begin())] = value;
+    values.begin()[parameter_of(word.view()) - parameters.begin()] = value;
     return true;
   };
   const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);

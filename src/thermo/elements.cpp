@@ -7,6 +7,7 @@
 
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
+#include "textio/record/numbered.h"
 
 namespace varpre {
 namespace {
@@ -60,7 +61,7 @@ bool count_atoms(const SpeciesView& species, std::size_t i, Elements& elements, 
   const ElementFields& fields = species.elements[i];
   elements.NCOMP[i].fill(0);
   elements.XE[i].fill(0.0);
-  const auto symbols = std::span(elements.SYME).first(static_cast<std::size_t>(elements.NE));
+  const auto symbols = first(elements.SYME, elements.NE);
   for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
     const ElementSymbol& symbol = fields.ELSYM[j];
     if (is_empty_field(symbol)) continue;
@@ -78,17 +79,18 @@ bool count_atoms(const SpeciesView& species, std::size_t i, Elements& elements, 
           "columns 25-44 hold up to four elements, a symbol (2 columns) and a count (3 columns) each");
       return false;
     }
-    elements.NCOMP[i][static_cast<std::size_t>(found - symbols.begin())] = fields.ELCNT[j];
+    elements.NCOMP[i].begin()[found - symbols.begin()] = fields.ELCNT[j];
   }
   return true;
 }
 
 // Molar mass of species i, and its element mass fractions.
 double molar_mass(std::size_t i, Elements& elements) {
-  const auto NE = static_cast<std::size_t>(elements.NE);
+  const int NE = elements.NE;
+  const auto& NCOMP = elements.NCOMP[i];
   double XMOL = 0;
-  for (std::size_t e = 0; e < NE; ++e) XMOL += elements.NCOMP[i][e] * elements.EMOL[e];
-  for (std::size_t e = 0; e < NE; ++e) elements.XE[i][e] = elements.NCOMP[i][e] * elements.EMOL[e] / XMOL;
+  for (int e = 1; e <= NE; ++e) XMOL += at(NCOMP, e) * at(elements.EMOL, e);
+  for (int e = 1; e <= NE; ++e) at(elements.XE[i], e) = at(NCOMP, e) * at(elements.EMOL, e) / XMOL;
   return XMOL;
 }
 
@@ -128,15 +130,15 @@ void INIMOI(const SpeciesView& species, const Elements& elements, StoreFile& NFI
   write<"(I5,' SPECIES ')">(NFISTO, species.size());
   write<"(I5,'  Elements')">(NFISTO, elements.NE);
   if (species.size() == 0) return;
-  const auto NE = static_cast<std::size_t>(elements.NE);
+  const int NE = elements.NE;
   std::vector<double> XE;
-  for (std::size_t i = 0; i < species.SYMB.size(); ++i) {
-    XE.insert(XE.end(), elements.XE[i].begin(), elements.XE[i].begin() + elements.NE);
+  for (int i = 1; i <= species.size(); ++i) {
+    XE.insert(XE.end(), at(elements.XE, i).begin(), at(elements.XE, i).begin() + NE);
   }
   write<"(' NSYMB',6X,5(A,2X))">(NFISTO, species.SYMB);
   write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, species.XMOL);
-  write<"(' SYME ',6X,5(A2,6X,2X))">(NFISTO, std::span(elements.SYME).first(NE));
-  write<"(' EMOL',7X,5(1PE20.13,1X))">(NFISTO, std::span(elements.EMOL).first(NE));
+  write<"(' SYME ',6X,5(A2,6X,2X))">(NFISTO, first(elements.SYME, NE));
+  write<"(' EMOL',7X,5(1PE20.13,1X))">(NFISTO, first(elements.EMOL, NE));
   write<"(' XE  ',7X,5(1PE20.13,1X))">(NFISTO, std::span<const double>(XE));
 }
 

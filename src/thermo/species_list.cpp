@@ -4,6 +4,7 @@
 
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
+#include "textio/record/numbered.h"
 #include "thermo/section_findings.h"
 
 namespace varpre {
@@ -18,24 +19,24 @@ void warn_absent(Listing& MSGFIL) {
 
 // The flags of the species of one line, which end at number NS.
 void set_flags(const NameList& names, int NS, std::span<int> IFLAG) {
-  for (int k = 1; k <= names.NSYM(); ++k) IFLAG[static_cast<std::size_t>(NS - k)] = 0;
-  for (int k = 0; k < names.NDEL(); ++k) {
-    const std::size_t flag = flag_characters.find(names.DELS[static_cast<std::size_t>(k)].front());
+  for (int k = 1; k <= names.NSYM(); ++k) at(IFLAG, NS - names.NSYM() + k) = 0;
+  for (int k = 1; k <= names.NDEL(); ++k) {
+    const std::size_t flag = flag_characters.find(at(names.DELS, k).front());
     if (flag == std::string_view::npos) continue;
-    IFLAG[static_cast<std::size_t>(NS - names.NDEL() + k)] = static_cast<int>(flag) + 1;
+    at(IFLAG, NS - names.NDEL() + k) = static_cast<int>(flag) + 1;
   }
 }
 
 // Warns of flags that do not count for the name they stand behind.
 void warn_of_moved_flags(const NameList& names, const Place& record, Findings& findings) {
-  for (int k = 0; k < names.NDEL() && names.NDEL() < names.NSYM(); ++k) {
-    const auto i = static_cast<std::size_t>(k);
-    const std::string_view flag = names.DELS[i].substr(0, 1);
+  for (int k = 1; k <= names.NDEL() && names.NDEL() < names.NSYM(); ++k) {
+    const std::string_view flag = at(names.DELS, k).substr(0, 1);
+    const std::string_view name = at(names.SYMS, k);
     if (flag_characters.find(flag) == std::string_view::npos) continue;
-    findings.warning(locate(record, message(names.SYMS[i])),
-                     message("the flag '", flag, "' behind '", names.SYMS[i], "' sets the flag of '",
-                             names.SYMS[i + 1], "'"),
-                     "flags count from the end of the line: give a flagged name a line of its own");
+    findings.warning(
+        locate(record, name),
+        message("the flag '", flag, "' behind '", name, "' sets the flag of '", at(names.SYMS, k + 1), "'"),
+        "flags count from the end of the line: give a flagged name a line of its own");
   }
 }
 
@@ -44,24 +45,24 @@ Findings::Severity severity(const Section& section) {
   return &section == &sections::particle_species ? Findings::Severity::warning : Findings::Severity::error;
 }
 
-// Reports a name that is in the list already, whole or cut to its length there. `number` is its place,
-// from 0.
-void report_equal_names(const Section& section, std::string_view written, std::size_t number,
+// Reports a name that is in the list already, whole or cut to its length there. `number` is its
+// place.
+void report_equal_names(const Section& section, std::string_view written, int number,
                         const SpeciesView& species, Findings& findings) {
-  const SpeciesName& name = species.SYMB[number];
-  const auto before = species.SYMB.first(number);
+  const SpeciesName& name = at(species.SYMB, number);
+  const auto before = first(species.SYMB, number - 1);
   const auto equal = std::find_if(before.begin(), before.end(), [&](const SpeciesName& earlier) {
     return EQUSYM(static_cast<int>(name.chars.size()), earlier.view(), name.view());
   });
   if (equal == before.end()) return;
-  const Place& first = species.listed[static_cast<std::size_t>(equal - before.begin())];
+  const Place& earlier_place = species.listed.begin()[equal - before.begin()];
   const bool cut = written.size() > name.chars.size();
-  findings.report(
-      severity(section), locate(species.listed[number], written),
-      cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
-          : message("species '", name, "' is listed already"),
-      message("the first one stands in line ", first.unit->origin(first.record).line, ": delete one of them"),
-      Findings::Site::current());
+  findings.report(severity(section), locate(at(species.listed, number), written),
+                  cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
+                      : message("species '", name, "' is listed already"),
+                  message("the first one stands in line ",
+                          earlier_place.unit->origin(earlier_place.record).line, ": delete one of them"),
+                  Findings::Site::current());
 }
 
 }  // namespace
@@ -94,7 +95,6 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
       continue;
     }
     const int NSMAX_left = species.size();
-    const int first = NS;
     NS += names.NSYM();
     if (NS > NSMAX_left) {
       write<"('0',2X,'ERROR in GENSYM - Too many species:', ' NS(',I4,') > NSMAX(',I4,')')">(MSGFIL, NS,
@@ -105,21 +105,20 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
                             message("all lists together hold at most ", NSMAX));
       return {.NS = NS, .absent = true};
     }
-    for (int k = 0; k < names.NSYM(); ++k) {
-      const std::string_view written = names.SYMS[static_cast<std::size_t>(k)];
-      const auto number = static_cast<std::size_t>(first + k);
-      species.SYMB[number] = written;
-      species.listed[number] = not_closed ? Place{} : record;
+    for (int k = 1; k <= names.NSYM(); ++k) {
+      const std::string_view written = at(names.SYMS, k);
+      const int number = NS - names.NSYM() + k;
+      at(species.SYMB, number) = written;
+      at(species.listed, number) = not_closed ? Place{} : record;
       if (!not_closed) report_equal_names(section, written, number, species, MSGFIL.findings);
     }
     set_flags(names, NS, species.IFLAG);
     if (!not_closed) warn_of_moved_flags(names, record, MSGFIL.findings);
   }
 
-  const auto count = static_cast<std::size_t>(NS);
   write<"(1H ,7X,'List of Species and Flags, NS =',I5)">(MSGFIL, NS);
   write<"(8X,'Species : ',5(A,1X,I1,2X), /,1(18X,5(A,1X,I1,2X)))">(
-      MSGFIL, zip(species.SYMB.first(count), species.IFLAG.first(count)));
+      MSGFIL, zip(first(species.SYMB, NS), first(species.IFLAG, NS)));
   return {.NS = NS};
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "textio/findings/record_findings.h"
+#include "textio/record/numbered.h"
 #include "thermo/database_search.h"
 
 namespace varpre {
@@ -193,15 +194,15 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
 }
 
 void PRTHD(const SpeciesView& species, StoreFile& NFISTO) {
-  for (int i = 0; i < species.size(); ++i) {
-    const ThermoFit& fit = species.fit[static_cast<std::size_t>(i)];
-    const double XMOL = species.XMOL[static_cast<std::size_t>(i)];
+  for (int i = 1; i <= species.size(); ++i) {
+    const ThermoFit& fit = at(species.fit, i);
+    const double XMOL = at(species.XMOL, i);
     const auto per_mass = [&](std::array<double, 7> coefficients) {
       for (double& a : coefficients) a = XMOL == 0 ? 0.0 : a / XMOL;
       return coefficients;
     };
     write<"(' HL,HH(',I4,')',5(1PE11.4,1X),/, 5(1PE11.4,1X),/, 4(1PE11.4,1X),1PE10.3,1X,1PE10.3,1X,1PE10.3)">(
-        NFISTO, i + 1, per_mass(fit.HCPL), per_mass(fit.HCPH), fit.TLIM);
+        NFISTO, i, per_mass(fit.HCPL), per_mass(fit.HCPH), fit.TLIM);
   }
 }
 

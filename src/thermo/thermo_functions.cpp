@@ -4,6 +4,7 @@
 
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
+#include "textio/record/numbered.h"
 
 namespace varpre {
 namespace {
@@ -27,7 +28,7 @@ double heat_capacity(const Coefficients& a, double T) {
 
 // Coefficients of the range that T lies in; a temperature above that range is listed.
 const Coefficients& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
-  const ThermoFit& fit = fits[static_cast<std::size_t>(I - 1)];
+  const ThermoFit& fit = at(fits, I);
   if (T < fit.TLIM[1]) return fit.HCPL;
   if (T > fit.TLIM[2]) {
     write<
@@ -39,7 +40,7 @@ const Coefficients& range_at(int I, double T, std::span<const ThermoFit> fits, L
 
 // The same, with a finding.
 const Coefficients& range_for(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
-  const ThermoFit& fit = fits[static_cast<std::size_t>(I - 1)];
+  const ThermoFit& fit = at(fits, I);
   if (T >= fit.TLIM[1] && T > fit.TLIM[2]) {
     MSGFIL.findings.warning(
         fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),

@@ -115,7 +115,7 @@ void report_not_positive(std::string_view property, const Subject& species, cons
                          const FitGrid& grid, Findings& findings) {
   const auto lowest = std::min_element(properties.cp.begin(), properties.cp.end());
   if (*lowest < 0) {
-    const double T = grid.T[static_cast<std::size_t>(lowest - properties.cp.begin())];
+    const double T = grid.T.begin()[lowest - properties.cp.begin()];
     findings.error(species.fit().entry,
                    message("the ", property, " of species '", species.name,
                            "' cannot be fitted: its heat capacity is ", *lowest, " J/(mol K) at ", T, " K"),

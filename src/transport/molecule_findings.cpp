@@ -15,10 +15,7 @@ struct Columns {
   std::string_view name;
   int first, last;
 
-  std::string_view of(std::string_view line) const {
-    const std::size_t before = std::min(static_cast<std::size_t>(first - 1), line.size());
-    return line.substr(before, static_cast<std::size_t>(last - first + 1));
-  }
+  std::string_view of(std::string_view line) const { return columns(line, first, last - first + 1); }
 };
 constexpr std::array<Columns, 8> layout{{{"name", 1, 8},
                                          {"geometry index", 9, 10},

@@ -30,30 +30,29 @@ Excerpt excerpt(std::string_view line, int column) {
   return {line.substr(first, longest_excerpt), first};
 }
 
-bool continues_character(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;  // of UTF-8
-}
-
-bool is_control(char c) {
-  return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
-}
-
 // The line, and below it the marks under the columns of a place.
 std::string marked_line(std::string_view line, const Place& place) {
-  const auto [text, first] = excerpt(line, place.column);
-  std::string shown(text);
-  std::replace_if(shown.begin(), shown.end(), is_control, '?');
-
-  std::string marks;
-  const int caret = place.column_to_show();
-  const int end = std::max(place.column + place.width, caret + 1);
-  for (int column = static_cast<int>(first) + 1; column < end; ++column) {
-    const auto i = static_cast<std::size_t>(column) - first - 1;
-    if (i < text.size() && continues_character(text[i])) continue;
-    const char blank = i < text.size() && text[i] == '\t' ? '\t' : ' ';
-    marks += column == caret ? '^' : column >= place.column ? '~' : blank;
+  auto [text, first] = excerpt(line, place.column);
+  std::string shown(margin);
+  std::string marks(margin);
+  const auto caret = static_cast<std::size_t>(place.column_to_show());
+  const auto begin = static_cast<std::size_t>(place.column);
+  const auto end = std::max(begin + static_cast<std::size_t>(place.width), caret + 1);
+  for (std::size_t column = first + 1; column < end || !text.empty();) {
+    const bool tab = text.starts_with('\t');
+    const ShownCharacter c =
+        text.empty() || tab ? ShownCharacter{tab ? "\t" : "", 1} : show_first_character(text);
+    const std::size_t next = column + c.bytes;
+    if (column < end) {
+      const char mark = column >= begin ? '~' : tab ? '\t' : ' ';
+      marks += caret >= column && caret < next ? '^' : mark;
+      if (c.text.size() > c.bytes) marks.append(c.text.size() - 1, mark);
+    }
+    shown += c.text;
+    text.remove_prefix(std::min(c.bytes, text.size()));
+    column = next;
   }
-  return std::string(margin) + shown + "\n" + std::string(margin) + marks + "\n";
+  return shown + "\n" + marks + "\n";
 }
 
 std::string header(const Origin& origin, int column) {
@@ -166,9 +165,10 @@ std::string Findings::render(std::string_view state) const {
     const Place& place = entry.place;
     const Origin origin = place.unit->origin(place.record);
     all += header(origin, place.column_to_show());
-    all += message(entry.severity == Severity::error ? "error: " : "warning: ", entry.what, "\n");
+    all +=
+        message(entry.severity == Severity::error ? "error: " : "warning: ", for_terminal(entry.what), "\n");
     if (place.record > 0) all += marked_line(origin.text, place);
-    if (!entry.help.empty()) all += message(margin, "help: ", entry.help, "\n");
+    if (!entry.help.empty()) all += message(margin, "help: ", for_terminal(entry.help), "\n");
     const std::size_t more = kinds_[entry.kind].taken.size() - most_shown;
     if (++shown[entry.kind] == most_shown && more > 0) {
       all += message(margin, "(", static_cast<int>(more), " more of this kind)\n");

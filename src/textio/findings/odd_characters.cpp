@@ -96,6 +96,19 @@ std::string hexadecimal(CodePoint code) {
   return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
 }
 
+// Whether a terminal would act on a character instead of showing it.
+bool is_control(CodePoint code) {
+  constexpr std::array<std::array<CodePoint, 2>, 7> controls{{{0x00, 0x1F},
+                                                              {0x7F, 0x9F},
+                                                              {0x61C, 0x61C},
+                                                              {0x200B, 0x200F},
+                                                              {0x2028, 0x202E},
+                                                              {0x2060, 0x206F},
+                                                              {0xFEFF, 0xFEFF}}};
+  return std::any_of(controls.begin(), controls.end(),
+                     [&](const auto& range) { return code >= range[0] && code <= range[1]; });
+}
+
 // One character for all that look alike.
 char typical(char c) {
   switch (upper(c)) {
@@ -152,6 +165,23 @@ std::string odd_number_help(std::string_view text, int column) {
   const bool point = meant.find('.') != std::string::npos;
   return meant != text && point && read_free_real(meant) ? message("write ", meant, " in digits")
                                                          : std::string();
+}
+
+ShownCharacter show_first_character(std::string_view text) {
+  const Character c = first_character(text);
+  const CodePoint code = c.bytes == 1 ? static_cast<unsigned char>(text.front()) : c.code;
+  if (!is_control(code)) return {std::string(text.substr(0, c.bytes)), c.bytes};
+  return {message("<U+", hexadecimal(code), ">"), c.bytes};
+}
+
+std::string for_terminal(std::string_view text) {
+  std::string shown;
+  while (!text.empty()) {
+    const ShownCharacter c = show_first_character(text);
+    shown += c.text;
+    text.remove_prefix(c.bytes);
+  }
+  return shown;
 }
 
 bool look_alike(char a, char b) {

@@ -17,6 +17,16 @@ std::string odd_character_help(std::string_view text, int column);
 // The same for a text that should be a number, where a comma may stand for the point, O for 0, and l for 1.
 std::string odd_number_help(std::string_view text, int column);
 
+// A character as a terminal may show it: controls, also those of the direction of writing, by their number,
+// "<U+001B>".
+struct ShownCharacter {
+  std::string text;
+  std::size_t bytes;  // of the character
+};
+ShownCharacter show_first_character(std::string_view text);
+// The same for a whole text.
+std::string for_terminal(std::string_view text);
+
 // Whether two characters look alike: 0 and O; 1, I and l; strokes. Letter case does not count.
 bool look_alike(char a, char b);
 

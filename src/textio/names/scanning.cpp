@@ -68,8 +68,7 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
   names.DELS.clear();
   while (!text.empty()) {
     const int delimiter = IFDE(text, DELCH);
-    const std::string_view name =
-        delimiter == 0 ? text : text.substr(0, static_cast<std::size_t>(delimiter - 1));
+    const std::string_view name = delimiter == 0 ? text : columns(text, 1, delimiter - 1);
     if (static_cast<int>(name.size()) > limits.LSYM) {
       stop_at_too_long(" Name too long in SYDEL:", name, "name", limits.LSYM, MSGFIL, record);
     }
@@ -77,7 +76,7 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
     text.remove_prefix(name.size());
     if (text.empty()) return;
 
-    const std::string_view delimiters = text.substr(0, static_cast<std::size_t>(ILDE(text, DELCH)));
+    const std::string_view delimiters = columns(text, 1, ILDE(text, DELCH));
     if (static_cast<int>(delimiters.size()) > limits.LDEL) {
       stop_at_too_long(delimiter_message, delimiters, "row of delimiters", limits.LDEL, MSGFIL, record);
     }
@@ -121,7 +120,7 @@ void RYDEL(std::string_view text, const NameLimits& limits, std::string_view DEL
 void GETNAM(std::span<char> line, const NameLimits& limits, std::string_view DELCH, NameList& names,
             Listing& MSGFIL, const Place& record) {
   const int NL = COMPDE(line, DELCH, MSGFIL, record);
-  SYDEL(view(line.first(static_cast<std::size_t>(NL))), limits, DELCH, names, MSGFIL, record);
+  SYDEL(columns(view(line), 1, NL), limits, DELCH, names, MSGFIL, record);
 }
 
 std::array<int, 12> ISTDEC(const std::array<int, 12>& KIN, int n) {

@@ -19,6 +19,12 @@ constexpr auto first(Range&& range, int count) {
   return std::span(range).first(static_cast<std::size_t>(count));
 }
 
+// The `count` elements behind those.
+template <class Range>
+constexpr auto behind(Range&& range, int before, int count) {
+  return std::span(range).subspan(static_cast<std::size_t>(before), static_cast<std::size_t>(count));
+}
+
 // How many elements there are.
 template <class Range>
 constexpr int count_of(const Range& range) {

@@ -13,6 +13,12 @@ constexpr std::string_view trimmed(std::string_view text) {
   return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
+// `count` columns of a line from column `first` on, from 1; less where the line ends before.
+constexpr std::string_view columns(std::string_view line, int first, int count) {
+  return line.substr(std::min(static_cast<std::size_t>(first - 1), line.size()),
+                     static_cast<std::size_t>(count));
+}
+
 // N characters, blank-padded on the right: a species name is a Text<8>, an element symbol a Text<2>.
 template <std::size_t N>
 struct Text {
