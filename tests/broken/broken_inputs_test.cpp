@@ -2,8 +2,8 @@
 
 #include "support/runs.h"
 
-// Runs as data: faulty inputs (tests/broken), and what certain records must bring forth (tests/conditions,
-// tests/mechanism, tests/transport). Each directory with a file `case` is one:
+// Runs as data: faulty inputs, and what certain records must bring forth. Each directory with a file `case` is
+// one:
 //
 //   case             the base, a directory under tests/runs, its edits, and how the run ends:
 //                      base h2o2
@@ -127,13 +127,8 @@ TEST_P(CaseOfInput, ComesOutAsExpected) {
   EXPECT_EQ(again.result.diagnostics, run.result.diagnostics);
 }
 
-#define VARPRE_CASES(suite, folder)                                                                 \
-  INSTANTIATE_TEST_SUITE_P(suite, CaseOfInput, testing::ValuesIn(directories_with("case", folder)), \
-                           directory_name)
-VARPRE_CASES(Broken, "broken");
-VARPRE_CASES(Conditions, "conditions");
-VARPRE_CASES(Mechanism, "mechanism");
-VARPRE_CASES(Transport, "transport");
+INSTANTIATE_TEST_SUITE_P(Cases, CaseOfInput, testing::ValuesIn(directories_with("case", "broken")),
+                         directory_name);
 
 }  // namespace
 }  // namespace varpre
