@@ -100,7 +100,7 @@ void read_records(const FormatView& format, std::string_view text) {
   unit.rewind();
   for (;;) {
     const int before = unit.record_number();
-    const ReadResult result = record_detail::read_records(unit, format, items);
+    const ReadResult result = record_detail::read_records(records_of(unit), format, items);
     for (const double value : reals)
       expect(std::isfinite(value), "a number not finite was read", text, value);
     if (result.end_of_file()) return;

@@ -26,31 +26,31 @@ Input input_holding(std::string_view text) {
 using Records = std::vector<std::string>;
 
 // The records from where the input stands.
-Records records_of(Input& input) {
+Records all_records(Input& input) {
   Records records;
   for (std::string_view record; input.next(record);) records.emplace_back(record);
   return records;
 }
 
-Records records_of(std::string_view text) {
+Records all_records(std::string_view text) {
   Input input = input_holding(text);
-  return records_of(input);
+  return all_records(input);
 }
 
 TEST(Input, RecordsEndAtALineFeedOrTheEndOfTheFileWithoutCarriageReturn) {
-  EXPECT_EQ(records_of(""), Records{});
-  EXPECT_EQ(records_of("a\nb\n"), (Records{"a", "b"}));
-  EXPECT_EQ(records_of("a\n\n  b"), (Records{"a", "", "  b"}));
-  EXPECT_EQ(records_of("\n"), Records{""});
-  EXPECT_EQ(records_of(std::string_view("a\0b\n\xFF\n", 6)), (Records{std::string("a\0b", 3), "\xFF"}));
-  EXPECT_EQ(records_of("a\r\n\r\nb\r"), (Records{"a", "", "b"}));
-  EXPECT_EQ(records_of("a\rb\r\r\n"), (Records{"a\rb\r"}));
+  EXPECT_EQ(all_records(""), Records{});
+  EXPECT_EQ(all_records("a\nb\n"), (Records{"a", "b"}));
+  EXPECT_EQ(all_records("a\n\n  b"), (Records{"a", "", "  b"}));
+  EXPECT_EQ(all_records("\n"), Records{""});
+  EXPECT_EQ(all_records(std::string_view("a\0b\n\xFF\n", 6)), (Records{std::string("a\0b", 3), "\xFF"}));
+  EXPECT_EQ(all_records("a\r\n\r\nb\r"), (Records{"a", "", "b"}));
+  EXPECT_EQ(all_records("a\rb\r\r\n"), (Records{"a\rb\r"}));
 }
 
 TEST(Input, ByteOrderMarkIsDroppedAtTheStartOnly) {
-  EXPECT_EQ(records_of("\xEF\xBB\xBF"), Records{});
-  EXPECT_EQ(records_of("\xEF\xBB\xBFMECH\n\xEF\xBB\xBF\n"), (Records{"MECH", "\xEF\xBB\xBF"}));
-  EXPECT_EQ(records_of("\xEF\xBBMECH"), Records{"\xEF\xBBMECH"});
+  EXPECT_EQ(all_records("\xEF\xBB\xBF"), Records{});
+  EXPECT_EQ(all_records("\xEF\xBB\xBFMECH\n\xEF\xBB\xBF\n"), (Records{"MECH", "\xEF\xBB\xBF"}));
+  EXPECT_EQ(all_records("\xEF\xBBMECH"), Records{"\xEF\xBBMECH"});
 }
 
 TEST(Input, LooksAheadAndRewinds) {
@@ -58,13 +58,13 @@ TEST(Input, LooksAheadAndRewinds) {
   std::string_view record;
   EXPECT_TRUE(input.peek(record));
   EXPECT_EQ(record, "one");
-  EXPECT_EQ(records_of(input), (Records{"one", "", "three"}));
-  EXPECT_EQ(records_of(input), Records{});
+  EXPECT_EQ(all_records(input), (Records{"one", "", "three"}));
+  EXPECT_EQ(all_records(input), Records{});
   EXPECT_FALSE(input.peek(record));
   EXPECT_EQ(input.record_number(), 3);
   input.rewind();
   EXPECT_EQ(input.record_number(), 0);
-  EXPECT_EQ(records_of(input), (Records{"one", "", "three"}));
+  EXPECT_EQ(all_records(input), (Records{"one", "", "three"}));
 }
 
 TEST(Input, CopiesKnowWhatWasRead) {
@@ -91,7 +91,7 @@ TEST(Input, CopiesTellWhereTheirRecordsComeFrom) {
     if (!record.starts_with("****")) copy.copy();
   }
   copy.rewind();
-  EXPECT_EQ(records_of(copy), (Records{"\xEF\xBB\xBFH2 + ", "", "END"}));
+  EXPECT_EQ(all_records(copy), (Records{"\xEF\xBB\xBFH2 + ", "", "END"}));
   EXPECT_EQ(copy.cut_records, std::set{1});
 
   constexpr std::array texts{"\xEF\xBB\xBFH2 + O2", "", "END"};
@@ -119,8 +119,8 @@ TEST(Input, CopiesReadAsTheirFilesDo) {
   EXPECT_EQ(file, "seven77\r\nseven77\r\nsix666\r \nseven77 \n");
   Input read_back = input_holding(file);
   copy.rewind();
-  EXPECT_EQ(records_of(copy), (Records{"seven77", "seven77", "six666\r", "seven77"}));
-  EXPECT_EQ(records_of(read_back), (Records{"seven77", "seven77", "six666\r ", "seven77 "}));
+  EXPECT_EQ(all_records(copy), (Records{"seven77", "seven77", "six666\r", "seven77"}));
+  EXPECT_EQ(all_records(read_back), (Records{"seven77", "seven77", "six666\r ", "seven77 "}));
 }
 
 // Each test works in a directory of its own.
@@ -174,7 +174,7 @@ TEST_F(ChannelOnDisk, OpeningReadsTheFileOrCreatesIt) {
   const std::string long_text(200000, 'x');
   put("INP", "one\r\n" + long_text);
   Input inp = input("INP");
-  EXPECT_EQ(records_of(inp), (Records{"one", long_text}));
+  EXPECT_EQ(all_records(inp), (Records{"one", long_text}));
   EXPECT_FALSE(inp.was_absent());
   EXPECT_TRUE(input("MEC").was_absent());
   EXPECT_TRUE(fs::is_regular_file(directory / "MEC"));

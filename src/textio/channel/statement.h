@@ -18,14 +18,19 @@ void write(StoreFile& store, const Items&... items) {
   store.pass_on();
 }
 
+// Where a read statement takes its records from.
+inline record_detail::RecordSource records_of(Input& input) {
+  const auto next = [](void* from, std::string_view& record) {
+    return static_cast<Input*>(from)->next(record);
+  };
+  return {&input, next, input.record_number()};
+}
+
 // Reads one statement from the next record on. Every field up to the end of file or to the first unreadable
 // field has been stored when it returns; the input stands behind the last record touched.
 template <FormatText Text, class... Items>
 [[nodiscard]] ReadResult read(Input& input, Items&&... items) {
-  const auto next = [](void* from, std::string_view& record) {
-    return static_cast<Input*>(from)->next(record);
-  };
-  return record_detail::read_statement<Text>({&input, next, input.record_number()}, items...);
+  return record_detail::read_statement<Text>(records_of(input), items...);
 }
 
 }  // namespace varpre
