@@ -20,6 +20,7 @@ namespace {
 struct Stretch {
   int first = 0;
   int last = 0;                      // that is not blank
+  int before = 0;                    // the last record before it that somebody read; 0: none
   const Section* section = nullptr;  // whose heading is the first record
   std::string_view text;             // of the first record
   bool misspelt = false;             // the first record is a heading that was asked about already
@@ -63,39 +64,61 @@ bool is_data(std::string_view text, std::uint8_t file, const NameIndex& species)
   return file == Section::INP ? is_condition(words, species) : is_reaction(words);
 }
 
-// The record that opened a section; 0: none did.
-int heading_read(const Section& section, const Input& copy) {
-  int heading = 0;
-  copy.for_each_record([&](int record, std::string_view text) {
-    if (heading == 0 && section.opens_with(text) && copy.is_read(record)) heading = record;
-  });
-  return heading;
-}
+// The record that opened each section, looked up all together when one is asked for first.
+class HeadingsRead {
+ public:
+  explicit HeadingsRead(const Input& copy) : copy_(copy) {}
+
+  // 0: none did.
+  int operator()(const Section& section) {
+    if (!known_) look_up();
+    const auto found = std::find(sections::all.begin(), sections::all.end(), &section);
+    return records_.begin()[found - sections::all.begin()];
+  }
+
+ private:
+  void look_up() {
+    known_ = true;
+    copy_.for_each_record([&](int record, std::string_view text) {
+      if (!copy_.is_read(record)) return;
+      for (std::size_t i = 0; i < records_.size(); ++i) {
+        if (records_[i] == 0 && sections::all[i]->opens_with(text)) records_[i] = record;
+      }
+    });
+  }
+
+  const Input& copy_;
+  bool known_ = false;
+  std::array<int, sections::all.size()> records_{};
+};
 
 // Whether a record was named already as the heading of a section that is missing.
-bool is_misspelt_heading(std::string_view text, const Input& copy, std::uint8_t file) {
+bool is_misspelt_heading(std::string_view text, HeadingsRead& heading_read, std::uint8_t file) {
   constexpr std::size_t most_words = 3;
   if (words_of(text).size() > most_words) return false;
   return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
     return (s->files & file) != 0 && s->absence != Section::Absence::is_usual && may_mean(*s, text) &&
-           heading_read(*s, copy) == 0;
+           heading_read(*s) == 0;
   });
 }
 
 // From the first record that looks like data on.
-std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameIndex& species) {
+std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameIndex& species,
+                               HeadingsRead& heading_read) {
   std::vector<Stretch> found;
   bool open = false;
+  int last_read = 0;
   copy.for_each_record([&](int record, std::string_view text) {
     if (copy.is_read(record)) {
       open = false;
+      last_read = record;
       return;
     }
     if (words_of(text).empty()) return;  // blank, or a comment
     const Section* const section = section_of(text, file);
-    const bool misspelt = section == nullptr && is_misspelt_heading(text, copy, file);
+    const bool misspelt = section == nullptr && is_misspelt_heading(text, heading_read, file);
     if (section != nullptr || misspelt || (!open && is_data(text, file, species))) {
-      found.push_back({record, record, section, text, misspelt});
+      found.push_back({record, record, last_read, section, text, misspelt});
       open = true;
     }
     if (open) found.back().last = record;
@@ -124,20 +147,18 @@ std::string_view condition_of(const Section& section) {
 
 // The END before a stretch, which explains it.
 std::string end_before(const Stretch& stretch, const Input& copy) {
-  int record = stretch.first - 1;
-  while (record > 0 && !copy.is_read(record)) --record;
-  if (record == 0) return {};
-  const Origin before = copy.origin(record);
+  if (stretch.before == 0) return {};
+  const Origin before = copy.origin(stretch.before);
   if (!EQUSYM(3, before.text, "END")) return {};
   return message("END in line ", before.line,
                  " closes the section above: what stands behind it belongs to none");
 }
 
-void warn(const Stretch& stretch, const Input& copy, Findings& findings) {
+void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read, Findings& findings) {
   const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
   const int first = copy.origin(stretch.first).line;
   const int last = copy.origin(stretch.last).line;
-  const int earlier = stretch.section == nullptr ? 0 : heading_read(*stretch.section, copy);
+  const int earlier = stretch.section == nullptr ? 0 : heading_read(*stretch.section);
   if (earlier > 0) {
     findings.warning(place, message("'", stretch.section->heading, "' stands already in line ",
                                     copy.origin(earlier).line, "; this one is ignored"));
@@ -159,17 +180,19 @@ void warn(const Stretch& stretch, const Input& copy, Findings& findings) {
 
 void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                          bool surface, Findings& findings) {
-  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB))) {
+  HeadingsRead heading_read(copy);
+  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
     const bool without_species = !surface && (stretch.section == &sections::surface_conditions ||
                                               stretch.section == &sections::surface_mechanism);
-    if (!without_species && !stretch.misspelt) warn(stretch, copy, findings);
+    if (!without_species && !stretch.misspelt) warn(stretch, copy, heading_read, findings);
   }
 }
 
 void warn_of_reactions_passed_over(const Input& mechanism, Findings& findings) {
   const int end = last_read(mechanism);
-  for (const Stretch& stretch : stretches(mechanism, Section::MEC, NameIndex({}))) {
-    if (stretch.last < end && stretch.section == nullptr) warn(stretch, mechanism, findings);
+  HeadingsRead heading_read(mechanism);
+  for (const Stretch& stretch : stretches(mechanism, Section::MEC, NameIndex({}), heading_read)) {
+    if (stretch.last < end && stretch.section == nullptr) warn(stretch, mechanism, heading_read, findings);
   }
 }
 

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <functional>
 
 #include "support/runs.h"
@@ -112,6 +113,22 @@ TEST_F(OddText, AHundredMegabytesOfCommentsTakeSecondsAndLeaveNothing) {
   const FinishedRun result = run(odd);
   EXPECT_EQ(result.store(), expected.store());
   EXPECT_EQ(result.listing(), expected.listing());
+}
+
+// Quadratic time would take minutes.
+TEST_F(OddText, FindingsTakeLinearTime) {
+  constexpr int repetitions = 100000;
+  Inputs odd = inputs;
+  const std::string molecule = "CH4      2    16.043   141.400     3.746     0.000     2.600  1300.000\n";
+  for (int i = 0; i < repetitions; ++i) {
+    odd["INP"] += i % 2 == 0 ? "LEFT BOUNDARY\n" : "NG  3.0\n";
+    odd["MOLNEW"] += molecule;
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  const FinishedRun result = run(odd);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+  EXPECT_GT(result.files.listing.findings.warnings(), repetitions);
+  EXPECT_LT(result.result.diagnostics.size(), 20000U);
 }
 
 }  // namespace
