@@ -64,6 +64,9 @@ class Sequence {
   // The first stage with an error although the run went on: what it owes the store file is missing there.
   std::string_view incomplete() const { return incomplete_; }
 
+  // Records about whose text beyond column 80 all has been said.
+  std::span<const Place> cut_text_told() const { return cut_text_told_; }
+
   RunCounts counts() const {
     return {.gas_species = NGAS,
             .surface_species = NSURF,
@@ -195,6 +198,7 @@ class Sequence {
       const CollisionEfficiencies efficiencies = GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
       LOK = efficiencies.LOK;
       last_of_efficiencies_ = efficiencies.last_record;
+      cut_text_told_ = efficiencies.cut_text;
     }
     separator();
     check(LOK);
@@ -279,6 +283,7 @@ class Sequence {
   int NR = 0;                     // elementary gas-phase reactions
   int last_of_efficiencies_ = 0;  // record of the mechanism file behind which the surface mechanism stands
   int surface_reactions_ = 0;
+  std::vector<Place> cut_text_told_;
   std::unique_ptr<Species> species_ = std::make_unique<Species>();
   Elements gas_elements_;
   Elements surface_elements_;
@@ -313,11 +318,15 @@ void filter(Input& input, Input& copy, Listing& MSGFIL) {
   copy.save();
 }
 
-// Warns of what was cut off the lines of an input, where nothing more exact was said. What
-// stands behind a "!" was hardly meant to be read.
-void warn_of_cut_lines(const Input& copy, Findings& findings) {
+// Warns of what was cut off the lines of an input, where nothing more exact was said (`told`). What stands
+// behind a "!" was hardly meant to be read.
+void warn_of_cut_lines(const Input& copy, std::span<const Place> told, Findings& findings) {
   for (const int record : copy.cut_records) {
-    if (copy.origin(record).text.substr(0, copied_width).find('!') != std::string_view::npos) continue;
+    const std::string_view text = copy.origin(record).text;
+    if (text.find('!') < text.find_first_not_of(' ', copied_width) + 1) continue;
+    if (std::any_of(told.begin(), told.end(),
+                    [&](const Place& p) { return p.unit == &copy && p.record == record; }))
+      continue;
     findings.warning({&copy, record, copied_width + 1, 1}, "text beyond column 80 is not read");
   }
 }
@@ -381,8 +390,9 @@ RunResult run(Files& files) {
   const auto sequence = std::make_unique<Sequence>(files);
   const RunEnd end = run_stages(*sequence, files, files.listing);
   if (end == RunEnd::normal) write_normal_end(files.listing);
-  warn_of_cut_lines(files.conditions_copy, files.listing.findings);
-  warn_of_cut_lines(files.mechanism_copy, files.listing.findings);
+  for (const Input* copy : {&files.conditions_copy, &files.mechanism_copy}) {
+    warn_of_cut_lines(*copy, sequence->cut_text_told(), files.listing.findings);
+  }
   const std::string state = store_state(*sequence, end);
   return {end, state, sequence->counts(), files.listing.findings.render(state)};
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
+#include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
@@ -16,6 +18,8 @@ namespace {
 constexpr int most_species = 15;  // of one block
 constexpr std::string_view delimiter_characters = "=+";
 constexpr NameLimits limits{.LSYM = 50, .LDEL = 1};
+constexpr std::string_view value_columns =
+    "the efficiencies stand in columns 10-17, 19-26, 28-35, ..., in the order of the names";
 
 // One definition: the third body's name, and species with their efficiencies.
 struct Block {
@@ -45,12 +49,13 @@ struct Table {
   Input* input = nullptr;
   Place heading;
   bool troe = false;
+  std::vector<Place> cut_text;  // records of which it was told what was cut off
 };
 
 // Stands behind the heading and a record TROE; false when the heading, or any record behind it, is missing.
 bool find_heading(Input& input, Table& table) {
   if (!find_section(sections::efficiencies, input)) return false;
-  table = {&input, heading_place(sections::efficiencies, input)};
+  table = {.input = &input, .heading = heading_place(sections::efficiencies, input), .cut_text = {}};
   std::string_view record;
   if (!input.peek(record)) return false;
   table.troe = EQUSYM(4, record, "TROE");
@@ -64,19 +69,77 @@ bool fail_without_end(const Place& section, Listing& MSGFIL) {
   return false;
 }
 
+constexpr int first_column = 10;
+constexpr int value_width = 8;
+constexpr int values_in_80_columns = 8;
+
+int column_of(int value) {
+  return first_column + (value - 1) * (value_width + 1);
+}
+
+bool is_blank(std::string_view line, int value) {
+  return trimmed(columns(line, column_of(value), value_width)).empty();
+}
+
+// Warns of what the record of the efficiencies, read last, holds beside or beyond its values, or lacks: one
+// warning, that of the cause which explains most.
+void warn_of_misplaced_values(const Block& block, const Input& unit, Findings& findings) {
+  const std::string_view line = unit.origin(unit.record_number()).text;
+  const std::string_view before = trimmed(columns(line, 1, first_column - 1));
+  const int shown = std::min(block.count, values_in_80_columns);
+  std::vector<SpeciesName> without_value;
+  for (int k = 1; k <= shown; ++k) {
+    if (is_blank(line, k)) without_value.push_back(at(block.species, k));
+  }
+  int extra = block.count + 1;
+  while (extra <= values_in_80_columns && is_blank(line, extra)) ++extra;
+  if (!before.empty()) {
+    findings.warning(here(unit, 1, static_cast<int>(before.size())),
+                     message("columns 1-9 of the efficiencies are not read: '", before, "'"), value_columns);
+  } else if (!without_value.empty()) {
+    findings.warning(
+        here(unit, first_column, value_width),
+        message("no efficiency stands in the columns of ", list_of(without_value), " (read as 0)"),
+        value_columns);
+  } else if (extra <= values_in_80_columns) {
+    findings.warning(
+        here(unit, column_of(extra), value_width),
+        message("efficiency ", extra, " of this record belongs to no species: the definition names ",
+                counted(block.count, "of them")),
+        value_columns);
+  }
+}
+
+void warn_of_negative(const Block& block, const Input& unit, Findings& findings) {
+  for (int k = 1; k <= block.count; ++k) {
+    if (at(block.efficiencies, k) >= 0) continue;
+    findings.warning(here(unit, column_of(k), value_width),
+                     message("the efficiency of ", at(block.species, k), " is negative"),
+                     "an efficiency is 0 or more");
+  }
+}
+
 // Warns of efficiencies beyond column 80, which is all of the ninth species and those behind it.
-void warn_of_lost_efficiencies(const Block& block, Input& unit, Findings& findings) {
-  constexpr int species_in_80_columns = 8;
-  if (block.count <= species_in_80_columns) return;
-  if (unit.cut_records.erase(unit.record_number()) == 0) return;  // this says all there is to say of the cut
+void warn_of_lost_efficiencies(const Block& block, const Input& unit, std::vector<Place>& cut_text,
+                               Findings& findings) {
+  if (block.count <= values_in_80_columns || unit.cut_records.count(unit.record_number()) == 0) return;
+  cut_text.push_back(here(unit));
   findings.warning(here(unit, 81, 8),
                    message("text beyond column 80 is not read: the efficiencies count as 0 from ",
-                           at(block.species, species_in_80_columns + 1), " on"),
+                           at(block.species, values_in_80_columns + 1), " on"),
                    "a second definition of the same third body can name further species");
 }
 
+// Whether a line without "=" is the heading behind a missing END, or in the form of another program; says so.
+bool is_other_text(const Table& table, const Block& block, Findings& findings) {
+  const std::string_view line = block.line.unit->origin(block.line.record).text;
+  return line.find('=') == std::string_view::npos &&
+         (report_heading_inside(sections::efficiencies, table.heading, *table.input, findings) ||
+          report_foreign_form(block.line, findings));
+}
+
 // Reads the two records of a block, or the END record (`end`); false after the message.
-bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
+bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
   Input& unit = *table.input;
   Line line;
   block = {};
@@ -87,12 +150,13 @@ bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
   if (end) return true;
 
   NameList list;
-  const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL, block.line);
-  SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, block.line);
+  const Place told = is_other_text(table, block, MSGFIL.findings) ? Place{} : block.line;
+  const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL, told);
+  SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, told);
   if (list.NDEL() == 0 || list.DELS[0] != "=") {
     write<"('wrong first delimiter in gencef')">(MSGFIL);
     MSGFIL.findings.error(
-        block.line, "no \"=\" behind the name of this third body",
+        told, "no \"=\" behind the name of this third body",
         "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow in the "
         "next record");
     throw RunStop{};
@@ -118,7 +182,9 @@ bool read_block(const Table& table, Block& block, bool& end, Listing& MSGFIL) {
   };
   if (result) {
     warn_of_columns(MSGFIL.findings, unit, result, name_of);
-    warn_of_lost_efficiencies(block, unit, MSGFIL.findings);
+    warn_of_misplaced_values(block, unit, MSGFIL.findings);
+    warn_of_negative(block, unit, MSGFIL.findings);
+    warn_of_lost_efficiencies(block, unit, table.cut_text, MSGFIL.findings);
     return true;
   }
   write<"('1',5X,'ERROR: unreadable efficiencies of third body : ',A)">(MSGFIL, block.name);
@@ -193,7 +259,7 @@ struct Definitions {
 };
 
 // Reads all definitions and lists them; false after the message.
-bool read_definitions(const Table& table, const ReactionNames& names, int NCOLL, Definitions& definitions,
+bool read_definitions(Table& table, const ReactionNames& names, int NCOLL, Definitions& definitions,
                       Listing& MSGFIL) {
   const std::size_t name_width = longest_name(names.species());
   for (Block block;; ++definitions.count) {
@@ -247,10 +313,9 @@ bool check_room(int NCOLL, int NS, const Input& NFIMEC, Listing& MSGFIL) {
 }
 
 bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
-                Listing& MSGFIL, StoreFile& NFISTO) {
+                Table& table, Listing& MSGFIL, StoreFile& NFISTO) {
   const int NCOLL = mechanism.NCOLL;
   if (!check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
-  Table table;
   if (!find_heading(NFIMEC, table) && !find_heading(NFICON, table)) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
     report_missing(sections::efficiencies, NFIMEC, MSGFIL.findings,
@@ -279,8 +344,9 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
 
 CollisionEfficiencies GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC,
                              Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
-  return {LOK, NFIMEC.record_number()};
+  Table table;
+  const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, table, MSGFIL, NFISTO);
+  return {LOK, NFIMEC.record_number(), table.cut_text};
 }
 
 }  // namespace varpre

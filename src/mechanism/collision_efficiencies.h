@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "mechanism/reaction.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -8,7 +10,8 @@ namespace varpre {
 
 struct CollisionEfficiencies {
   bool LOK = false;
-  int last_record = 0;  // of NFIMEC that was looked at: the surface mechanism stands behind it
+  int last_record = 0;               // of NFIMEC that was looked at: the surface mechanism stands behind it
+  std::vector<Place> cut_text = {};  // records about whose text beyond column 80 all has been said
 };
 
 // Reads the collision efficiencies, from NFIMEC or, when they are not there, from NFICON, lists their

@@ -10,6 +10,86 @@
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
+namespace {
+
+constexpr double kJ_per_mol = 1000;
+
+// Above the rate of collisions of any two gas species at 1500 K, some 3E+15 cm3/(mol s).
+constexpr double log_fastest_rate = 36.84;  // of 1E+16
+
+void warn_of_sticking(const ReactionLine& line, const ReactionNames& names, int NSURF, Findings& findings) {
+  const Reaction& reaction = line.reaction;
+  const double coefficient = line.sticking_coefficient;
+  if (!(coefficient > 0 && coefficient <= 1)) {
+    findings.warning(reaction.line, message("the sticking coefficient is read as ", coefficient),
+                     "a sticking coefficient is above 0 and at most 1");
+  }
+  if (reaction.ISTICK > names.NS() - NSURF) {
+    const SpeciesName& name = names[reaction.ISTICK];
+    findings.warning(locate(reaction.line, name.view()),
+                     message("'", name, "' is a surface species: it cannot stick"),
+                     "the first name of a sticking reaction is the gas species that sticks");
+  }
+}
+
+// A of the forms whose rate is computed from it, in cm, mol, s.
+void warn_of_factor(const Phase& phase, const ReactionLine& line, const ReactionNames& names,
+                    Findings& findings) {
+  const Reaction& r = line.reaction;
+  if (!(r.AFAC > 0) && !is_meant_as_duplicate(r.line)) {
+    findings.warning(r.line, message("A of this reaction is read as ", r.AFAC),
+                     "a pre-exponential factor is positive");
+  }
+  if (&phase != &Phase::gas) return;
+  const auto educts = phase.educts(line.KSPEC);
+  const bool partner = std::any_of(educts.begin(), educts.end(), [&](int k) { return k > names.NS(); });
+  if (partner || educts[1] == 0 || educts[2] != 0) return;
+  constexpr double T = 1500;
+  static const double log_T = std::log(T);
+  const double log_rate = std::log(r.AFAC) + r.TEXP * log_T - r.EXA / (gas_constant * T);
+  if (!(log_rate > log_fastest_rate)) return;
+  findings.warning(r.line,
+                   message("the rate of this reaction is ", std::exp(log_rate), " cm3/(mol s) at 1500 K"),
+                   "two gas species collide at some 1E+14 to 3E+15 cm3/(mol s)");
+}
+
+void warn_of_energy(const Reaction& reaction, Findings& findings) {
+  const double E = std::abs(reaction.EXA);
+  if (E <= 1000 * kJ_per_mol || !std::isfinite(E)) return;  // what is not finite is an error of its own
+  findings.warning(reaction.line,
+                   message("the activation energy is read as ", reaction.EXA / kJ_per_mol, " kJ/mol"),
+                   "E is in kJ/mol: is this one in J/mol or cal/mol?");
+}
+
+}  // namespace
+
+bool is_meant_as_duplicate(const Place& line) {
+  if (line.unit == nullptr) return false;
+  std::string_view comment = line.unit->origin(line.record).text;
+  const auto is_letter = [](char c) { return upper(c) >= 'A' && upper(c) <= 'Z'; };
+  for (std::size_t at = comment.find('!'); at < comment.size();) {
+    const auto begin =
+        std::find_if(comment.begin() + static_cast<std::ptrdiff_t>(at), comment.end(), is_letter);
+    const auto end = std::find_if_not(begin, comment.end(), is_letter);
+    const std::string_view word(begin, end);
+    if (EQUSYM(10, word, "DUP") || EQUSYM(10, word, "DUPLICATE")) return true;
+    at = static_cast<std::size_t>(end - comment.begin());
+  }
+  return false;
+}
+
+void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const ReactionNames& names, int NSURF,
+                          Findings& findings) {
+  const Reaction& reaction = line.reaction;
+  if (reaction.ISTICK != 0) return warn_of_sticking(line, names, NSURF, findings);
+  warn_of_energy(reaction, findings);
+  if (reaction.IARRH != non_arrhenius) warn_of_factor(phase, line, names, findings);
+  const auto is_partner = [&](int number) { return number > names.NS(); };
+  if (reaction.IARRH == falloff && std::none_of(line.KSPEC.begin(), line.KSPEC.end(), is_partner)) {
+    findings.warning(reaction.line, "this reaction has falloff parameters, but no third body",
+                     "its third body stands on both sides: H+O2+M'=HO2+M'");
+  }
+}
 
 ElementBalance::ElementBalance(std::span<const ElementFields> species) {
   const auto number_of = [&](const ElementSymbol& symbol) {

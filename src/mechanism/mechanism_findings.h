@@ -4,12 +4,21 @@
 #include <span>
 #include <vector>
 
-#include "mechanism/phase.h"
+#include "mechanism/reaction_line.h"
 #include "textio/findings/findings.h"
 
 // What an expert would notice about the reactions of a mechanism beyond the rules of the listing: warnings
 // only.
 namespace varpre {
+
+// Warns of a rate that can hardly be meant: an activation energy of other units, A that is not positive, a
+// rate of two gas species beyond that of their collisions, a sticking coefficient that is none or that of a
+// surface species, falloff without a third body. The last NSURF of the species stand on the surface.
+void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const ReactionNames& names, int NSURF,
+                          Findings& findings);
+
+// Whether the comment behind a reaction says that it stands there again on purpose: "! dup", "! DUPLICATE".
+bool is_meant_as_duplicate(const Place& line);
 
 // Checks that the elements of a reaction balance.
 class ElementBalance {

@@ -19,9 +19,10 @@ namespace {
 // Reads reactions and generates their reverses.
 class Reader {
  public:
-  Reader(const Phase& phase, const SpeciesView& species, const ReactionNames& names,
+  Reader(const Phase& phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
          const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
       : phase_(phase),
+        NSURF_(NSURF),
         fit_(species.fit),
         balance_(species.elements),
         reverse_check_(species.fit),
@@ -37,7 +38,7 @@ class Reader {
   // All reactions up to the END line; false after the message. `heading` is where they begin.
   bool read_all(const Place& heading) {
     for (ReactionLine line;;) {
-      switch (INIMIN(phase_, names_, NFIMEC_, MSGFIL_, line)) {
+      switch (INIMIN(phase_, names_, heading, NFIMEC_, MSGFIL_, line)) {
         case LineResult::rejected: return false;
         case LineResult::end_of_file:
           report_not_closed(phase_.section, heading, MSGFIL_.findings);
@@ -45,12 +46,14 @@ class Reader {
         case LineResult::end_of_mechanism:
           write<"(' ',2X)">(MSGFIL_);
           reverse_check_.report(MSGFIL_.findings);
+          warn_of_long_listing();
           return true;
         case LineResult::reaction: break;
       }
       line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
       if (!append(line.reaction, line.KSPEC)) return false;
       balance_.check(phase_, line.reaction, MSGFIL_.findings);
+      warn_of_unusual_rate(phase_, line, names_, NSURF_, MSGFIL_.findings);
       if (line.reversible && !append_reverse(phase_.exchanged(line.KSPEC))) return false;
     }
   }
@@ -64,8 +67,11 @@ class Reader {
     bool first = true;
     duplicates_.add(reactions_, [&](int j) {
       write<"('0',7X,'WARNING:    REACTION ',I5,' IS EQUAL TO REACTION ',I5)">(MSGFIL_, NR, j);
+      ++equal_pairs_;
       const Reaction& earlier = at(reactions_, j);
-      if (first && reaction.line != earlier.line) warn_of_duplicate(reaction, earlier);
+      if (first && reaction.line != earlier.line && !is_meant_as_duplicate(reaction.line)) {
+        warn_of_duplicate(reaction, earlier);
+      }
       first = false;
     });
     return true;
@@ -75,7 +81,16 @@ class Reader {
   void warn_of_duplicate(const Reaction& reaction, const Reaction& earlier) {
     MSGFIL_.findings.warning(
         reaction.line, "the reaction, or its reverse, is in the mechanism already",
-        message("the other one stands in line ", earlier.line.unit->origin(earlier.line.record).line));
+        message("the other one stands in line ", earlier.line.unit->origin(earlier.line.record).line,
+                "; if both are meant, write ! dup at the end of this line"));
+  }
+
+  void warn_of_long_listing() {
+    constexpr int usual_pairs = 1000;
+    if (equal_pairs_ <= usual_pairs) return;
+    MSGFIL_.findings.warning(reactions_.back().line,
+                             message(equal_pairs_, " pairs of equal reactions make the listing long"),
+                             "each reaction is listed with every earlier one that equals it");
   }
 
   // The reverse of the last reaction; a forward reaction whose reverse the solver computes is marked as such.
@@ -109,6 +124,7 @@ class Reader {
   }
 
   const Phase& phase_;
+  int NSURF_;
   std::span<const ThermoFit> fit_;
   ElementBalance balance_;
   ReverseRateCheck reverse_check_;
@@ -118,6 +134,7 @@ class Reader {
   Listing& MSGFIL_;
   std::vector<Reaction>& reactions_;
   Duplicates duplicates_;
+  int equal_pairs_ = 0;
 };
 
 // Stands behind the heading, which is searched behind a record; echoes the records passed over. False, after
@@ -210,7 +227,26 @@ void find_inert_species(int NS, Mechanism& mechanism) {
   }
 }
 
-void list_inert_species(const Phase& phase, const SpeciesView& species, const Mechanism& mechanism,
+// Warns of inert species which the solver does not take for inert. A gas species cannot stand anywhere else
+// in the list of a surface mechanism.
+void warn_of_misplaced(const Phase& phase, const SpeciesView& species, int first,
+                       std::span<const int> misplaced, Findings& findings) {
+  std::vector<SpeciesName> names;
+  const Place* place = nullptr;
+  for (const int s : misplaced) {
+    if (s < first) continue;
+    if (place == nullptr) place = &at(species.listed, s);
+    names.push_back(at(species.SYMB, s));
+  }
+  if (names.empty()) return;
+  findings.warning(
+      locate(*place, names.front().view()),
+      message("species that occur in no reaction of ", phase.section.content,
+              " stand before others: ", list_of(names)),
+      "the store file tells only how many species are inert: the solver takes the last ones of the list");
+}
+
+void list_inert_species(const Phase& phase, const SpeciesView& species, int NSURF, const Mechanism& mechanism,
                         Listing& MSGFIL) {
   const int NS = count_of(mechanism.INERT);
   int NINERT = 0;
@@ -220,15 +256,14 @@ void list_inert_species(const Phase& phase, const SpeciesView& species, const Me
     write<"(' ',7X,'INERT SPECIES : ',5(A,1X))">(MSGFIL, at(species.SYMB, s));
   }
   if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
+  std::vector<int> misplaced;
   for (int s = 1; s <= NS - NINERT; ++s) {
     if (!at(mechanism.INERT, s)) continue;
-    const SpeciesName& name = at(species.SYMB, s);
-    write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, name);
-    MSGFIL.findings.warning(locate(at(species.listed, s), name.view()),
-                            message("species '", name, "' occurs in no reaction of ", phase.section.content,
-                                    " and is not at the end of the list"),
-                            "the solver expects inert species last");
+    misplaced.push_back(s);
+    write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, at(species.SYMB, s));
   }
+  const int first = &phase == &Phase::surface ? NS - NSURF + 1 : 1;
+  warn_of_misplaced(phase, species, first, misplaced, MSGFIL.findings);
 }
 
 // Reports the reactions whose rate cannot be written; the first of them ends the run.
@@ -257,7 +292,7 @@ bool GENMEC(const Phase& phase, const SpeciesView& species, int NSURF, const Rea
   if (!find_heading(phase.section, options.behind_record, NFIMEC, MSGFIL, heading)) return false;
   const Place place = here(NFIMEC, 1, static_cast<int>(trimmed(heading.view()).size()));
   list_header(heading, MSGFIL);
-  if (!Reader(phase, species, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))
+  if (!Reader(phase, species, NSURF, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))
     return false;
 
   const int NS = names.NS();
@@ -265,7 +300,7 @@ bool GENMEC(const Phase& phase, const SpeciesView& species, int NSURF, const Rea
   list_pairs(mechanism.IREVER, MSGFIL);
   find_third_bodies(mechanism.reactions, NS, mechanism);
   find_inert_species(NS, mechanism);
-  list_inert_species(phase, species, mechanism, MSGFIL);
+  list_inert_species(phase, species, NSURF, mechanism, MSGFIL);
   if (!third_bodies_balance(phase, mechanism.reactions, NS, MSGFIL)) return false;
   for (Reaction& reaction : mechanism.reactions) reaction.AFAC = phase.in_SI_units(reaction, NS, NSURF);
   report_not_finite(mechanism.reactions, MSGFIL.findings);

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
+#include "textio/findings/odd_characters.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
+#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -16,7 +19,7 @@ constexpr std::string_view delimiter_characters = "+=<>%";
 constexpr NameLimits limits{.LSYM = 33, .LDEL = 1};
 
 // Keyword lines of a mechanism.
-enum class Keyword { none, END, STIC, MAXI, separator };
+enum class Keyword { none, END, STIC, MAXI };
 
 // The names of an equation, each with the delimiter behind it (blank when there is none).
 struct Equation {
@@ -29,7 +32,6 @@ Keyword keyword_of(const Line& line) {
   if (is("END ")) return Keyword::END;
   if (is("STIC")) return Keyword::STIC;
   if (is("MAXI")) return Keyword::MAXI;
-  if (is("****") || is("----")) return Keyword::separator;
   return Keyword::none;
 }
 
@@ -41,15 +43,34 @@ constexpr std::string_view line_form =
   throw RunStop{};
 }
 
+// What an error in a line of a mechanism can be blamed on, besides what stands in it.
+struct Context {
+  const Section& section;
+  const Place& heading;
+};
+
+// Reports what a line that cannot be read turns out to be: a heading behind a missing END, or the form of
+// another program. False, without a finding, where it is neither.
+bool report_other_text(const Context& context, const Place& line, Findings& findings) {
+  return report_heading_inside(context.section, context.heading, *line.unit, findings) ||
+         report_foreign_form(line, findings);
+}
+
 // A number at the end of a reaction line: its message in the listing, and its name.
 struct LineNumber {
   std::string_view record;
   std::string_view name;
 };
 
+// Why a token is no number.
+std::string number_help(std::string_view token, int column) {
+  const std::string help = odd_number_help(token, column);
+  return help.empty() ? std::string(line_form) : help;
+}
+
 // Takes the last blank-separated token off a text, which begins in column 1, and reads it as a real number.
-double take_last_number(std::string_view& text, const LineNumber& number, const Place& line,
-                        Listing& MSGFIL) {
+double take_last_number(std::string_view& text, const LineNumber& number, const Context& context,
+                        const Place& line, Listing& MSGFIL) {
   text = trimmed(text);
   const std::size_t blank = text.rfind(' ');
   const std::string_view token = text.substr(blank == std::string_view::npos ? 0 : blank + 1);
@@ -58,11 +79,13 @@ double take_last_number(std::string_view& text, const LineNumber& number, const 
     Place place = line;
     place.column = static_cast<int>(text.size() - token.size()) + 1;
     place.width = std::max(static_cast<int>(token.size()), 1);
-    MSGFIL.findings.error(place,
-                          token.empty()
-                              ? message("the line has no ", number.name)
-                              : message("cannot read the ", number.name, ": '", token, "' is not a number"),
-                          line_form);
+    if (!report_other_text(context, line, MSGFIL.findings)) {
+      MSGFIL.findings.error(place,
+                            token.empty()
+                                ? message("the line has no ", number.name)
+                                : message("cannot read the ", number.name, ": '", token, "' is not a number"),
+                            number_help(token, place.column));
+    }
     stop_with(number.record, token, MSGFIL);
   }
   text.remove_suffix(token.size());
@@ -71,23 +94,28 @@ double take_last_number(std::string_view& text, const LineNumber& number, const 
 
 // Splits a free-form line: the equation, then A, b and E, separated by blanks. False when the equation has
 // more than ten names; it holds the first ten then.
-bool RETNAM(const Line& line, Reaction& reaction, Equation& equation, Listing& MSGFIL) {
+bool RETNAM(const Line& line, const Context& context, Reaction& reaction, Equation& equation,
+            Listing& MSGFIL) {
   Place& place = reaction.line;
   std::string_view text = line.view();
   text = text.substr(0, text.find('!'));
   if (text.size() < 2 || trimmed(text).empty()) {
-    MSGFIL.findings.error(place, "blank line inside a mechanism", line_form);
+    if (!report_other_text(context, place, MSGFIL.findings)) {
+      MSGFIL.findings.error(place, "blank line inside a mechanism", line_form);
+    }
     stop_with(" RETNAM empty line", "", MSGFIL);
   }
-  reaction.EXA = take_last_number(text, {"   EXA   ", "activation energy E"}, place, MSGFIL);
-  reaction.TEXP = take_last_number(text, {"   TEXP  ", "temperature exponent b"}, place, MSGFIL);
-  reaction.AFAC = take_last_number(text, {"   AFAC  ", "pre-exponential factor A"}, place, MSGFIL);
+  reaction.EXA = take_last_number(text, {"   EXA   ", "activation energy E"}, context, place, MSGFIL);
+  reaction.TEXP = take_last_number(text, {"   TEXP  ", "temperature exponent b"}, context, place, MSGFIL);
+  reaction.AFAC = take_last_number(text, {"   AFAC  ", "pre-exponential factor A"}, context, place, MSGFIL);
 
   place.width = static_cast<int>(trimmed(text).size());
   Line rest(text);
   NameList list;
-  const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, place);
-  RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, place);
+  const bool other_arrow = text.find("=>") != text.npos && report_foreign_form(place, MSGFIL.findings);
+  const Place told = other_arrow ? Place{} : place;
+  const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, told);
+  RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, told);
   for (int i = 1; i <= most_names; ++i) {
     if (i <= list.NSYM()) at(equation.names, i) = at(list.SYMS, i);
     if (i <= list.NDEL()) at(equation.delimiters, i) = at(list.DELS, i);
@@ -188,6 +216,25 @@ bool read_rate_lines(const ReactionNames& names, Input& NFIMEC, Reaction& reacti
   return false;
 }
 
+// Reports a name that is no species and no partner, or why it looks like none.
+void report_unknown(const SpeciesName& name, const ReactionNames& names, const Place& line,
+                    Findings& findings) {
+  if (report_foreign_form(line, findings)) return;
+  const std::string_view text = trimmed(name.view());
+  const bool digit = text.front() >= '2' && text.front() <= '9';
+  const std::size_t rest = std::min(text.find_first_not_of("0123456789."), text.size());
+  if (digit && names.find(SpeciesName(text.substr(rest))) > 0) {
+    findings.error(locate(line, text),
+                   message("'", text, "' has a coefficient: a name stands as often as it counts"),
+                   message("write ", text.substr(rest), "+", text.substr(rest), " for 2", text.substr(rest)));
+  } else if (text.ends_with('-') && names.find(SpeciesName(text.substr(0, text.size() - 1))) > 0) {
+    findings.error(locate(line, text), message("unknown species '", text, "'"),
+                   "an arrow \"->\" is written \">\"");
+  } else {
+    report_unknown_name(line, name, names.species_and_partners(), "", findings);
+  }
+}
+
 // Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products
 // positive. Finds out whether the reaction is reversible. False, after the message, at an unknown name.
 bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
@@ -198,7 +245,7 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     const int number = name.blank() ? 0 : names.find(name);
     if (number == 0 && !name.blank()) {
       write<"('0',5X,'UNKNOWN SPECIES -',A,'-IN THE FOLLOWING REACTION')">(MSGFIL, name);
-      report_unknown_name(line.reaction.line, name, names.species_and_partners(), "", MSGFIL.findings);
+      report_unknown(name, names, line.reaction.line, MSGFIL.findings);
       return false;
     }
     if (i > 1) {
@@ -218,8 +265,9 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
 
 // Sticking reactions: A is a sticking coefficient, b and E have no meaning. False, after the message, when
 // the first name is a collision partner.
-bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reaction& reaction,
+bool make_sticking(const ReactionNames& names, const SpeciesName& first, ReactionLine& line,
                    Listing& MSGFIL) {
+  Reaction& reaction = line.reaction;
   if (reaction.EXA != 0 || reaction.TEXP != 0) {
     MSGFIL.findings.warning(reaction.line,
                             message("b and E of a sticking reaction are not used (", reaction.TEXP, " and ",
@@ -236,6 +284,7 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
                           "the first name of a sticking reaction is the gas species that sticks");
     return false;
   }
+  line.sticking_coefficient = reaction.AFAC;
   reaction.AFAC = reaction.AFAC / (1 - 0.5 * reaction.AFAC);
   return true;
 }
@@ -281,8 +330,8 @@ bool collect(const Phase& phase, std::span<const int> numbers, const Place& line
 }
 
 // Reads the equation and its A, b and E (J/mol) in either form; false after the message.
-bool read_equation(const Line& line, bool fixed_form, Input& NFIMEC, Reaction& reaction, Equation& equation,
-                   Listing& MSGFIL) {
+bool read_equation(const Line& line, bool fixed_form, const Context& context, Input& NFIMEC,
+                   Reaction& reaction, Equation& equation, Listing& MSGFIL) {
   bool readable = true;
   bool names_fit = true;
   if (fixed_form) {
@@ -294,7 +343,7 @@ bool read_equation(const Line& line, bool fixed_form, Input& NFIMEC, Reaction& r
     reaction.MARK = equation.delimiters.back().view() == "*";
   } else {
     reaction.line = here(NFIMEC, 1, static_cast<int>(trimmed(line.view()).size()));
-    names_fit = RETNAM(line, reaction, equation, MSGFIL);
+    names_fit = RETNAM(line, context, reaction, equation, MSGFIL);
   }
   reaction.EXA *= 1000;
   if (!readable) write<"('0',5X,'ERROR - INCORRECT INPUT OF REACTION ')">(MSGFIL);
@@ -313,8 +362,8 @@ void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
 
 }  // namespace
 
-LineResult INIMIN(const Phase& phase, const ReactionNames& names, Input& NFIMEC, Listing& MSGFIL,
-                  ReactionLine& line) {
+LineResult INIMIN(const Phase& phase, const ReactionNames& names, const Place& heading, Input& NFIMEC,
+                  Listing& MSGFIL, ReactionLine& line) {
   line = {};
   Line text;
   Keyword keyword;
@@ -327,15 +376,16 @@ LineResult INIMIN(const Phase& phase, const ReactionNames& names, Input& NFIMEC,
     keyword = keyword_of(text);
     if (keyword == Keyword::END) return LineResult::end_of_mechanism;
     sticking = sticking || keyword == Keyword::STIC;
-  } while (keyword == Keyword::STIC || keyword == Keyword::separator);
+  } while (keyword == Keyword::STIC);
 
   Reaction& reaction = line.reaction;
   Equation equation;
   std::array<int, most_names> numbers{};
-  if (read_equation(text, keyword == Keyword::MAXI, NFIMEC, reaction, equation, MSGFIL) &&
+  if (read_equation(text, keyword == Keyword::MAXI, {phase.section, heading}, NFIMEC, reaction, equation,
+                    MSGFIL) &&
       read_rate_lines(names, NFIMEC, reaction, MSGFIL) &&
       resolve_names(names, equation, line, MSGFIL, numbers) &&
-      (!sticking || make_sticking(names, equation.names[0], reaction, MSGFIL)) &&
+      (!sticking || make_sticking(names, equation.names[0], line, MSGFIL)) &&
       collect(phase, first(numbers, phase.most_names), reaction.line, line.KSPEC, MSGFIL)) {
     if (std::any_of(numbers.begin() + phase.most_names, numbers.end(), [](int k) { return k != 0; })) {
       MSGFIL.findings.warning(reaction.line,

@@ -52,6 +52,7 @@ bool may_mean(const Section& section, std::string_view record) {
   const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
     return s != &section && (s->files & section.files) != 0 && s->opens_with(record);
   });
+  if (!opens_another && !section.elsewhere.empty() && EQUSYM(4, record, section.elsewhere)) return true;
   const std::string_view begin = record.substr(0, section.word.size());
   return !opens_another && !Nearest(section.word).offer(begin).help().empty();
 }

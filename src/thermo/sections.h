@@ -16,8 +16,9 @@ inline constexpr auto MEC = Section::MEC;
 
 inline constexpr Section options{"OPTI",       "OPTIONS", "the options", as_written, first_record,
                                  ends_the_run, INP};
-inline constexpr Section gas_species{
-    "Gas Phas", "GAS PHASE", "the gas-phase species list", any_case, first_record, ends_the_run, INP};
+inline constexpr Section gas_species{"Gas Phas", "GAS PHASE",  "the gas-phase species list",
+                                     any_case,   first_record, ends_the_run,
+                                     INP,        {},           "SPECIES"};
 inline constexpr Section surface_species{
     "Surface ", "SURFACE", "the surface species list", any_case, first_record, is_usual, INP, "SURFACE COND"};
 inline constexpr Section particle_species{
@@ -47,7 +48,8 @@ inline constexpr Section two_dimensional_input{
     "2DIN", "2DINPUT", "the two-dimensional parameters", as_written, first_record, is_a_fault, INP};
 
 inline constexpr Section gas_mechanism{
-    "MECH", "MECHANISM", "the gas-phase mechanism", any_case, where_it_stands, ends_the_run, MEC};
+    "MECH", "MECHANISM", "the gas-phase mechanism", any_case, where_it_stands, ends_the_run, MEC,
+    {},     "REACTIONS"};
 inline constexpr Section surface_mechanism{
     "SURF", "SURFACE MECHANISM", "the surface mechanism", any_case, where_it_stands, ends_the_run, MEC};
 inline constexpr Section efficiencies{

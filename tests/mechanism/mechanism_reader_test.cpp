@@ -120,8 +120,8 @@ TEST(MechanismReader, ConvertsAByTheOrderOfTheReaction) {
 }
 
 TEST(MechanismReader, StickingHoldsForTheNextReactionOnly) {
-  const ReadMechanism read("STIC\n----\nO2+PT(S)>O(S) 0.1 2.0 30.0\nO2+PT(S)>O(S)+O(S) 0.1 2.0 30.0",
-                           with_surface, {}, 3);
+  const ReadMechanism read("STIC\nO2+PT(S)>O(S) 0.1 2.0 30.0\nO2+PT(S)>O(S)+O(S) 0.1 2.0 30.0", with_surface,
+                           {}, 3);
   EXPECT_EQ(read[1].ISTICK, 2);
   EXPECT_DOUBLE_EQ(read[1].AFAC, 0.1 / 0.95);
   EXPECT_EQ(read[1].TEXP, 0.5);

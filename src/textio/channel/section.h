@@ -30,7 +30,8 @@ struct Section {
   Start start;
   Absence absence;
   std::uint8_t files = INP;
-  std::string_view except = {};  // a heading that begins so, in any case, is another section's
+  std::string_view except = {};     // a heading that begins so, in any case, is another section's
+  std::string_view elsewhere = {};  // the heading that other programs give to such a section
 
   // Whether a record is its heading; beyond the end of a record stand blanks.
   constexpr bool opens_with(std::string_view record) const {
