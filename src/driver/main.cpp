@@ -80,16 +80,33 @@ int run_on_disk() {
   }
 }
 
+constexpr std::string_view help_text =
+    "usage: varpre > listing\n"
+    "\n"
+    "Reads INP, MEC, THERMO and MOLNEW in the working directory, writes the store file fort.3 there and the listing to\n"
+    "standard output; what is wrong with the input goes to standard error. The manual: man varpre.\n"
+    "\n"
+    "  --help, --version   print this, or the version, and do nothing else\n";
+
+// What an argument brings about: the program knows nothing to be told.
+int answer(std::string_view argument) {
+  if (argument == "--help" || argument == "--version") {
+    varpre::write_all(STDOUT_FILENO, argument == "--help" ? help_text : "varpre " VARPRE_VERSION "\n",
+                      "standard output");
+    return 0;
+  }
+  return fail("takes no arguments; it reads INP, MEC, THERMO and MOLNEW in the working directory");
+}
+
 }  // namespace
 
-// The program takes no arguments. Exit status 0 for every orderly end, 2 when the machine does not let it
-// work.
-int main() {
+// Exit status 0 for every orderly end, 2 when the machine does not let it work, or at an argument.
+int main(int argc, char** argv) {
   ignore_signals_of_failed_writes();
   occupy_closed_descriptors();
   keep_freed_memory();
   try {
-    return run_on_disk();
+    return argc > 1 ? answer(argc == 2 ? argv[1] : "") : run_on_disk();
   } catch (const std::bad_alloc&) {
     return fail("memory: " + std::generic_category().message(ENOMEM));
   } catch (const std::exception& error) {

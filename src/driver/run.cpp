@@ -305,8 +305,9 @@ void open_files(Files& files) {
   for (Input* const input : inputs) {
     input->load();
     if (!input->was_absent()) continue;
-    files.listing.findings.warning(whole(*input),
-                                   message("there was no file ", input->name, ": it was created empty"));
+    files.listing.findings.warning(
+        whole(*input), message("there was no file ", input->name, ": it ",
+                               files.storage == Storage::disk ? "was created" : "counts as", " empty"));
   }
   if (files.molecules.read_error() != 0) {
     throw_system_error(files.molecules.read_error(), files.molecules.name);
@@ -359,25 +360,29 @@ std::string store_state(const Sequence& sequence, RunEnd end) {
 
 }  // namespace
 
-Files::Files(Storage where, int listing_descriptor)
-    : molecules(1, "MOLNEW", where),
-      conditions(2, "INP", where),
+Files::Files(Storage where, const std::string& directory, int listing_descriptor)
+    : molecules(1, directory + "MOLNEW", where),
+      conditions(2, directory + "INP", where),
       store(store_name, where),
-      mechanism(4, "MEC", where),
-      thermo(9, "THERMO", where),
+      mechanism(4, directory + "MEC", where),
+      thermo(9, directory + "THERMO", where),
       conditions_copy(10, "fort.10", where),
       mechanism_copy(11, "fort.11", where),
       thermo_copy(12, "fort.12", where),
-      particles(55, "THERMLIQ", where),
+      particles(55, directory + "THERMLIQ", where),
       listing(listing_descriptor),
       storage(where) {}
 
 Files Files::on_disk() {
-  return {Storage::disk, STDOUT_FILENO};
+  return {Storage::disk, {}, STDOUT_FILENO};
 }
 
 Files Files::in_memory() {
-  return {Storage::memory, ListingFile::no_file};
+  return {Storage::memory, {}, ListingFile::no_file};
+}
+
+Files Files::in_directory(const std::string& directory) {
+  return {Storage::read_only, directory == "." ? std::string() : directory + "/", ListingFile::nowhere};
 }
 
 RunResult run(Files& files) {
@@ -394,7 +399,8 @@ RunResult run(Files& files) {
     warn_of_cut_lines(*copy, sequence->cut_text_told(), files.listing.findings);
   }
   const std::string state = store_state(*sequence, end);
-  return {end, state, sequence->counts(), files.listing.findings.render(state)};
+  const Findings& findings = files.listing.findings;
+  return {end, state, sequence->counts(), findings.errors(), findings.warnings(), findings.render(state)};
 }
 
 }  // namespace varpre

@@ -13,6 +13,9 @@ struct Files {
   static Files on_disk();
   // Files that exist in memory only; fill in the `text` of the inputs before the run.
   static Files in_memory();
+  // The inputs of a directory, which findings name in front of them unless it is "."; nothing is written
+  // there, and the listing goes nowhere.
+  static Files in_directory(const std::string& directory);
 
   // The copies refer to the inputs they are made of, which therefore stay where they are.
   ~Files() = default;
@@ -33,7 +36,7 @@ struct Files {
   Storage storage;
 
  private:
-  Files(Storage where, int listing_descriptor);
+  Files(Storage where, const std::string& directory, int listing_descriptor);
 };
 
 enum class RunEnd { normal, abnormal };
@@ -54,6 +57,8 @@ struct RunResult {
   RunEnd end = RunEnd::normal;
   std::string store_state;  // "complete", "incomplete (ended in the options)"
   RunCounts counts;
+  int errors = 0;
+  int warnings = 0;
   std::string diagnostics;  // for standard error; nothing when there is nothing to say
 };
 

@@ -17,9 +17,12 @@ What is checked:
                text from CASE/FILE with INPUT 'old' 'new'   the same after an edit of one of its inputs
                python run in CASE        a program that is run where the case has run
                text output               what it prints
+               text rulers               see below
+               ... tried                 what tests/tools/check/check_test.py tries
                sh run                    commands, run beside the examples with the program on the path
              The man page has the same words in a comment before each .EX.
   links      A relative link leads to a file, and to a heading of it.
+  rulers     A line of docs/editors.md that begins with "****" marks the fields of the format before it.
   names      Every file, folder and verb that docs/architecture.md and the README name exists.
 """
 
@@ -329,8 +332,8 @@ def check_store_records(page, code):
     return len(code.store)
 
 
-def numeric_columns(format_):
-    """Columns "first-last" of the numeric fields of a format, a list for each record."""
+def fields(format_):
+    """The edits of a format with their widths, a list for each record."""
     parts = re.finditer(r"(?P<open>\d*)\(|(?P<close>\))|(?P<slash>/)|(?P<blanks>\d*)X|"
                         r"(?:\dP)?(?P<repeat>\d*)(?P<edit>[IFEA])(?P<width>\d*)[.\d]*", format_)
     stack = [[1, []]]
@@ -346,16 +349,47 @@ def numeric_columns(format_):
             stack[-1][1].append(("X", int(token["blanks"] or 1)))
         else:
             stack[-1][1].extend([(token["edit"], int(token["width"] or 1))] * int(token["repeat"] or 1))
-    records, column = [[]], 1
+    records = [[]]
     for edit, width in stack[0][1]:
         if edit == "/":
             records.append([])
-            column = 1
-            continue
-        if edit in "IFE":
-            records[-1].append(f"{column}-{column + width - 1}")
-        column += width
+        else:
+            records[-1].append((edit, width))
     return records
+
+
+def numeric_columns(format_):
+    """Columns "first-last" of the numeric fields of a format, a list for each record."""
+    records = []
+    for record in fields(format_):
+        column, columns = 1, []
+        for edit, width in record:
+            if edit in "IFE":
+                columns.append(f"{column}-{column + width - 1}")
+            column += width
+        records.append(columns)
+    return records
+
+
+def ruler(record):
+    """The comment line that marks the fields of a record, which may go beyond column 80."""
+    drawn = "".join(" " * width if edit == "X" else "|" if width == 1 else "<" + "-" * (width - 2) + ">"
+                    for edit, width in record)
+    return ("****" + drawn[4:])[:80].rstrip()
+
+
+def check_rulers(page):
+    """Behind a format in code the next lines that begin with **** are its rulers."""
+    count, expected = 0, []
+    for number, line in enumerate(page.lines, 1):
+        formats = [f for f in re.findall(r"`([^`]+)`", line) if is_format(f)]
+        if formats:
+            expected = [ruler(record) for format_ in formats for record in fields(format_)]
+        elif line.startswith("****"):
+            count += 1
+            if line not in expected:
+                problem(f"{page.name}:{number}", f"no ruler of the format above: {line}")
+    return count
 
 
 def check_columns(page):
@@ -510,7 +544,7 @@ def check_examples(pages, cases):
                 elif part == ["text", "output"]:
                     if output is None or not holds(output, lines):
                         problem(where, f"the program prints something else:\n{output}")
-                else:
+                elif part[1:] not in (["rulers"], ["tried"]):
                     problem(where, f"a block that nothing vouches for: ```{words}")
                 count += 1
             except (ValueError, OSError, RuntimeError) as error:
@@ -602,15 +636,15 @@ def main():
     program = str(Path(sys.argv[1]).resolve())
     pages = [Page(path) for path in PAGES]
     with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
-    inputs, store, messages = (next(p for p in pages if p.name == f"docs/{name}.md")
-                               for name in ("inputs", "store-file", "messages"))
+    inputs, store, messages, editors = (next(p for p in pages if p.name == f"docs/{name}.md")
+                                        for name in ("inputs", "store-file", "messages", "editors"))
     with tempfile.TemporaryDirectory() as scratch:
         cases = Cases(program, scratch)
         counts = [f"{check_formats(pages, code)} formats",
                   f"{check_store_records(store, code)} store records", f"{check_columns(inputs)} columns",
                   f"{check_messages(messages, code)} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
-                  f"{check_links(pages)} links", f"{check_names(pages)} names"]
+                  f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names"]
     for text in problems:
         print(text)
     print(f"documents: {', '.join(counts)}; {len(problems)} not true")

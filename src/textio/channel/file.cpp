@@ -109,6 +109,11 @@ OpenFile::OpenFile(int descriptor, const std::string& name) : number_(descriptor
 
 OpenFile::OpenFile(OpenFile&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
 
+OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
+  std::swap(number_, other.number_);
+  return *this;
+}
+
 OpenFile::~OpenFile() {
   if (number_ >= 0) ::close(number_);
 }
@@ -118,14 +123,9 @@ void OpenFile::close(const std::string& name) {
   if (::close(number) != 0 && errno != EINTR) throw_system_error(errno, name);
 }
 
-OpenFile open_input(const std::string& name, bool& created) {
-  created = false;
-  int number = opened(name, O_RDONLY | O_NONBLOCK);
-  if (number == -ENOENT) {
-    number = opened(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW);
-    created = number >= 0;
-    if (number == -EEXIST) number = -ENOENT;  // a link to nowhere
-  }
+std::optional<OpenFile> open_input(const std::string& name) {
+  const int number = opened(name, O_RDONLY | O_NONBLOCK);
+  if (number == -ENOENT) return std::nullopt;
   if (number == -ENXIO) throw std::runtime_error(name + ": not a regular file");  // a socket
   OpenFile file(number, name);
   struct stat status {};
@@ -134,6 +134,15 @@ OpenFile open_input(const std::string& name, bool& created) {
     throw std::runtime_error(name + ": not a regular file");
   }
   return file;
+}
+
+OpenFile open_or_create_input(const std::string& name, bool& created) {
+  std::optional<OpenFile> file = open_input(name);
+  created = !file;
+  if (file) return std::move(*file);
+  const int number = opened(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW);
+  return {number == -EEXIST ? -ENOENT : number,
+          name};  // what exists without being there is a link to nowhere
 }
 
 std::string read_to_end(const OpenFile& file, const std::string& name, int& read_error) {

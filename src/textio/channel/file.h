@@ -23,9 +23,9 @@ class OpenFile {
   OpenFile(int descriptor, const std::string& name);
   ~OpenFile();
   OpenFile(OpenFile&& other) noexcept;
+  OpenFile& operator=(OpenFile&& other) noexcept;
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
-  OpenFile& operator=(OpenFile&&) = delete;
 
   int number() const { return number_; }
   // Some file systems tell only now that what was written did not find room.
@@ -35,9 +35,12 @@ class OpenFile {
   int number_;
 };
 
-// Opens an input. One that is not there is created empty, never through a link (`created`); anything but a
-// regular file or a directory is refused, without waiting for a pipe.
-OpenFile open_input(const std::string& name, bool& created);
+// Opens an input; none when nothing has that name. Anything but a regular file or a directory is refused,
+// without waiting for a pipe.
+std::optional<OpenFile> open_input(const std::string& name);
+
+// The same, but one that is not there is created empty, never through a link (`created`).
+OpenFile open_or_create_input(const std::string& name, bool& created);
 
 // The bytes of an open input from where it stands. When a read fails (that of a directory does), `read_error`
 // becomes its errno and what was read before is returned. A file of 2 GB or more is too large.

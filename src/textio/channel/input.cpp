@@ -28,7 +28,11 @@ Input::Input(int unit_number, std::string file_name, Storage where)
     : number(unit_number), name(std::move(file_name)), storage_(where) {}
 
 void Input::open() {
-  if (storage_ == Storage::disk) file_.emplace(open_input(name, was_absent_));
+  if (storage_ == Storage::disk) file_.emplace(open_or_create_input(name, was_absent_));
+  if (storage_ == Storage::read_only) {
+    file_ = open_input(name);
+    was_absent_ = !file_;
+  }
 }
 
 void Input::load() {

@@ -11,8 +11,9 @@
 
 namespace varpre {
 
-// Whether a channel is a file of the working directory, or exists in memory only: tests, fuzzing, the tools.
-enum class Storage { memory, disk };
+// Whether a channel is a file of the working directory, a file of any directory in which nothing is written,
+// or exists in memory only: tests, fuzzing.
+enum class Storage { memory, read_only, disk };
 
 // Where a record comes from, in the words of the person who wrote it.
 struct Origin {
@@ -37,8 +38,8 @@ class Input {
   std::string name;
   std::string text;  // the records, each with its line end
 
-  // Opens the file, an absent one is created empty; `load` reads it and stands before the first record.
-  // Nothing of that in memory. Both throw (file.h).
+  // Opens the file, an absent one is created empty or, where nothing is written, counts as empty; `load`
+  // reads it and stands before the first record. Nothing of that in memory. Both throw (file.h).
   void open();
   void load();
   bool was_absent() const { return was_absent_; }

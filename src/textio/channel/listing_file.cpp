@@ -14,7 +14,7 @@ constexpr const char* listing_name = "standard output";
 void ListingFile::flush() {
   if (descriptor_ == no_file) return;
   try {
-    if (error_ == 0) write_all(descriptor_, text, listing_name);
+    if (error_ == 0 && descriptor_ != nowhere) write_all(descriptor_, text, listing_name);
   } catch (const std::system_error& error) {
     error_ = error.code().value();
   }
@@ -24,7 +24,7 @@ void ListingFile::flush() {
 void ListingFile::finish() {
   if (descriptor_ == no_file) return;
   flush();
-  if (::close(descriptor_) != 0 && error_ == 0) error_ = errno;
+  if (descriptor_ != nowhere && ::close(descriptor_) != 0 && error_ == 0) error_ = errno;
   descriptor_ = no_file;
   if (error_ != 0) throw_system_error(error_, listing_name);
 }

@@ -12,6 +12,7 @@ namespace varpre {
 class ListingFile {
  public:
   static constexpr int no_file = -1;
+  static constexpr int nowhere = -2;  // nobody reads it
 
   explicit ListingFile(int descriptor = no_file) : descriptor_(descriptor) {}
 

@@ -56,7 +56,7 @@ std::string marked_line(std::string_view line, const Place& place) {
 }
 
 std::string header(const Origin& origin, int column) {
-  return message(origin.file, ":", origin.line, ":", column, ": ");
+  return message(for_terminal(origin.file), ":", origin.line, ":", column, ": ");
 }
 
 // Of what makes a finding the same as another of its kind.
@@ -174,11 +174,7 @@ std::string Findings::render(std::string_view state) const {
       all += message(margin, "(", static_cast<int>(more), " more of this kind)\n");
     }
   }
-  all += "varpre: ";
-  if (errors_ > 0) all += counted(errors_, "error");
-  if (errors_ > 0 && warnings_ > 0) all += ", ";
-  if (warnings_ > 0) all += counted(warnings_, "warning");
-  return all + "; store file " + std::string(state) + "\n";
+  return all + message("varpre: ", summary(errors_, warnings_), "; store file ", state, "\n");
 }
 
 std::vector<FindingReport> Findings::reports() const {
@@ -222,6 +218,13 @@ double percent(double fraction) {
 
 std::string counted(int count, std::string_view noun) {
   return message(count, " ", noun, count == 1 ? "" : "s");
+}
+
+std::string summary(int errors, int warnings) {
+  if (errors + warnings == 0) return "no findings";
+  if (errors == 0) return counted(warnings, "warning");
+  return warnings == 0 ? counted(errors, "error")
+                       : message(counted(errors, "error"), ", ", counted(warnings, "warning"));
 }
 
 Nearest::Nearest(std::string_view name) : name_(trimmed(name)), plain_name_(in_plain_characters(name_)) {

@@ -155,6 +155,8 @@ std::string message(const Parts&... parts) {
 double percent(double fraction);
 // "1 record", "3 records".
 std::string counted(int count, std::string_view noun);
+// "1 error, 2 warnings", "no findings".
+std::string summary(int errors, int warnings);
 // "A, B, C": the first five names of a list, and how many more there are.
 template <class Names>
 std::string list_of(const Names& names) {
