@@ -112,7 +112,7 @@ T value_at(const char* place) {
 }
 
 // Edits a value, a text with its length, into its field. False when the field holds asterisks.
-bool edit_value(char* field, const FieldEdit& edit, const char* value, std::size_t length) {
+inline bool edit_value(char* field, const FieldEdit& edit, const char* value, std::size_t length) {
   const auto width = static_cast<std::size_t>(edit.places.width);
   switch (edit.kind) {
     case Edit::Kind::exponent: return edit_exponent(field, edit.places, value_at<double>(value));
@@ -280,14 +280,22 @@ Written append_image(std::string& text, std::string_view image, const Field* fie
   text.append(image);
   char* const records = text.data() + start;
   bool fit = true;
+  // Items are taken by value: what is written into the record cannot change them then.
+  const auto edit = [&](const OutputItem item, std::size_t begin, std::size_t count) {
+    const char* value = static_cast<const char*>(item.data) + begin * item.stride;
+    for (std::size_t i = 0; i < count; ++i, value += item.stride, ++field) {
+      fit &= edit_value(records + field->offset, field->edit, value, item.length);
+    }
+  };
   for (std::size_t first = 0; first < items.size(); first += items[first].zipped) {
     const auto in_turn = items.subspan(first, items[first].zipped);
-    for (std::size_t i = 0; i < in_turn[0].count; ++i) {
-      for (const OutputItem& item : in_turn) {
-        const char* const value = static_cast<const char*>(item.data) + i * item.stride;
-        fit &= edit_value(records + field->offset, field->edit, value, item.length);
-        ++field;
-      }
+    const std::size_t count = in_turn[0].count;
+    if (in_turn.size() == 1) {
+      edit(in_turn[0], 0, count);
+      continue;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      for (const OutputItem& item : in_turn) edit(item, i, 1);
     }
   }
   return fit ? Written::whole : Written::with_asterisks;
