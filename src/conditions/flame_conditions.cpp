@@ -126,9 +126,10 @@ bool take_condition(const KeywordRecord<4>& record, const Place& heading, const 
   if (!value_is_readable(record.result, word, record.value, {6, 10, found->unit}, NFICON, MSGFIL.findings)) {
     return report(word, MSGFIL);
   }
-  const auto place = static_cast<std::size_t>(found - keywords.begin());
-  VCOND[place] = record.value;
-  lines[place] = here(NFICON, 6, 10);
+  Place& place = lines.begin()[found - keywords.begin()];
+  warn_of_second(trimmed(word), place, here(NFICON, 6, 10), MSGFIL.findings);
+  place = here(NFICON, 6, 10);
+  VCOND.begin()[found - keywords.begin()] = record.value;
   return true;
 }
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+#include "textio/findings/odd_characters.h"
+
 namespace varpre {
 namespace {
 
@@ -96,7 +98,24 @@ void report_value_across_end(std::string_view keyword, bool readable, double val
   }
 }
 
+// Warns of blanks inside a number, which are read as if they were not there.
+void warn_of_inner_blanks(std::string_view keyword, double value, const ValueField& field,
+                          std::string_view line, const Input& NFICON, Findings& findings) {
+  std::string_view text = trimmed(columns(line, field.column, field.width));
+  text.remove_prefix(text.find_first_not_of(' '));
+  if (text.find(' ') == std::string_view::npos) return;
+  findings.warning(
+      here(NFICON, field.column, field.width),
+      message(keyword, " is read as ", value, ": blanks inside the number '", text, "' do not count"));
+}
+
 }  // namespace
+
+void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings) {
+  if (earlier.unit == nullptr) return;
+  findings.warning(later, message(keyword, " stands already in line ",
+                                  earlier.unit->origin(earlier.record).line, ": this value counts"));
+}
 
 bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
                        const Input& NFICON, Findings& findings) {
@@ -119,6 +138,7 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
     return true;
   }
   if (across.text.empty()) warn_of_columns(findings, NFICON, result, [&](int) { return name; });
+  warn_of_inner_blanks(keyword, value, field, line, NFICON, findings);
   if (!behind.text.empty()) warn_of_unit(keyword, value, field, behind, NFICON, findings);
   return true;
 }
@@ -127,11 +147,14 @@ void report_unknown_keyword(const Section& section, const Place& heading, std::s
                             std::string_view kinds, const Nearest& nearest, const ValueField& field,
                             const Input& NFICON, Findings& findings) {
   if (report_heading_inside(section, heading, NFICON, findings)) return;
+  const std::size_t columns_of_word = word.size();
   const auto width = static_cast<int>(word.size());
   const std::string columns = message("columns 1-", width, " hold a ", kinds, ", columns ", field.column, "-",
                                       field.column + field.width - 1, " its value");
   word = trimmed(word);
-  const std::string meant = nearest.help();
+  const std::string odd =
+      odd_character_help(NFICON.origin(NFICON.record_number()).text.substr(0, columns_of_word), 1);
+  const std::string meant = odd.empty() ? nearest.help() : odd;
   const bool in_two = word.find(' ') != std::string_view::npos;  // a value that begins too early
   findings.error(here(NFICON, 1, width),
                  word.empty() ? message("blank line in ", section.content, ", which END would close")

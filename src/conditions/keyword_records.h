@@ -43,6 +43,10 @@ struct ValueField {
 bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
                        const Input& NFICON, Findings& findings);
 
+// Warns that a keyword, in the record last read, was given before; the later value counts. Nothing where it
+// was not (`earlier` without unit).
+void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings);
+
 // Reports that the record last read holds no keyword of its section: the heading of another one, or a keyword
 // that is misspelt or unknown. `kinds` and `field` say what may stand there, and where.
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,

@@ -112,7 +112,10 @@ void set_amount(const KeywordRecord<8>& record, Reading& reading) {
 void set_keyword(const Keyword& keyword, const KeywordRecord<8>& record, Reading& reading) {
   require_value(record, keyword.unit, reading);
   reading.mixture.*keyword.value = record.value * keyword.factor;
-  if (keyword.given != nullptr) reading.given.*keyword.given = here(reading.NFICON, 10, 10);
+  if (keyword.given == nullptr) return;
+  Place& given = reading.given.*keyword.given;
+  warn_of_second(trimmed(keyword.word), given, here(reading.NFICON, 10, 10), reading.MSGFIL.findings);
+  given = here(reading.NFICON, 10, 10);
 }
 
 // Reads the value records up to END.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "conditions/keyword_records.h"
 #include "textio/record/number_format.h"
 #include "thermo/section_findings.h"
 
@@ -42,8 +43,10 @@ bool find_heading(Input& NFICON, Listing& MSGFIL) {
   return fail(MSGFIL);
 }
 
+using OptionPlaces = std::array<Place, std::tuple_size_v<OptionNames>>;  // where each is given
+
 // Takes one field; false, after the message, when its option is unknown.
-bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
+bool set_option(const OptionField& field, OptionVector& IOPT, OptionPlaces& places, Listing& MSGFIL) {
   const std::string_view word = field.name.first(4);
   if (trimmed(word).empty()) return true;
   const auto found = std::find_if(NTOPT.begin(), NTOPT.end(),
@@ -55,12 +58,16 @@ bool set_option(const OptionField& field, OptionVector& IOPT, Listing& MSGFIL) {
     return false;
   }
   IOPT.slots.begin()[found - NTOPT.begin()] = *field.value == 0 ? 1 : *field.value;
+  Place& place = places.begin()[found - NTOPT.begin()];
+  warn_of_second(message("option '", field.name, "'"), place, field.place, MSGFIL.findings);
+  place = field.place;
   return true;
 }
 
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
 bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
   const Place heading = heading_place(sections::options, NFICON);
+  OptionPlaces places;
   bool LOK = true;
   bool readable = true;
   complete = false;
@@ -69,12 +76,14 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
     const auto unreadable = std::find_if(record.begin(), end, [](const OptionField& f) { return !f.value; });
     if (unreadable != end) {
-      report_option_value(*unreadable, MSGFIL.findings);
+      if (!report_heading_inside(sections::options, heading, NFICON, MSGFIL.findings)) {
+        report_option_value(*unreadable, MSGFIL.findings);
+      }
       readable = false;
       break;
     }
     std::for_each(record.begin(), end,
-                  [&](const OptionField& f) { LOK = set_option(f, IOPT, MSGFIL) && LOK; });
+                  [&](const OptionField& f) { LOK = set_option(f, IOPT, places, MSGFIL) && LOK; });
     if (end == record.end()) continue;
     complete = true;
     return LOK;

@@ -129,6 +129,7 @@ void warn_of_other_end(std::string_view word, const Place& heading, const Input&
 // Takes the keyword records up to the first other one; false after the message.
 bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
   const Place heading = heading_place(sections::two_dimensional_input, NFICON);
+  std::array<Place, parameters.size()> places;
   const auto ends = [&](const Text<4>& word) {
     if (parameter_of(word.view()) != parameters.end()) return false;
     warn_of_other_end(word.view(), heading, NFICON, MSGFIL.findings);
@@ -140,7 +141,10 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
       write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
       return false;
     }
-    values.begin()[parameter_of(word.view()) - parameters.begin()] = value;
+    const auto number = parameter_of(word.view()) - parameters.begin();
+    warn_of_second(trimmed(word.view()), places.begin()[number], here(NFICON, 6, 10), MSGFIL.findings);
+    places.begin()[number] = here(NFICON, 6, 10);
+    values.begin()[number] = value;
     return true;
   };
   const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);

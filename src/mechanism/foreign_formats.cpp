@@ -88,14 +88,22 @@ Part yaml(std::string_view line) {
   return key.size() > 1 && key.back() == ':' ? key : Part();
 }
 
+// A comment in a line of its own: of "!", "//", "#", or "C ".
+Part comment(std::string_view line) {
+  const Part word = first_word(line);
+  const bool mark = word.starts_with("//") || word == "#" || word == "C" || word == "c";
+  return mark && line.find_first_of("=>") == std::string_view::npos ? word : Part();
+}
+
 struct Shape {
   Part (*in)(std::string_view line);
   std::string_view here;  // how it is written here
 };
 
-constexpr std::array<Shape, 9> shapes{
+constexpr std::array<Shape, 10> shapes{
     {{yaml,
       "a reaction is one line, such as H+O2=OH+O  2.65E+16  -0.671  71.300, with A, b and E (cm, mol, s, kJ/mol)"},
+     {comment, "a comment line begins with ****; behind a reaction stands ! before a comment"},
      {falloff_line,
       "the falloff parameters stand in two records that begin with \"#\" behind the reaction, its third body in the "
       "equation"},

@@ -38,6 +38,9 @@ Keyword keyword_of(const Line& line) {
 constexpr std::string_view line_form =
     "a reaction line holds an equation, then A (cm, mol, s), b and E (kJ/mol)";
 
+constexpr std::string_view comment_form =
+    "a comment line begins with ****; \"!\" begins a comment behind a reaction";
+
 [[noreturn]] void stop_with(std::string_view record, std::string_view text, Listing& MSGFIL) {
   write<"(A,A)">(MSGFIL, record, text);
   throw RunStop{};
@@ -49,11 +52,22 @@ struct Context {
   const Place& heading;
 };
 
+// Reports a line of a single word that looks like a keyword; false, without a finding, for any other.
+bool report_keyword(const Place& line, Findings& findings) {
+  const std::string_view written = trimmed(line.unit->origin(line.record).text);
+  const std::string help = Nearest(written).offer("STIC").offer("MAXI").offer("END").help();
+  if (help.empty()) return false;
+  Place place = line;
+  place.width = static_cast<int>(written.size());
+  findings.error(place, message("unknown keyword '", written, "' in a mechanism"), help);
+  return true;
+}
+
 // Reports what a line that cannot be read turns out to be: a heading behind a missing END, or the form of
 // another program. False, without a finding, where it is neither.
 bool report_other_text(const Context& context, const Place& line, Findings& findings) {
   return report_heading_inside(context.section, context.heading, *line.unit, findings) ||
-         report_foreign_form(line, findings);
+         report_foreign_form(line, findings) || report_keyword(line, findings);
 }
 
 // A number at the end of a reaction line: its message in the listing, and its name.
@@ -101,7 +115,8 @@ bool RETNAM(const Line& line, const Context& context, Reaction& reaction, Equati
   text = text.substr(0, text.find('!'));
   if (text.size() < 2 || trimmed(text).empty()) {
     if (!report_other_text(context, place, MSGFIL.findings)) {
-      MSGFIL.findings.error(place, "blank line inside a mechanism", line_form);
+      MSGFIL.findings.error(place, "blank line inside a mechanism",
+                            text.size() < line.view().size() ? comment_form : line_form);
     }
     stop_with(" RETNAM empty line", "", MSGFIL);
   }
@@ -235,6 +250,15 @@ void report_unknown(const SpeciesName& name, const ReactionNames& names, const P
   }
 }
 
+void warn_of_second_arrow(const Equation& equation, const Place& line, Findings& findings) {
+  const auto& delimiters = equation.delimiters;
+  const auto arrows = std::count_if(delimiters.begin(), delimiters.end(),
+                                    [](const Text<1>& d) { return d.view() == "=" || d.view() == ">"; });
+  if (arrows < 2) return;
+  findings.warning(line,
+                   "the equation has more than one arrow: what stands behind the first one are products");
+}
+
 // Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products
 // positive. Finds out whether the reaction is reversible. False, after the message, at an unknown name.
 bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
@@ -260,6 +284,7 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     }
     at(numbers, i) = products ? number : -number;
   }
+  warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings);
   return true;
 }
 

@@ -12,8 +12,10 @@ namespace {
 
 constexpr double R = gas_constant;
 
-void report_bad_parameters(Listing& MSGFIL) {
+void report_bad_parameters(const Place& line, Listing& MSGFIL) {
   write<"('0',5X,'INCORRECT REVERSE REACT. ARRH. PARAM. ','DUE TO BAD THERMODYN. OR INPUT DATA')">(MSGFIL);
+  MSGFIL.findings.warning(line, "no sound rate of the reverse of this reaction can be generated",
+                          "look at its A and E, and at the thermochemistry of its species");
 }
 
 struct FitTemperatures {
@@ -61,9 +63,9 @@ double equilibrium_constant(const ReactionSums& sums, double T) {
   return Kp / integer_power(gas_constant_cm3_bar * T, sums.dn);
 }
 
-double without_zero(double Kc, Listing& MSGFIL) {
+double without_zero(double Kc, const Place& line, Listing& MSGFIL) {
   if (Kc != 0) return Kc;
-  report_bad_parameters(MSGFIL);
+  report_bad_parameters(line, MSGFIL);
   return 1.0E-35F;
 }
 
@@ -86,19 +88,19 @@ Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const The
 
   const auto [T1, T2, any_educt] = fit_temperatures(phase, forward.MAT, fit);
   if (!any_educt) {
-    report_bad_parameters(MSGFIL);
+    report_bad_parameters(forward.line, MSGFIL);
     return reverse;
   }
   const ReactionSums at_T2 = reaction_sums(phase, forward.MAT, T2, fit, MSGFIL);
   const ReactionSums at_T1 = reaction_sums(phase, forward.MAT, T1, fit, MSGFIL);
-  const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), MSGFIL);
-  const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), MSGFIL);
+  const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), forward.line, MSGFIL);
+  const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), forward.line, MSGFIL);
   const double X2 = forward.AFAC * std::exp(-forward.EXA / (R * T2)) / Kc2;
   const double X1 = forward.AFAC * std::exp(-forward.EXA / (R * T1)) / Kc1;
   reverse.EXA = R * std::log(X1 / X2) / (1 / T2 - 1 / T1);
   reverse.AFAC = X2 * std::exp(reverse.EXA / (R * T2));
   if (!std::isfinite(reverse.EXA) || !std::isfinite(reverse.AFAC)) {
-    report_bad_parameters(MSGFIL);
+    report_bad_parameters(forward.line, MSGFIL);
     reverse.AFAC = reverse.EXA = 0;
   }
   return reverse;

@@ -9,6 +9,8 @@ namespace {
 
 // Whether a record begins with the word of a section, in any letter case: a heading, or meant to be one.
 bool begins_like(const Section& section, std::string_view record) {
+  if (!section.except.empty() && EQUSYM(static_cast<int>(section.except.size()), record, section.except))
+    return false;
   return EQUSYM(static_cast<int>(section.word.size()), record, section.word);
 }
 

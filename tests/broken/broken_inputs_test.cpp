@@ -2,8 +2,8 @@
 
 #include "support/runs.h"
 
-// Runs as data: faulty inputs, and what certain records must bring forth. Each directory with a file `case` is
-// one:
+// Runs as data: faulty inputs, and what certain records must bring forth. Each directory with a file `case`
+// is one:
 //
 //   case             the base, a directory under tests/runs, its edits, and how the run ends:
 //                      base h2o2
