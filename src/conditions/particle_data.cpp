@@ -33,14 +33,12 @@ bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
   const Place heading = here(NFICON, 1, 4);
   do {
     const ReadResult result = read<"(A4,1X,I6)">(NFICON, word, particles.NRGP);
-    if (result.end_of_file()) {
-      findings.error(heading, "the particle data that begin here have no record NRGP");
-      return false;
-    }
-    if (!result) {
+    if (!result && word.view() == "NRGP") {
       report_unreadable(findings, NFICON, result, "the particle grid size");
-      return false;
+    } else if (!result) {
+      findings.error(heading, "the particle data that begin here have no record NRGP");
     }
+    if (!result) return false;
   } while (word.view() != "NRGP");
   particles.grid = here(NFICON, 6, 6);
   return true;

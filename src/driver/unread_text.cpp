@@ -134,15 +134,25 @@ int last_read(const Input& copy) {
   return last;
 }
 
-// What makes the run read a section.
-std::string_view condition_of(const Section& section) {
-  if (&section == &sections::particle_data || &section == &sections::particle_fractions) {
-    return "option 'Impuls -5' asks for particle data";
-  }
-  if (&section == &sections::two_dimensional_options || &section == &sections::two_dimensional_input) {
-    return "option 'PLN2D 1' asks for the two-dimensional sections";
-  }
-  return {};
+// A section that an option asks for, and the one at the head of its group.
+struct OptionalSection {
+  const Section* section;
+  const Section* head;
+  std::string_view condition;
+};
+constexpr std::string_view asks_for_particles = "option 'Impuls -5' asks for particle data";
+constexpr std::string_view asks_for_two_dimensions = "option 'PLN2D 1' asks for the two-dimensional sections";
+constexpr std::array<OptionalSection, 5> optional_sections{
+    {{&sections::particle_data, &sections::particle_data, asks_for_particles},
+     {&sections::particle_names, &sections::particle_data, asks_for_particles},
+     {&sections::particle_fractions, &sections::particle_data, asks_for_particles},
+     {&sections::two_dimensional_options, &sections::two_dimensional_options, asks_for_two_dimensions},
+     {&sections::two_dimensional_input, &sections::two_dimensional_options, asks_for_two_dimensions}}};
+
+const OptionalSection* optional_section(const Section* section) {
+  const auto found = std::find_if(optional_sections.begin(), optional_sections.end(),
+                                  [&](const OptionalSection& s) { return s.section == section; });
+  return found == optional_sections.end() ? nullptr : &*found;
 }
 
 // The END before a stretch, which explains it.
@@ -164,8 +174,10 @@ void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read,
                                     copy.origin(earlier).line, "; this one is ignored"));
     return;
   }
-  const std::string_view condition = stretch.section == nullptr ? "" : condition_of(*stretch.section);
-  const std::string help = condition.empty() ? end_before(stretch, copy) : std::string(condition);
+  const OptionalSection* const optional = optional_section(stretch.section);
+  if (optional != nullptr && heading_read(*optional->head) > 0)
+    return;  // its group was given up, which was reported
+  const std::string help = optional != nullptr ? std::string(optional->condition) : end_before(stretch, copy);
   if (first == last) {
     findings.warning(place, message("line ", first, " is read by no section"), help);
   } else {

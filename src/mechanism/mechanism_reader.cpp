@@ -232,15 +232,15 @@ void find_inert_species(int NS, Mechanism& mechanism) {
 void warn_of_misplaced(const Phase& phase, const SpeciesView& species, int first,
                        std::span<const int> misplaced, Findings& findings) {
   std::vector<SpeciesName> names;
-  const Place* place = nullptr;
+  Place place;
   for (const int s : misplaced) {
     if (s < first) continue;
-    if (place == nullptr) place = &at(species.listed, s);
+    if (names.empty()) place = at(species.listed, s);
     names.push_back(at(species.SYMB, s));
   }
   if (names.empty()) return;
   findings.warning(
-      locate(*place, names.front().view()),
+      locate(place, names.front().view()),
       message("species that occur in no reaction of ", phase.section.content,
               " stand before others: ", list_of(names)),
       "the store file tells only how many species are inert: the solver takes the last ones of the list");

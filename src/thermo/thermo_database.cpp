@@ -154,6 +154,23 @@ void warn_of_exchanged_ranges(const SpeciesName& name, const ThermoFit& fit, Fin
       "the seven coefficients of the upper range come first, those of the lower range behind them");
 }
 
+// Reports the heading that other programs put before the entries as the cause of one that cannot be read;
+// false, without a finding, where there is none.
+bool report_foreign_heading(const DatabaseSearch& search, const Input& NFITHE, bool lacking,
+                            Findings& findings) {
+  if (search.read_all || !EQUSYM(5, search.unreadable_name.view(), "THERM")) return false;
+  int record = search.unreadable.unreadable.record;
+  while (record > 1 && !EQUSYM(5, NFITHE.origin(record).text, "THERM")) --record;
+  const std::string_view heading = trimmed(NFITHE.origin(record).text);
+  findings.report(
+      lacking ? Findings::Severity::error : Findings::Severity::warning,
+      {&NFITHE, record, 1, static_cast<int>(heading.size())},
+      message("'", heading, "' is a heading of other programs: nothing behind it is read"),
+      "the entries begin in the first line: delete it, and the line of temperatures that may follow",
+      Findings::Site::current());
+  return true;
+}
+
 }  // namespace
 
 bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
@@ -185,7 +202,9 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
                                                                                         species.SYMB[i]);
     LOK = false;
   }
-  report_unreadable_entry(search, NFITHE, layout, !LOK, MSGFIL.findings);
+  if (!report_foreign_heading(search, NFITHE, !LOK, MSGFIL.findings)) {
+    report_unreadable_entry(search, NFITHE, layout, !LOK, MSGFIL.findings);
+  }
   report_absent_entries(search, species, NFITHE, MSGFIL.findings);
   if (print) {
     for (std::size_t i = 0; i < species.SYMB.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);

@@ -135,7 +135,7 @@ int check(const Arguments& arguments) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   Arguments arguments;
   CLI::App app(
       "Makes the run of varpre in each DIRECTORY without writing anything there, and tells what it finds.",
@@ -157,4 +157,7 @@ int main(int argc, char** argv) {
   }
   if (arguments.directories.empty()) arguments.directories.emplace_back(".");
   return check(arguments);
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "varpre-check: %s\n", error.what());
+  return 2;
 }
