@@ -50,25 +50,26 @@ struct ConditionKeyword {
   double standard = 0;
   bool required = false;
   std::string_view unit = {};
+  Usual usual = {};
 };
 
 constexpr std::array<ConditionKeyword, condition_count> keywords{{
     {"GE  ", 0, true},
     {"NG  ", 0, true},
-    {"RI  ", 0, true, "m"},
-    {"RO  ", 0, true, "m"},
+    {"RI  ", 0, true, "m", {0, 1000}},
+    {"RO  ", 0, true, "m", {0, 1000}},
     {"TSTA", 0, false, "s"},
     {"TE  ", 0, true, "s"},
-    {"NT  ", 0, true},
-    {"Nmax", 1.0E+30},
+    {"NT  ", 0, true, {}, {1}},
+    {"Nmax", 1.0E+30, false, {}, {1}},
     {"SE  ", 0, false, "J"},
-    {"SW  ", 0, false, "m"},
-    {"ST  ", 0, false, "s"},
+    {"SW  ", 0, false, "m", {0, 1000}},
+    {"ST  ", 0, false, "s", {0}},
     {"SOGR"},
-    {"STEP", 0, false, "s"},
-    {"ATOL", 1.0E-10},
-    {"RTOL", 1.0E-3},
-    {"RS  ", 0, false, "s"},
+    {"STEP", 0, false, "s", {0}},
+    {"ATOL", 1.0E-10, false, {}, {1.0E-30, 1}},
+    {"RTOL", 1.0E-3, false, {}, {1.0E-30, 1}},
+    {"RS  ", 0, false, "s", {0}},
     {"AMPL", 0, false, "K"},
     {"SIGM", 1.0, false, "m"},
     {"RMAX", 0, false, "m"},
@@ -130,6 +131,7 @@ bool take_condition(const KeywordRecord<4>& record, const Place& heading, const 
   warn_of_second(trimmed(word), place, here(NFICON, 6, 10), MSGFIL.findings);
   place = here(NFICON, 6, 10);
   VCOND.begin()[found - keywords.begin()] = record.value;
+  warn_of_unusual(trimmed(word), record.value, found->usual, place, MSGFIL.findings);
   return true;
 }
 
@@ -171,7 +173,7 @@ void report_asterisks(Condition c, const Count& count, const Values& VCOND, cons
 }
 
 // Warns of values that the solver can hardly do anything with.
-void warn_of_unusual(const Values& v, const Places& lines, Findings& findings) {
+void warn_of_contradictions(const Values& v, const Places& lines, Findings& findings) {
   if (const Count geometry = code_of(v[GE]); fits(geometry) && (*geometry < 0 || *geometry > 2)) {
     findings.warning(lines[GE], message("the geometry ", *geometry, " is none that the listing knows"),
                      "GE is 0. for a slab, 1. for a cylinder, 2. for a sphere");
@@ -252,7 +254,7 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   report_asterisks(NG, grid, VCOND, lines, MSGFIL.findings);
   report_asterisks(NGK, grid_K, VCOND, lines, MSGFIL.findings);
 
-  warn_of_unusual(VCOND, lines, MSGFIL.findings);
+  warn_of_contradictions(VCOND, lines, MSGFIL.findings);
 
   if (VCOND[RS] == 0) VCOND[RS] = VCOND[STEP];
   write_block(VCOND, grid, grid_K, geometry, NFISTO);

@@ -111,6 +111,14 @@ void warn_of_inner_blanks(std::string_view keyword, double value, const ValueFie
 
 }  // namespace
 
+void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
+                     Findings& findings) {
+  if (value >= usual.least && value <= usual.most) return;
+  findings.warning(place, message(keyword, " of ", value, " can hardly be meant"),
+                   usual.most < 1.0E+300 ? message(usual.least, " to ", usual.most, " is usual")
+                                         : message("it is at least ", usual.least));
+}
+
 void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings) {
   if (earlier.unit == nullptr) return;
   findings.warning(later, message(keyword, " stands already in line ",

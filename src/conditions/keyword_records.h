@@ -43,6 +43,16 @@ struct ValueField {
 bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
                        const Input& NFICON, Findings& findings);
 
+// The values of a keyword that are usual.
+struct Usual {
+  double least = -1.0E+300;
+  double most = 1.0E+300;
+};
+
+// Warns of a value outside of what is usual.
+void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
+                     Findings& findings);
+
 // Warns that a keyword, in the record last read, was given before; the later value counts. Nothing where it
 // was not (`earlier` without unit).
 void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings);

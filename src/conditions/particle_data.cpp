@@ -41,6 +41,10 @@ bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
     if (!result) return false;
   } while (word.view() != "NRGP");
   particles.grid = here(NFICON, 6, 6);
+  if (particles.NRGP < 3) {
+    findings.warning(particles.grid, message("a grid of ", particles.NRGP, " points has no point inside"),
+                     "NRGP is the number of grid points of a particle, an integer");
+  }
   return true;
 }
 

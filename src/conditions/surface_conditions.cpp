@@ -16,26 +16,32 @@ struct Property {
   std::string_view complaint;  // when it is not given exactly once
   std::string_view consequence;
   std::string_view unit = {};
+  Usual usual = {};
 };
 
 // In the order of the store file; the last three are the catalyst's dimensions, needed in a counter flow
 // only.
 constexpr std::array<Property, 15> properties{{
-    {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED", "K"},
-    {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED", "mol/m2"},
-    {"EPSW", 0, "NO OR MORE THAN ONE EMISIVITY    (EPSW )", " DEFINED"},
+    {"TW  ", 0, "NO OR MORE THAN ONE WALL TEMPERATURE (TW)", " DEFINED", "K", {1, 5000}},
+    {"SITE", 0, "NO OR MORE THAN ONE SITE DENSITY (SITE)", " DEFINED", "mol/m2", {1.0E-7, 1.0E-3}},
+    {"EPSW", 0, "NO OR MORE THAN ONE EMISIVITY    (EPSW )", " DEFINED", {}, {0, 1}},
     {"EPSA", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSA)", " DEFINED"},
     {"EPSB", 0, "NO OR MORE THAN ONE EMISS. COEFF. (EPSB)", " DEFINED"},
-    {"TRAD", 0, "NO OR MORE THAN ONE TRAD         (TRAD)", " DEFINED", "K"},
+    {"TRAD", 0, "NO OR MORE THAN ONE TRAD         (TRAD)", " DEFINED", "K", {0, 5000}},
     {"POW ", 0, "NO OR MORE THAN ONE POWER        (POW)", " DEFINED"},
     {"RHOZ", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOZ)", " DEFINED"},
     {"RHOA", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOA)", " DEFINED"},
     {"RHOB", 0, "NO OR MORE THAN ONE SPEC. RESIST. (RHOB)", " DEFINED"},
     {"CWIR", 1.0E+30, "NO OR MORE THAN ONE SPEC. HEAT  . (CWIR)", " DEFINED"},
     {"STFL", 0, "NO OR MORE THAN ONE Stefan flux . (STFL)", "INITIALISED"},
-    {"CATD", 0, "NO OR MORE THAN ONE CAT. THICK. (CATD)", " DEFINED, NEEDED FOR COUNTER FLOW", "m"},
-    {"CATB", 0, "NO OR MORE THAN ONE CAT. WIDTH. (CATB)", " DEFINED. NEEDED FOR COUNTER FLOW", "m"},
-    {"CATL", 0, "NO OR MORE THAN ONE CAT. LENGTH. (CATL)", " DEFINED. NEEDED FOR COUNTER FLOW", "m"},
+    {"CATD", 0, "NO OR MORE THAN ONE CAT. THICK. (CATD)", " DEFINED, NEEDED FOR COUNTER FLOW", "m", {0, 100}},
+    {"CATB", 0, "NO OR MORE THAN ONE CAT. WIDTH. (CATB)", " DEFINED. NEEDED FOR COUNTER FLOW", "m", {0, 100}},
+    {"CATL",
+     0,
+     "NO OR MORE THAN ONE CAT. LENGTH. (CATL)",
+     " DEFINED. NEEDED FOR COUNTER FLOW",
+     "m",
+     {0, 100}},
 }};
 constexpr std::size_t wall_properties = 12;
 
@@ -65,6 +71,7 @@ bool take_property(const KeywordRecord<8>& record, const Place& heading, const I
   Given& given = values.begin()[found - properties.begin()];
   given.value = value;
   ++given.count;
+  warn_of_unusual(trimmed(found->word), value, found->usual, here(NFICON, 10, 11), MSGFIL.findings);
   return true;
 }
 

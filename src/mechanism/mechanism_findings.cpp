@@ -53,12 +53,23 @@ void warn_of_factor(const Phase& phase, const ReactionLine& line, const Reaction
                    "two gas species collide at some 1E+14 to 3E+15 cm3/(mol s)");
 }
 
-void warn_of_energy(const Reaction& reaction, Findings& findings) {
-  const double E = std::abs(reaction.EXA);
-  if (E <= 1000 * kJ_per_mol || !std::isfinite(E)) return;  // what is not finite is an error of its own
-  findings.warning(reaction.line,
-                   message("the activation energy is read as ", reaction.EXA / kJ_per_mol, " kJ/mol"),
+void warn_of_energy(double E, const Place& line, Findings& findings) {
+  if (std::abs(E) <= 1000 * kJ_per_mol || !std::isfinite(E))
+    return;  // what is not finite is an error of its own
+  findings.warning(line, message("the activation energy is read as ", E / kJ_per_mol, " kJ/mol"),
                    "E is in kJ/mol: is this one in J/mol or cal/mol?");
+}
+
+// A surface reaction of one gas species whose A is at most 1: what comes out of a STIC line that is missing.
+void warn_of_missing_keyword(const Phase& phase, const ReactionLine& line, const ReactionNames& names,
+                             int NSURF, Findings& findings) {
+  const Reaction& r = line.reaction;
+  if (&phase != &Phase::surface || !(r.AFAC > 0 && r.AFAC <= 1) || r.TEXP != 0 || r.EXA != 0) return;
+  const auto educts = phase.educts(line.KSPEC);
+  if (std::none_of(educts.begin(), educts.end(), [&](int k) { return k >= 1 && k <= names.NS() - NSURF; }))
+    return;
+  findings.warning(r.line, message("A of this reaction, ", r.AFAC, ", looks like a sticking coefficient"),
+                   "a line STIC in front of the reaction makes it one");
 }
 
 }  // namespace
@@ -82,7 +93,10 @@ void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const Re
                           Findings& findings) {
   const Reaction& reaction = line.reaction;
   if (reaction.ISTICK != 0) return warn_of_sticking(line, names, NSURF, findings);
-  warn_of_energy(reaction, findings);
+  warn_of_energy(reaction.EXA, reaction.line, findings);
+  if (reaction.IARRH == coverage_dependent) warn_of_energy(reaction.VT6, reaction.line, findings);
+  if (reaction.IARRH == falloff) warn_of_energy(reaction.FALL[2], reaction.line, findings);
+  warn_of_missing_keyword(phase, line, names, NSURF, findings);
   if (reaction.IARRH != non_arrhenius) warn_of_factor(phase, line, names, findings);
   const auto is_partner = [&](int number) { return number > names.NS(); };
   if (reaction.IARRH == falloff && std::none_of(line.KSPEC.begin(), line.KSPEC.end(), is_partner)) {

@@ -92,6 +92,16 @@ double heat_capacity(const std::array<double, 7>& a, double T) {
   return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
 }
 
+// Whether the limits of a fit are in order; warns when they are not.
+bool limits_in_order(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+  const auto& [TLOW, TCOMMON, THIGH] = fit.TLIM;
+  if (TLOW < THIGH) return true;
+  findings.warning(fit.entry,
+                   message("the fit of ", name, " ends at ", THIGH, " K before it begins at ", TLOW, " K"),
+                   "columns 47-56 hold the lower temperature limit, columns 57-66 the upper one");
+  return false;
+}
+
 // Warns when the two ranges of a fit do not meet at the switch temperature: heat capacity by 1 %, enthalpy by
 // 0.5 % of RT, entropy by 0.5 % of R. Whether they do not.
 bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
@@ -185,6 +195,7 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
     species.fit[i] = fit_of(entry, place);
     species.elements[i] = entry.elements;
     const SpeciesName name(entry.name.view());
+    if (!limits_in_order(name, species.fit[i], MSGFIL.findings)) return;
     const bool jumps = warn_of_jump(name, species.fit[i], MSGFIL.findings);
     if (!jumps) warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
     warn_of_unusual_enthalpy(name, species.fit[i], MSGFIL.findings);

@@ -145,8 +145,10 @@ void warn_without_point(Findings& findings, const Input& input, const ReadResult
 void warn_of_gap(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind) {
   const FieldPlace& gap = result.digit_in_gap;
+  const bool sign = columns(input.origin(gap.record).text, gap.column, 1) == "-";
   findings.warning({&input, gap.record, gap.column, 1},
-                   message("the digit in column ", gap.column, " is not read: it stands beside ", name),
+                   message(sign ? "the minus sign in column " : "the digit in column ", gap.column,
+                           " is not read: it stands beside ", name),
                    "the columns look shifted", kind);
 }
 

@@ -143,12 +143,15 @@ class Columns {
     return record_.substr(start, static_cast<std::size_t>(width));
   }
 
-  bool digit_at(int column) const {
-    const auto i = static_cast<std::size_t>(column) - 1;
-    return i < record_.size() && is_digit(record_[i]);
-  }
+  bool digit_at(int column) const { return is_digit(at_column(column)); }
+  bool sign_at(int column) const { return at_column(column) == '-'; }
 
  private:
+  char at_column(int column) const {
+    const auto i = static_cast<std::size_t>(column) - 1;
+    return i < record_.size() ? record_[i] : ' ';
+  }
+
   std::string_view record_;
 };
 
@@ -161,6 +164,7 @@ class ColumnWatch {
   // Before a field is taken.
   void field_begins(const Columns& columns, const Edit& edit, int number) {
     field_ = {number, 0, columns.at + 1, edit.width};
+    if (is_numeric(edit) && skipped_ && columns.sign_at(columns.at)) note(result_.digit_in_gap, columns.at);
     if (is_numeric(edit) && skipped_) note_digit(columns, columns.at);
     skipped_ = false;
     numeric_ = is_numeric(edit);

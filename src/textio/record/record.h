@@ -40,8 +40,8 @@ struct ReadResult {
   Status status = Status::ok;
   FieldPlace unreadable;
   FieldPlace without_point;  // a real field without decimal point, its value moved by the implied one
-  FieldPlace
-      digit_in_gap;  // a digit in a column that is not read, next to this field; `column` is the digit's
+  FieldPlace digit_in_gap;   // a digit, or a minus sign, in a column that is not read, next to this field;
+                             // `column` is its own
   const FormatView* format = nullptr;
 
   explicit operator bool() const { return status == Status::ok; }
