@@ -41,19 +41,19 @@ Part third_body_in_parentheses(std::string_view line) {
   return end == std::string_view::npos ? Part() : line.substr(at, end + 1 - at);
 }
 
-Part falloff_line(std::string_view line) {
+// The keyword of a line with values between slashes.
+Part keyword_before_slash(std::string_view line, std::initializer_list<std::string_view> keywords) {
   const Part word = first_word(line, " \t/");
-  const bool slash = line.find('/') != std::string_view::npos;
-  return slash && is_one_of(word, {"LOW", "HIGH", "TROE", "SRI"}) ? word : Part();
+  return line.find('/') != std::string_view::npos && is_one_of(word, keywords) ? word : Part();
+}
+
+Part falloff_line(std::string_view line) {
+  return keyword_before_slash(line, {"LOW", "HIGH", "TROE", "SRI"});
 }
 
 Part other_rate_line(std::string_view line) {
-  const Part word = first_word(line, " \t/");
-  const bool slash = line.find('/') != std::string_view::npos;
-  return slash && is_one_of(word,
-                            {"PLOG", "CHEB", "TCHEB", "PCHEB", "REV", "RLT", "FORD", "RORD", "LT", "COV"})
-             ? word
-             : Part();
+  return keyword_before_slash(line,
+                              {"PLOG", "CHEB", "TCHEB", "PCHEB", "REV", "RLT", "FORD", "RORD", "LT", "COV"});
 }
 
 Part duplicate_line(std::string_view line) {

@@ -227,20 +227,12 @@ void find_inert_species(int NS, Mechanism& mechanism) {
   }
 }
 
-// Warns of inert species which the solver does not take for inert. A gas species cannot stand anywhere else
-// in the list of a surface mechanism.
-void warn_of_misplaced(const Phase& phase, const SpeciesView& species, int first,
-                       std::span<const int> misplaced, Findings& findings) {
-  std::vector<SpeciesName> names;
-  Place place;
-  for (const int s : misplaced) {
-    if (s < first) continue;
-    if (names.empty()) place = at(species.listed, s);
-    names.push_back(at(species.SYMB, s));
-  }
+// Warns of inert species which the solver does not take for inert.
+void warn_of_misplaced(const Phase& phase, std::span<const SpeciesName> names, const Place& first,
+                       Findings& findings) {
   if (names.empty()) return;
   findings.warning(
-      locate(place, names.front().view()),
+      locate(first, names.front().view()),
       message("species that occur in no reaction of ", phase.section.content,
               " stand before others: ", list_of(names)),
       "the store file tells only how many species are inert: the solver takes the last ones of the list");
@@ -256,14 +248,18 @@ void list_inert_species(const Phase& phase, const SpeciesView& species, int NSUR
     write<"(' ',7X,'INERT SPECIES : ',5(A,1X))">(MSGFIL, at(species.SYMB, s));
   }
   if (NINERT == 0) write<"(' ',7X,'NO INERT SPECIES')">(MSGFIL);
-  std::vector<int> misplaced;
+  // A gas species cannot stand anywhere else in the list of a surface mechanism.
+  const int first_movable = &phase == &Phase::surface ? NS - NSURF + 1 : 1;
+  std::vector<SpeciesName> misplaced;
+  Place first;
   for (int s = 1; s <= NS - NINERT; ++s) {
     if (!at(mechanism.INERT, s)) continue;
-    misplaced.push_back(s);
     write<"(' ',1X,'WARNING: INERT SPECIES ',A,' NOT AT END OF LIST')">(MSGFIL, at(species.SYMB, s));
+    if (s < first_movable) continue;
+    if (misplaced.empty()) first = at(species.listed, s);
+    misplaced.push_back(at(species.SYMB, s));
   }
-  const int first = &phase == &Phase::surface ? NS - NSURF + 1 : 1;
-  warn_of_misplaced(phase, species, first, misplaced, MSGFIL.findings);
+  warn_of_misplaced(phase, misplaced, first, MSGFIL.findings);
 }
 
 // Reports the reactions whose rate cannot be written; the first of them ends the run.

@@ -96,9 +96,10 @@ double heat_capacity(const std::array<double, 7>& a, double T) {
 bool limits_in_order(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
   const auto& [TLOW, TCOMMON, THIGH] = fit.TLIM;
   if (TLOW < THIGH) return true;
-  findings.warning(fit.entry,
-                   message("the fit of ", name, " ends at ", THIGH, " K before it begins at ", TLOW, " K"),
-                   "columns 47-56 hold the lower temperature limit, columns 57-66 the upper one");
+  findings.warning(
+      fit.entry,
+      message("the upper temperature limit of ", name, ", ", THIGH, " K, is not above the lower one"),
+      "columns 47-56 hold the lower temperature limit, columns 57-66 the upper one");
   return false;
 }
 

@@ -312,14 +312,20 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
     result.status = ReadResult::Status::end_of_file;
     return result;
   };
-  std::string_view record;
+  Columns columns({});
+  ColumnWatch watch(source.record_number, result);
   const auto next = [&] {
+    std::string_view record;
     ++source.record_number;
-    return source.next(source.from, record);
+    const bool found = source.next(source.from, record);
+    columns = Columns(record);
+    return found;
+  };
+  const auto skip = [&](int count) {
+    watch.gap_begins(columns);
+    columns.at += count;
   };
   if (!next()) return end_of_file();
-  Columns columns(record);
-  ColumnWatch watch(source.record_number, result);
   Walk walk(format);
   Values<void*> values(items);
   int field = 0;
@@ -327,21 +333,16 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
     const Edit& edit = walk.next();
     switch (edit.kind) {
       case Edit::Kind::literal:
-      case Edit::Kind::blanks:
-        watch.gap_begins(columns);
-        columns.at += edit.width;
-        continue;
+      case Edit::Kind::blanks: skip(edit.width); continue;
       case Edit::Kind::scale: scale = edit.scale; continue;
       case Edit::Kind::slash:
         watch.gap_begins(columns);
         if (!next()) return end_of_file();
-        columns = Columns(record);
         continue;
       case Edit::Kind::end:
         if (!values.left() || !format.reverts) break;
         watch.gap_begins(columns);
         if (!next()) return end_of_file();
-        columns = Columns(record);
         walk.revert();
         continue;
       default: {  // a colon, or a descriptor: the statement ends here when no item is left
@@ -357,10 +358,7 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
           return result;
         }
         values.advance();
-        if (edit.gap > 0) {
-          watch.gap_begins(columns);
-          columns.at += edit.gap;
-        }
+        if (edit.gap > 0) skip(edit.gap);
         continue;
       }
     }
