@@ -77,7 +77,7 @@ std::size_t hash_of(const Place& place, std::string_view what) {
 // Twice the edits (insert, delete, replace, exchange of neighbours) that turn one text into the other; a
 // character that looks like the right one counts half.
 int edit_distance(std::string_view a, std::string_view b) {
-  constexpr std::size_t longest = 40;
+  constexpr std::size_t longest = 24;
   if (a.size() > longest || b.size() > longest) return longest;
   std::array<std::array<int, longest + 1>, longest + 1> d{};
   for (std::size_t i = 0; i <= a.size(); ++i) {

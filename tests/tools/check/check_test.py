@@ -178,6 +178,20 @@ class Check(unittest.TestCase):
         self.case("mechanisms/warned", "INP", "GE          2.0", "GE          3.0")
         self.assertEqual(subprocess.run(script, shell=True, cwd=self.root, capture_output=True).returncode, 1)
 
+    def test_varpre_itself_takes_no_arguments(self):
+        def varpre(*arguments):
+            return subprocess.run([PROGRAM.parent / "varpre", *arguments], cwd=self.root, capture_output=True, text=True)
+
+        for argument, begin in ("--version", "varpre "), ("--help", "usage: varpre > listing\n"):
+            result = varpre(argument)
+            self.assertEqual((result.returncode, result.stdout[:len(begin)], result.stderr), (0, begin, ""))
+        for arguments in ["INP"], ["--help", "--version"], [""]:
+            result = varpre(*arguments)
+            self.assertEqual((result.returncode, result.stdout), (2, ""))
+            self.assertEqual(result.stderr, "varpre: takes no arguments; "
+                                            "it reads INP, MEC, THERMO and MOLNEW in the working directory\n")
+        self.assertEqual(list(self.root.iterdir()), [])
+
     def test_completion(self):
         (self.root / "sub").mkdir()
         (self.root / "file").write_text("")
