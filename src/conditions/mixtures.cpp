@@ -314,6 +314,11 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
                    "the surface starts from the fractions of the mixtures, which are all 0");
 }
 
+void write_condition_set(const MixtureState& m, int NTOT, StoreFile& NFISTO) {
+  write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, first(std::span(m.X), NTOT), m.PHI, m.G, m.v,
+                                          m.FREQ, m.FAC, m.OMEG);
+}
+
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
             const MixtureState& mixture, Listing& MSGFIL) {
   const int NGAS = species.size() - NSURF;

@@ -47,6 +47,10 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
 void compare_mixtures(const MixtureState& left, const MixtureState& right, int NGAS,
                       const SpeciesView& surface, Findings& findings);
 
+// Writes the condition set of a mixture to the store file, with the fractions of all NTOT species, those of
+// the surface behind those of the gas phase.
+void write_condition_set(const MixtureState& mixture, int NTOT, StoreFile& NFISTO);
+
 // Lists a mixture under its mixture fraction ZMIX.
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
             const MixtureState& mixture, Listing& MSGFIL);

@@ -105,7 +105,7 @@ bool read_option_record(Input& NFICON, Findings& findings, OptionRecord& record)
     const Place place = here(NFICON, field_width * static_cast<int>(k) + 1, field_width - 1);
     record[k] = {OptionName(names[k].view()), read_integer(values[k].view()), place};
     const char c = behind[k].chars[0];
-    if (c >= '0' && c <= '9' && !record[k].ends_section()) {
+    if (is_digit(c) && !record[k].ends_section()) {
       findings.warning(
           {place.unit, place.record, place.column + field_width - 1},
           message("the digit in column ", place.column + field_width - 1,

@@ -241,11 +241,8 @@ class Sequence {
     begin("the boundary mixtures");
     auto mixture = std::make_unique<MixtureState>();
     CHICON(section, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
-    const auto XCOND = std::span(mixture->X).first(static_cast<std::size_t>(NGAS + NSURF));
-    const auto& m = *mixture;
-    write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, XCOND, m.PHI, m.G, m.v, m.FREQ, m.FAC,
-                                            m.OMEG);
-    PRICOM(all(), NSURF, gas_elements_, ZMIX, m, MSGFIL);
+    write_condition_set(*mixture, NGAS + NSURF, NFISTO);
+    PRICOM(all(), NSURF, gas_elements_, ZMIX, *mixture, MSGFIL);
     return mixture;
   }
 

@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "textio/record/text.h"
+
 // Formats of the record notation: the text of a format is a template argument, parsed while the program is
 // compiled into a table of edits. Output walks it with `walk_output`, input in record.cpp.
 namespace varpre {
@@ -319,7 +321,7 @@ class Parser {
   // The digits that stand next, or `absent` when there are none.
   constexpr int number(int absent) {
     int value = absent;
-    for (; at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9'; ++at_) {
+    for (; at_ < text_.size() && is_digit(text_[at_]); ++at_) {
       value = (value < 0 ? 0 : value * 10) + (text_[at_] - '0');
       if (value > widest_field) format_error_number_too_large();
     }
@@ -327,7 +329,6 @@ class Parser {
   }
 
   static constexpr std::int16_t narrow(int value) { return static_cast<std::int16_t>(value); }
-  static constexpr char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
   constexpr void skip_blanks() {
     while (at_ < text_.size() && text_[at_] == ' ') ++at_;
   }
