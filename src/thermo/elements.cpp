@@ -103,6 +103,14 @@ void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& fi
 
 }  // namespace
 
+double element_mass(std::string_view symbol) {
+  const auto* const found =
+      std::find_if(element_table.begin(), element_table.end(), [&](const TableElement& element) {
+        return symbol.size() <= 2 && EQUSYM(2, element.SATOM, symbol);
+      });
+  return found == element_table.end() ? 0.0 : found->XATOM;
+}
+
 bool is_empty_field(const ElementSymbol& symbol) {
   return symbol.blank() || symbol.view() == "0 " || symbol.view() == "00";
 }

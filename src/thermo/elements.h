@@ -17,6 +17,9 @@ struct Elements {
   std::array<std::array<double, NEMAX>, NSMAX> XE{};  // mass fraction of each element in each species
 };
 
+// Molar mass of an element of the built-in table, in any letter case, kg/mol; 0 when it is not there.
+double element_mass(std::string_view symbol);
+
 // Whether an element field of a database entry holds no element: blanks, "0 " or "00".
 bool is_empty_field(const ElementSymbol& symbol);
 

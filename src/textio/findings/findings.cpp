@@ -12,7 +12,6 @@
 namespace varpre {
 namespace {
 
-constexpr std::size_t most_shown = 5;         // of one kind
 constexpr std::size_t longest_excerpt = 160;  // of a line
 constexpr std::string_view margin = "    ";
 
@@ -156,8 +155,7 @@ Findings::Entry* Findings::add(Severity severity, const Place& place, std::strin
   return &entries_.emplace_back(Entry{severity, shown, number, place, std::string(what), {}});
 }
 
-std::string Findings::render(std::string_view state) const {
-  if (errors_ + warnings_ == 0) return {};
+std::string Findings::render() const {
   std::vector<std::size_t> shown(kinds_.size());
   std::string all;
   for (const Entry& entry : entries_) {
@@ -174,7 +172,12 @@ std::string Findings::render(std::string_view state) const {
       all += message(margin, "(", static_cast<int>(more), " more of this kind)\n");
     }
   }
-  return all + message("varpre: ", summary(errors_, warnings_), "; store file ", state, "\n");
+  return all;
+}
+
+std::string Findings::render(std::string_view state) const {
+  if (errors_ + warnings_ == 0) return {};
+  return render() + message("varpre: ", summary(errors_, warnings_), "; store file ", state, "\n");
 }
 
 std::vector<FindingReport> Findings::reports() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -75,6 +76,8 @@ class Findings {
 
   // To be set before the run: `reports` tells all findings, not only those that are shown.
   bool keep_all = false;
+  // Of one kind, so many are shown.
+  std::size_t most_shown = 5;
 
   // `what`: lower case, one sentence, no full stop, to be understood without its surroundings. `help`: what
   // was expected or probably meant, may be empty; or a function that tells it, called only when it will be
@@ -108,8 +111,9 @@ class Findings {
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
 
-  // All findings as text for standard error, or nothing when there are none; `state` of the store file ends
-  // the last line.
+  // The findings as text for standard error, or nothing when there are none.
+  std::string render() const;
+  // The same with a last line that sums up; `state` of the store file ends it.
   std::string render(std::string_view state) const;
   // The findings in the order in which they came: all with `keep_all`, else those that `render` shows.
   std::vector<FindingReport> reports() const;

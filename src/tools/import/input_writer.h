@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "tools/import/imported_mechanism.h"
+
+namespace varpre {
+
+// The input files of a mechanism. INP has two mixtures of the state that the
+// phase gives, and conditions to start from.
+struct InputTexts {
+  std::string MEC;
+  std::string THERMO;
+  std::string MOLNEW;
+  std::string INP;
+};
+
+// Writes a mechanism in the forms of the input files. Reports, at the reaction, when there are more sets of
+// efficiencies than names of collision partners; and warns, of the file as a whole, of what everybody should
+// know: the meaning of falloff records and sticking coefficients, lost digits, and the reference pressure.
+InputTexts write_inputs(const ImportedMechanism& mechanism, const Input& file, Findings& findings);
+
+}  // namespace varpre

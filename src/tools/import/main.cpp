@@ -1,0 +1,164 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+
+#include "textio/channel/file.h"
+#include "textio/findings/odd_characters.h"
+#include "tools/check/directory_run.h"
+#include "tools/import/import.h"
+#include "tools/import/input_writer.h"
+
+namespace {
+
+using varpre::message;
+
+struct Arguments {
+  varpre::ImportOptions import;
+  std::string directory = ".";
+  bool force = false;
+};
+
+constexpr int not_held = 1;  // exit statuses
+constexpr int not_done = 2;
+
+void tell(const std::string& findings) {
+  std::fputs(findings.c_str(), stderr);
+}
+
+std::string path_in(const Arguments& arguments, const std::string& name) {
+  return (std::filesystem::path(arguments.directory) / name).lexically_normal().string();
+}
+
+bool exists(const std::string& path) {
+  return std::filesystem::symlink_status(path).type() != std::filesystem::file_type::not_found;
+}
+
+// Throws when a file that is to be written is there already.
+void refuse_to_overwrite(const Arguments& arguments) {
+  if (arguments.force) return;
+  for (const char* const name : {"MEC", "THERMO", "MOLNEW"}) {
+    const bool written = !arguments.import.without_transport || name != std::string_view("MOLNEW");
+    if (written && exists(path_in(arguments, name))) {
+      throw std::runtime_error(path_in(arguments, name) + " is there already; --force writes over it");
+    }
+  }
+}
+
+void write_file(const std::string& path, const std::string& text) {
+  varpre::FreshFile file(path);
+  file.write(text);
+  file.sync();
+  file.take_place();
+  std::printf("wrote %s\n", varpre::for_terminal(path).c_str());
+}
+
+void write_files(const Arguments& arguments, const varpre::InputTexts& texts) {
+  std::filesystem::create_directories(arguments.directory);
+  write_file(path_in(arguments, "MEC"), texts.MEC);
+  write_file(path_in(arguments, "THERMO"), texts.THERMO);
+  if (!arguments.import.without_transport) write_file(path_in(arguments, "MOLNEW"), texts.MOLNEW);
+  if (const std::string conditions = path_in(arguments, "INP"); exists(conditions)) {
+    std::printf("%s is there already and stays as it is\n", varpre::for_terminal(conditions).c_str());
+  } else {
+    write_file(conditions, texts.INP);
+  }
+}
+
+void list_mechanism(const varpre::ImportedMechanism& mechanism) {
+  const auto count = [](const auto& list) { return static_cast<int>(list.size()); };
+  std::string text = message("gas phase ", mechanism.gas_phase, ": ", count(mechanism.gas), " species, ",
+                             varpre::counted(count(mechanism.gas_reactions), "reaction"), "\n");
+  if (!mechanism.surface_phase.empty()) {
+    text += message("surface ", mechanism.surface_phase, ": ", count(mechanism.surface), " species, ",
+                    varpre::counted(count(mechanism.surface_reactions), "reaction"), "\n");
+  }
+  for (const auto* all : {&mechanism.gas, &mechanism.surface}) {
+    for (const varpre::ImportedSpecies& species : *all) {
+      if (species.name != varpre::trimmed(species.short_name.view())) {
+        text += message(species.short_name, " stands for ", varpre::for_terminal(species.name), "\n");
+      }
+    }
+  }
+  std::fputs(text.c_str(), stdout);
+}
+
+// Runs what was imported, without writing anything. The exit status.
+int try_run(const Arguments& arguments) {
+  if (arguments.import.without_transport && !exists(path_in(arguments, "MOLNEW"))) {
+    std::puts("no run was made: MOLNEW, the transport data, is yours to supply");
+    return 0;
+  }
+  const varpre::DirectoryRun run = varpre::run_in_directory(arguments.directory, false);
+  if (!run.fault.empty()) throw std::runtime_error(run.fault);
+  tell(run.result.diagnostics);
+  const bool complete = run.result.errors == 0 && run.result.store_state == "complete";
+  std::printf("varpre: %s; store file %s\n", varpre::summary(run.result.errors, run.result.warnings).c_str(),
+              run.result.store_state.c_str());
+  return complete ? 0 : not_held;
+}
+
+int import(const Arguments& arguments) {
+  refuse_to_overwrite(arguments);
+  varpre::Findings findings;
+  findings.most_shown = std::string::npos;
+  varpre::YamlFiles files(findings);
+  const varpre::ImportedMechanism mechanism = varpre::read_mechanism(arguments.import, files, findings);
+  varpre::InputTexts texts;
+  if (findings.errors() == 0)
+    texts = varpre::write_inputs(mechanism, *files.open(arguments.import.file).file(), findings);
+  tell(findings.render());
+  if (findings.errors() > 0) {
+    tell(message("varpre-import: ", varpre::summary(findings.errors(), findings.warnings()),
+                 "; nothing was written\n"));
+    return not_held;
+  }
+  list_mechanism(mechanism);
+  write_files(arguments, texts);
+  return try_run(arguments);
+}
+
+int fail(const std::string& reason) {
+  tell("varpre-import: " + varpre::for_terminal(reason) + "\n");
+  return not_done;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Arguments arguments;
+  CLI::App app(
+      "Brings a mechanism in Cantera's YAML into the files MEC, THERMO and MOLNEW, with an INP to start from.",
+      "varpre-import");
+  varpre::ImportOptions& options = arguments.import;
+  app.add_option("FILE", options.file, "the mechanism, a YAML file")->type_name("")->required();
+  app.add_option("--phase", options.phase, "the gas phase (that beside the surface, or the first ideal gas)")
+      ->type_name("NAME");
+  app.add_option("--surface", options.surface, "the surface (none)")->type_name("NAME");
+  app.add_option("--species", options.species, "gas species to be taken (all), with the reactions among them")
+      ->type_name("A,B,...")
+      ->delimiter(',');
+  app.add_option("--output", arguments.directory, "where the files are written (.)")->type_name("DIRECTORY");
+  app.add_flag("--force", arguments.force, "write over MEC, THERMO and MOLNEW; an INP always stays");
+  app.add_flag("--skip-unsupported", options.skip_unsupported,
+               "leave out what cannot be held, with a warning each");
+  app.add_flag("--without-transport", options.without_transport, "take no transport data, write no MOLNEW");
+  app.add_flag("--no-falloff", options.no_falloff, "falloff reactions count as what cannot be held");
+  app.set_version_flag("--version", "varpre-import " VARPRE_VERSION);
+  app.footer(
+      "Exit status: 0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that "
+      "cannot be read or written.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : not_done;
+  }
+  const int status = import(arguments);
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  std::perror("varpre-import: standard output");
+  return not_done;
+} catch (const std::bad_alloc&) {
+  return fail("not enough memory");
+} catch (const std::exception& error) {
+  return fail(error.what());
+}

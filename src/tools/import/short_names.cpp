@@ -1,0 +1,86 @@
+#include "tools/import/short_names.h"
+
+#include <algorithm>
+#include <set>
+
+#include "mechanism/reaction.h"
+#include "textio/findings/findings.h"
+#include "textio/record/number_format.h"
+
+namespace varpre {
+namespace {
+
+constexpr std::size_t longest = sizeof(SpeciesName);
+
+std::string capitals(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), upper);
+  return text;
+}
+
+// Characters that neither a reaction line nor a species list nor the start of a record takes for another
+// thing.
+bool is_of_names(char c) {
+  constexpr std::string_view others = "+=<>%!,*#$@'\"";
+  return c > ' ' && c <= '~' && others.find(c) == std::string_view::npos;
+}
+
+// Words that a record which begins with them is taken for, and keywords of the mixtures.
+bool is_keyword(const std::string& name) {
+  constexpr std::array<std::string_view, 16> starts{"END",  "STIC", "MAXI", "COLL", "SURF", "MECH",
+                                                    "COMP", "PHOT", "LEFT", "RIGH", "COND", "OPTI",
+                                                    "PASP", "PART", "PARI", "TROE"};
+  constexpr std::array<std::string_view, 10> words{"P", "T",    "H(T0)", "PHI",  "G",
+                                                   "V", "FREQ", "FAC",   "OMEG", "RHO"};
+  constexpr std::array<std::string_view, 6> more{"2DOP", "2DIN", "----", "GAS", "N2(V", "O2(V"};
+  const std::string text = capitals(name);
+  const auto begins = [&](std::string_view start) { return text.starts_with(start); };
+  return std::any_of(starts.begin(), starts.end(), begins) || std::any_of(more.begin(), more.end(), begins) ||
+         std::find(words.begin(), words.end(), text) != words.end() ||
+         std::find(MCOLLI.begin(), MCOLLI.end(), text) != MCOLLI.end();
+}
+
+bool is_usable(const std::string& name) {
+  return !name.empty() && name.size() <= longest && std::all_of(name.begin(), name.end(), is_of_names) &&
+         !is_keyword(name) && !read_free_real(name);
+}
+
+// The name with a stroke for each character that does not belong into names, made unlike a keyword.
+std::string cleaned(const std::string& name) {
+  std::string text;
+  for (const char c : name) {
+    const bool inside_character = (static_cast<unsigned char>(c) & 0xC0) == 0x80;  // of several bytes
+    if (!inside_character) text += is_of_names(c) ? c : '_';
+  }
+  if (text.empty() || is_keyword(text) || read_free_real(text)) text.insert(0, "x");
+  return text;
+}
+
+// The first name of this kind that is free: cut, and with a number where that is taken.
+std::string free_name(const std::string& name, const std::set<std::string>& taken) {
+  const std::string text = cleaned(name);
+  std::string candidate = text.substr(0, longest);
+  for (int number = 2; taken.count(capitals(candidate)) > 0 || !is_usable(candidate); ++number) {
+    const std::string end = message("_", number);
+    candidate = text.substr(0, longest - end.size()) + end;
+  }
+  return candidate;
+}
+
+}  // namespace
+
+std::map<std::string, SpeciesName> short_names(std::span<const std::string> names) {
+  std::map<std::string, SpeciesName> result;
+  std::set<std::string> taken;
+  for (const std::string& name : names) {
+    if (is_usable(name) && taken.insert(capitals(name)).second) result[name] = name;
+  }
+  for (const std::string& name : names) {
+    if (result.count(name) > 0) continue;
+    const std::string chosen = free_name(name, taken);
+    taken.insert(capitals(chosen));
+    result[name] = chosen;
+  }
+  return result;
+}
+
+}  // namespace varpre

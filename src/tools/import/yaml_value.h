@@ -1,0 +1,103 @@
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+#include <yaml-cpp/yaml.h>
+
+#include "textio/channel/input.h"
+#include "textio/findings/findings.h"
+#include "tools/import/units.h"
+
+namespace varpre {
+
+// A value of a YAML file, with the units that hold where it stands. A missing value is false.
+//
+// Routines that read from it report what cannot be meant, and then return nothing; a missing value is
+// reported by `require` only. The findings refer to the file, which YamlFiles keeps.
+class Value {
+ public:
+  Value() = default;
+  Value(YAML::Node node, const Input* file, const UnitSystem& units, Findings& findings);
+
+  explicit operator bool() const { return node_.IsDefined() && !node_.IsNull(); }
+  bool is_scalar() const { return node_.IsScalar(); }
+  bool is_list() const { return node_.IsSequence(); }
+  bool is_map() const { return node_.IsMap(); }
+  const std::string& text() const { return node_.Scalar(); }
+  // Where it begins; of a text, its columns.
+  Place place() const;
+
+  // A member of a mapping; missing when this is none.
+  Value operator[](const char* key) const;
+  // The same; a missing one is an error.
+  Value require(const char* key) const;
+  // The items of a list, a first one that sets units left out; none, after an error, of anything else.
+  std::vector<Value> items() const;
+  // The members of a mapping in their order, with their names.
+  struct Member;
+  std::vector<Member> members() const;
+  // Reports members of other names than these, and names given twice.
+  void check_names(std::initializer_list<const char*> known) const;
+
+  std::optional<std::string> string() const;
+  std::optional<bool> boolean() const;
+  // A number without unit.
+  std::optional<double> number() const;
+  // A number with a unit or, without one, in `usual`; in units of `wanted`.
+  std::optional<double> quantity(const Unit& usual, const Unit& wanted) const;
+  // kJ/mol.
+  std::optional<double> energy() const;
+
+  const UnitSystem& units() const { return units_; }
+  const Input* file() const { return file_; }
+  Findings& findings() const { return *findings_; }
+
+ private:
+  struct NumberAndUnit {
+    long double value;
+    std::optional<Unit> unit;
+  };
+  std::optional<NumberAndUnit> number_and_unit() const;
+  Value inner(const YAML::Node& node) const;
+  void set_units(const YAML::Node& units);
+
+  YAML::Node node_{YAML::NodeType::Undefined};
+  const Input* file_ = nullptr;
+  UnitSystem units_;
+  Findings* findings_ = nullptr;
+};
+
+struct Value::Member {
+  std::string name;
+  Place place;  // of the name
+  Value value;
+};
+
+// The files of an import, each read once.
+class YamlFiles {
+ public:
+  explicit YamlFiles(Findings& findings) : findings_(findings) {}
+
+  // The whole of a file. Missing, after an error, when it is no YAML; `named` is where another file names it.
+  // Throws std::runtime_error (file.h) when the first file cannot be read.
+  Value open(const std::string& path, const Place& named = {});
+
+  // A section, "species" or "other.yaml/species", as seen from a value. Missing after an error.
+  Value section(const std::string& name, const Value& from);
+
+ private:
+  struct File {
+    Input text;
+    Value root;
+  };
+  Findings& findings_;
+  std::map<std::string, std::unique_ptr<File>> files_;
+};
+
+}  // namespace varpre
