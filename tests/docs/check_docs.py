@@ -201,7 +201,9 @@ def normal(text):
 
 class Code:
     def __init__(self):
-        self.sources = [Source(p) for p in sorted(ROOT.glob("src/**/*")) if p.suffix in (".h", ".cpp")]
+        everything = [Source(p) for p in sorted(ROOT.glob("src/**/*")) if p.suffix in (".h", ".cpp")]
+        self.imports = [s for s in everything if "tools/import" in str(s.path) and s.path.name != "main.cpp"]
+        self.sources = [s for s in everything if "tools/import" not in str(s.path)]
         self.formats = set()
         self.store = {}    # formats of the store file, with the place that writes each
         self.listing = {}  # templates of the records of the listing, with the place that writes each
@@ -453,6 +455,22 @@ def check_messages(page, code):
     return sum(len(t) for t in known.values())
 
 
+def check_import_messages(page, code):
+    """Every text of the import that people read is in its document."""
+    def plain(text):
+        return re.sub(r"""[\s|`\\"]+""", " ", text).strip(" '")
+
+    count, everything = 0, plain("\n".join(page.lines))
+    for source in code.imports:
+        for i, token in enumerate(source.tokens):
+            if not isinstance(token, tuple) or token[1].count(" ") < 3 or source.tokens[i - 2:i] == ["write", "<"]:
+                continue
+            count += 1
+            if plain(token[1]) not in everything:
+                problem(relative(source.path), f"not in {page.name}: {token[1]}")
+    return count
+
+
 def in_pieces(template, literals):
     """Whether a message is made of one or two texts of the code."""
     def piece(text):
@@ -636,13 +654,14 @@ def main():
     program = str(Path(sys.argv[1]).resolve())
     pages = [Page(path) for path in PAGES]
     with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
-    inputs, store, messages, editors = (next(p for p in pages if p.name == f"docs/{name}.md")
-                                        for name in ("inputs", "store-file", "messages", "editors"))
+    inputs, store, messages, editors, imports = (
+        next(p for p in pages if p.name == f"docs/{name}.md")
+        for name in ("inputs", "store-file", "messages", "editors", "import"))
     with tempfile.TemporaryDirectory() as scratch:
         cases = Cases(program, scratch)
         counts = [f"{check_formats(pages, code)} formats",
                   f"{check_store_records(store, code)} store records", f"{check_columns(inputs)} columns",
-                  f"{check_messages(messages, code)} messages",
+                  f"{check_messages(messages, code) + check_import_messages(imports, code)} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
                   f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names"]
     for text in problems:

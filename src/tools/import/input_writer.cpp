@@ -67,9 +67,10 @@ class Writer {
           "the coefficients keep their digits; reference-pressure: 1 bar says that they are meant so");
     }
     if (lost_.numbers > 0) {
-      findings.warning(file,
-                       message(counted(lost_.numbers, "number"), " lost digits in the columns there are, by ",
-                               shortened(100 * lost_.largest), " % at most"));
+      findings.warning(lost_.of_largest,
+                       message(counted(lost_.numbers, "number"),
+                               " lost digits in the columns there are, most of them here: ", lost_.text),
+                       message("a change by ", shortened(100 * lost_.largest), " %"));
     }
   }
 
@@ -130,6 +131,7 @@ class Writer {
 
   void write_reactions(const std::vector<ImportedReaction>& reactions) {
     for (const ImportedReaction& reaction : reactions) {
+      lost_.place = reaction.place;
       if (reaction.sticking) write<"('STIC')">(MEC_);
       const std::vector<std::string> educts = side(reaction, reaction.educts);
       const std::vector<std::string> products = side(reaction, reaction.products);
@@ -142,6 +144,7 @@ class Writer {
   std::vector<std::string> side(const ImportedReaction& reaction,
                                 const std::vector<std::string>& species) const {
     std::vector<std::string> names;
+    names.reserve(species.size() + 1);
     for (const std::string& name : species) names.push_back(names_.at(name));
     if (reaction.efficiencies) names.emplace_back(partners_.name_of(*reaction.efficiencies));
     return names;
@@ -252,6 +255,7 @@ class Writer {
   }
 
   void write_entry(const ImportedSpecies& species) {
+    lost_.place = species.place;
     ElementFields fields;
     for (std::size_t i = 0; i < species.atoms.size(); ++i) {
       fields.ELSYM[i] = species.atoms[i].first;
@@ -283,6 +287,7 @@ class Writer {
   void write_molecules() {
     for (const ImportedSpecies& species : mechanism_.gas) {
       if (!species.molecule) continue;
+      lost_.place = species.place;
       const ImportedMolecule& m = *species.molecule;
       double mass = 0;  // g/mol
       for (const auto& [symbol, count] : species.atoms) mass += 1000 * count * element_mass(symbol);
@@ -313,6 +318,7 @@ class Writer {
                             StoreFile& file) {
     write<"(A)">(file, heading);
     std::vector<SpeciesName> names;
+    names.reserve(all.size());
     for (const ImportedSpecies& species : all) names.push_back(species.short_name);
     if (!names.empty()) write<"(7(A8,2X))">(file, std::span<const SpeciesName>(names));
     write<"('END')">(file);

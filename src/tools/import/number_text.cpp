@@ -85,7 +85,11 @@ std::string number_text(double value, std::size_t width, LostDigits& lost) {
   const double change = value == 0 ? 0 : std::abs(read / value - 1);
   if (change > noise) {
     ++lost.numbers;
-    lost.largest = std::max(lost.largest, change);
+    if (change > lost.largest) {
+      lost.largest = change;
+      lost.of_largest = lost.place;
+      lost.text = message(value, " is written ", best);
+    }
   }
   return std::string(width - std::min(best.size(), width), ' ') + best;
 }

@@ -3,12 +3,17 @@
 #include <cstddef>
 #include <string>
 
+#include "textio/findings/findings.h"
+
 namespace varpre {
 
-// How many digits the columns took.
+// What the columns took from the numbers.
 struct LostDigits {
-  int numbers = 0;     // that have fewer digits than in the YAML file
-  double largest = 0;  // relative change of a value by that
+  Place place;         // where the number stands in the YAML file that is edited
+  int numbers = 0;     // that have fewer digits than there
+  double largest = 0;  // relative change of a value by that, where, and its text
+  Place of_largest;
+  std::string text;
 };
 
 // The shortest text with a decimal point that reads as the value again, or as near to it as `width` columns

@@ -311,7 +311,7 @@ class ReactionReader {
     const bool corrected = own ? own.boolean().value_or(false) : scope_.Motz_Wise;
     const double factor = (corrected ? rate->A / (1 - rate->A / 2) : rate->A) * multiplier;
     reaction_.sticking = true;
-    reaction_.rate.A = corrected && multiplier == 1 ? rate->A : factor / (1 + factor / 2);
+    reaction_.rate.A = corrected && multiplier == 1 ? rate->A : without_noise(factor / (1 + factor / 2));
     import_.mechanism.sticking_converted = import_.mechanism.sticking_converted || !corrected;
     return put_sticking_species_first();
   }

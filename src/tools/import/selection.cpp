@@ -43,7 +43,7 @@ std::vector<Selection> read_reaction_selections(const Value& list, const Value& 
 
 std::vector<Value> selected_species(const Selection& selection, YamlFiles& files) {
   Findings& findings = selection.where.findings();
-  const std::vector<Value> all = files.section(selection.section, selection.where).items();
+  std::vector<Value> all = files.section(selection.section, selection.where).items();
   if (selection.rule == "all") return all;
   std::vector<Value> chosen;
   if (!selection.rule.empty()) {

@@ -26,15 +26,14 @@ bool is_of_names(char c) {
 
 // Words that a record which begins with them is taken for, and keywords of the mixtures.
 bool is_keyword(const std::string& name) {
-  constexpr std::array<std::string_view, 16> starts{"END",  "STIC", "MAXI", "COLL", "SURF", "MECH",
-                                                    "COMP", "PHOT", "LEFT", "RIGH", "COND", "OPTI",
-                                                    "PASP", "PART", "PARI", "TROE"};
+  constexpr std::array<std::string_view, 21> starts{"END",  "STIC", "MAXI", "COLL", "SURF", "MECH", "COMP",
+                                                    "PHOT", "LEFT", "RIGH", "COND", "OPTI", "PASP", "PART",
+                                                    "PARI", "TROE", "2DOP", "2DIN", "----", "N2(V", "O2(V"};
   constexpr std::array<std::string_view, 10> words{"P", "T",    "H(T0)", "PHI",  "G",
                                                    "V", "FREQ", "FAC",   "OMEG", "RHO"};
-  constexpr std::array<std::string_view, 6> more{"2DOP", "2DIN", "----", "GAS", "N2(V", "O2(V"};
   const std::string text = capitals(name);
   const auto begins = [&](std::string_view start) { return text.starts_with(start); };
-  return std::any_of(starts.begin(), starts.end(), begins) || std::any_of(more.begin(), more.end(), begins) ||
+  return std::any_of(starts.begin(), starts.end(), begins) ||
          std::find(words.begin(), words.end(), text) != words.end() ||
          std::find(MCOLLI.begin(), MCOLLI.end(), text) != MCOLLI.end();
 }
@@ -51,8 +50,7 @@ std::string cleaned(const std::string& name) {
     const bool inside_character = (static_cast<unsigned char>(c) & 0xC0) == 0x80;  // of several bytes
     if (!inside_character) text += is_of_names(c) ? c : '_';
   }
-  if (text.empty() || is_keyword(text) || read_free_real(text)) text.insert(0, "x");
-  return text;
+  return text.empty() || is_keyword(text) || read_free_real(text) ? message("x", text) : text;
 }
 
 // The first name of this kind that is free: cut, and with a number where that is taken.

@@ -10,7 +10,7 @@ namespace {
 // The first of some members that mean the same.
 Value first_of(const Value& state, std::initializer_list<const char*> names) {
   for (const char* const name : names) {
-    if (const Value value = state[name]) return value;
+    if (Value value = state[name]) return value;
   }
   return {};
 }

@@ -139,11 +139,21 @@ Unit power(const Unit& unit, double exponent) {
   return result;
 }
 
+double without_noise(double value) {
+  std::array<char, 32> text{};
+  constexpr int digits = 15;
+  const auto end =
+      std::to_chars(text.begin(), text.end(), value, std::chars_format::scientific, digits - 1).ptr;
+  std::from_chars(text.begin(), end, value);
+  return value;
+}
+
 double converted(long double value, const Unit& from, const Unit& to) {
+  if (from.significand == to.significand && from.decades == to.decades) return static_cast<double>(value);
   const double decades = from.decades - to.decades;
   const long double significand = value * (from.significand / to.significand);
   const long double factor = std::pow(10.0L, static_cast<long double>(std::abs(decades)));
-  return static_cast<double>(decades < 0 ? significand / factor : significand * factor);
+  return without_noise(static_cast<double>(decades < 0 ? significand / factor : significand * factor));
 }
 
 std::optional<Unit> parse_unit(std::string_view text) {

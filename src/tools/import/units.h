@@ -23,6 +23,9 @@ struct Unit {
 };
 Unit power(const Unit& unit, double exponent);
 
+// A calculated value to the fifteen digits that hold: 26.19184 for 26.191840000000003.
+double without_noise(double value);
+
 // The value in other units of the same dimensions.
 double converted(long double value, const Unit& from, const Unit& to);
 

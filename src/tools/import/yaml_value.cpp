@@ -26,8 +26,8 @@ std::string read_file(const std::string& path) {
 
 }  // namespace
 
-Value::Value(YAML::Node node, const Input* file, const UnitSystem& units, Findings& findings)
-    : node_(std::move(node)), file_(file), units_(units), findings_(&findings) {
+Value::Value(const YAML::Node& node, const Input* file, const UnitSystem& units, Findings& findings)
+    : node_(node), file_(file), units_(units), findings_(&findings) {
   if (!node_.IsMap()) return;
   const YAML::Node& constant = node_;
   if (const YAML::Node given = constant["units"]; given.IsDefined()) set_units(given);
@@ -169,19 +169,20 @@ void Value::set_units(const YAML::Node& units) {
   for (const Member& member : given.members()) {
     Unit* const unit = units_.find(member.name);
     const auto value = member.value.is_scalar() ? parse_unit(member.value.text()) : std::nullopt;
+    const bool is_activation = unit == &units_.activation_energy;
+    const auto is_of_kind = [&] {
+      return is_activation ? activation_energy(1, *value).has_value() : value->dimensions == unit->dimensions;
+    };
     if (unit == nullptr) {
       findings_->error(member.place, message("'", member.name, "' has no unit to be set"));
     } else if (!value) {
       findings_->error(member.value.place(), "this is no unit that is known");
-    } else if (member.name != "activation-energy" && value->dimensions != unit->dimensions) {
-      findings_->error(member.value.place(),
-                       message("'", member.value.text(), "' is no unit of ", member.name));
-    } else if (member.name == "activation-energy" && !activation_energy(1, *value)) {
+    } else if (!is_of_kind()) {
       findings_->error(member.value.place(),
                        message("'", member.value.text(), "' is no unit of ", member.name));
     } else {
       *unit = *value;
-      if (member.name == "activation-energy") units_.activation_energy_given = true;
+      if (is_activation) units_.activation_energy_given = true;
     }
   }
   if (!units_.activation_energy_given) units_.activation_energy = units_.energy / units_.quantity;

@@ -23,7 +23,7 @@ namespace varpre {
 class Value {
  public:
   Value() = default;
-  Value(YAML::Node node, const Input* file, const UnitSystem& units, Findings& findings);
+  Value(const YAML::Node& node, const Input* file, const UnitSystem& units, Findings& findings);
 
   explicit operator bool() const { return node_.IsDefined() && !node_.IsNull(); }
   bool is_scalar() const { return node_.IsScalar(); }

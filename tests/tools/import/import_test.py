@@ -1,0 +1,318 @@
+#!/usr/bin/env python3
+"""varpre-import on mechanisms of every form: import_test.py PROGRAM VARPRE EXAMPLE"""
+
+import os
+import random
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+import proof
+
+PROGRAM, VARPRE, EXAMPLE = (Path(argument).resolve() for argument in sys.argv[1:4])
+
+NASA = "{model: NASA7, temperature-ranges: [200, 1000, 3500], data: [[2.5, 0, 0, 0, 0, %s, 1.0], [2.5, 0, 0, 0, 0, %s, 1.0]]}"
+TRANSPORT = "{model: gas, geometry: %s, well-depth: 100, diameter: 3}"
+
+
+def species(name, composition, thermo=None, transport=None, more="", h=-745):
+    shape = "atom" if composition.count(":") == 1 and ": 1}" in composition else "linear"
+    return (f"- name: {name}\n  composition: {composition}\n  thermo: {thermo or NASA % (h, h)}\n"
+            f"  transport: {transport or TRANSPORT % shape}\n{more}")
+
+
+GAS = [species("H", "{H: 1}"), species("H2", "{H: 2}"), species("O", "{O: 1}"), species("O2", "{O: 2}"),
+       species("OH", "{O: 1, H: 1}"), species("H2O", "{H: 2, O: 1}", transport=TRANSPORT % "nonlinear"), species("AR", "{Ar: 1}")]
+HEAD = "units: {length: cm, quantity: mol, activation-energy: kJ/mol}\n"
+PHASE = "- name: gas\n  thermo: ideal-gas\n  kinetics: gas\n  reactions: all\n  state: {T: 300, P: 1 bar, X: {H2: 1, O2: 1}}\n"
+PT = "- name: %s\n  composition: {%s}\n  thermo: {model: NASA7, temperature-ranges: [300, 3000], data: [[1.0, 0, 0, 0, 0, -100, 1.0]]}\n"
+SURFACE = ("- name: pt\n  thermo: ideal-surface\n  adjacent-phases: [gas]\n  kinetics: surface\n  species:\n  - sites: all\n"
+           "  reactions: [on-pt]\n  site-density: 2.7e-9\n  state: {T: 900, coverages: {PT(S): 1}}\n")
+SITES = "sites:\n" + PT % ("PT(S)", "Pt: 1") + PT % ("H(S)", "H: 1, Pt: 1") + PT % ("O(S)", "O: 1, Pt: 1")
+PLAIN = "- {equation: O + H2 <=> H + OH, rate-constant: {A: 3.87e+04, b: 2.7, Ea: 26.2}}\n"
+
+
+def mechanism(reactions=PLAIN, gas=None, head=HEAD, phase=PHASE, more=""):
+    return f"{head}phases:\n{phase}\nspecies:\n{''.join(GAS if gas is None else gas)}\nreactions:\n{reactions}\n{more}"
+
+
+class Import(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.root = Path(scratch.name)
+        self.number = 0
+
+    def run_import(self, text, *arguments, files=None):
+        """Imports a text; what came of it, with the directory of its files."""
+        self.number += 1
+        directory = self.root / str(self.number)
+        directory.mkdir()
+        (directory / "m.yaml").write_bytes(text if isinstance(text, bytes) else text.encode())
+        for name, content in (files or {}).items():
+            (directory / name).write_text(content)
+        result = subprocess.run([PROGRAM, "m.yaml", *arguments], cwd=directory, capture_output=True, text=True, timeout=60, errors="replace")
+        result.directory = directory
+        result.MEC = (directory / "MEC").read_text() if (directory / "MEC").exists() else ""
+        return result
+
+    def good(self, text, *arguments, phases=("gas",), **more):
+        """The same for what must come in whole, and is proved against the store file."""
+        result = self.run_import(text, *arguments, **more)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        subprocess.run([VARPRE], cwd=result.directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        result.proof = proof.Proof(str(result.directory / "m.yaml"), str(result.directory), *phases)
+        return result
+
+    def refused(self, text, *arguments, says, left_out=None, **more):
+        """The same for what must be refused, with these words; `left_out`: and goes in without it."""
+        result = self.run_import(text, *arguments, **more)
+        self.assertEqual(result.returncode, 1, result.stderr)
+        self.assertIn(says, result.stderr)
+        self.assertRegex(result.stderr, r"m\.yaml:\d+:\d+: error: ")
+        self.assertFalse((result.directory / "MEC").exists())
+        if left_out is not None:
+            result = self.run_import(text, *arguments, "--skip-unsupported", **more)
+            self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertIn(f"{left_out} is left out: ", result.stderr)
+            self.assertIn(f"left out: {left_out}", result.MEC)
+
+    def test_example_comes_out_as_it_stands(self):
+        directory = self.root / "example"
+        directory.mkdir()
+        shutil.copy(EXAMPLE / "hydrogen.yaml", directory)
+        command = [PROGRAM, "--surface", "platinum", "hydrogen.yaml"]
+        self.assertEqual(subprocess.run(command, cwd=directory, capture_output=True).returncode, 0)
+        for name in ("MEC", "THERMO", "MOLNEW", "INP"):
+            self.assertEqual((directory / name).read_text(), (EXAMPLE / name).read_text(), name)
+        subprocess.run([VARPRE], cwd=directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        found = proof.Proof(str(directory / "hydrogen.yaml"), str(directory), "hydrogen-air", "platinum").compared
+        self.assertGreater(found["A"], 20)
+        self.assertEqual(found["sticking"], 4)
+
+    def test_units_of_every_level(self):
+        reactions = """- {equation: O + H2 <=> H + OH, rate-constant: {A: 3.87e-2 m^3/mol/s, b: 2.7, Ea: 6260 cal/mol}}
+- {equation: H + O2 => O + OH, rate-constant: [2.65e+10 m^3/kmol/s, -0.67, 8575 K]}
+- {equation: 2 O + M <=> O2 + M, rate-constant: {A: 1.2e5 m^6*mol^-2*s^-1, b: -1.0, Ea: 0.0}}
+- {equation: O2 => 2 O, units: {time: min, activation-energy: eV}, rate-constant: {A: 6.0e10, b: 0, Ea: 2.5}}
+- {equation: H + OH => H2O, rate-constant: {A: 1e-10 cm^3/molec/s, b: 0, Ea: 1 kcal/mol}}
+- {equation: OH + H2 => H + H2O, rate-constant: {units: {quantity: kmol}, A: 2.16e+11, b: 1.5, Ea: 14.4}}
+"""
+        self.good(mechanism(reactions))
+        self.good(mechanism(reactions.replace("3.87e-2 m^3/mol/s", "3.87e1"), head=""))
+        result = self.good(mechanism("- units: {activation-energy: J/mol}\n- {equation: O + H2 = H + OH, rate-constant: {A: 1e4, b: 2, Ea: 26200}}"))
+        self.assertIn(" 26.2\n", result.MEC)
+        for unit, says in [("cm^2/mol/s", "of another quantity"), ("cm^3/mol/fortnight", "is no unit"), ("1e4 cm^3/mol/s", "is no unit")]:
+            self.refused(mechanism(PLAIN.replace("3.87e+04", f"3.87e+04 {unit}")), says=says)
+        self.refused(mechanism(PLAIN, head="units: {length: kg}\n"), says="'kg' is no unit of length")
+        self.refused(mechanism(PLAIN.replace("3.87e+04", "1,000.0").replace("{A: 1,000.0", "{A: '1,000.0'")), says="is not a number")
+
+    def test_partners_and_falloff(self):
+        many = [species(f"X{i}", "{Ar: 1}") for i in range(20)]
+        efficiencies = ", ".join(f"X{i}: {i}.25" for i in range(20))
+        falloff = """- equation: 2 OH (+ M) <=> H2O + O (+M)
+  type: falloff
+  low-P-rate-constant: {A: 2.3e+18, b: -0.9, Ea: -7.1}
+  high-P-rate-constant: {A: 7.4e+13, b: -0.37, Ea: 0.0}
+"""
+        lindemann = falloff.replace("H2O + O (+M)", "H2O2 (+M)").replace("- equation", "\n- equation")
+        peroxide = [species("H2O2", "{H: 2, O: 2}", transport=TRANSPORT % "nonlinear")]
+        result = self.good(mechanism(PLAIN + lindemann + lindemann.replace("H2O2 (+M)", "H2O2 (+AR)").replace("(+ M)", "(+AR)") +
+                                     lindemann.replace("2 OH (+ M) <=> H2O2 (+M)", "2 O (+M) => O2 (+M)") +
+                                     "  Troe: {A: 0.7346, T3: 94.0, T1: 1756.0}\n  efficiencies: {" + efficiencies + "}\n"
+                                     "- equation: 2 H + M = H2 + M\n  rate-constant: [1e18, -1, 0]\n  default-efficiency: 0\n"
+                                     "  efficiencies: {H2: 2, AR: 0.5}\n- equation: H + OH + M = H2O + M\n  rate-constant: [1e18, -1, 0]\n"
+                                     "- equation: 2 O + AR <=> O2 + AR\n  rate-constant: {A: 1e17, b: 0, Ea: 0}\n", gas=GAS + peroxide + many))
+        self.assertEqual(result.proof.compared["Troe"], 12)
+        self.assertIn("falloff reactions: what the solver makes", result.stderr)
+        self.assertEqual(self.run_import(mechanism(PLAIN + lindemann, gas=GAS + peroxide), "--no-falloff").returncode, 1)
+        self.refused(mechanism(PLAIN + falloff), says="more than five names", left_out="reaction 2 OH (+ M) <=> H2O + O (+M)")
+        sets = "".join(f"- {{equation: H + OH + M = H2O + M, duplicate: true, rate-constant: [1e18, -1, 0], efficiencies: {{AR: {i}.5}}}}\n"
+                       for i in range(27))
+        self.refused(mechanism(sets), says="one more set of efficiencies")
+        self.refused(mechanism("- {equation: H + OH + M = H2O, rate-constant: [1e18, -1, 0]}"), says="both sides")
+        self.refused(mechanism("- {equation: H + OH + M = H2O + M, rate-constant: [1e18, -1, 0], efficiencies: {N2: 1}}"), says="'N2' is no species")
+
+    def test_surface(self):
+        reactions = """on-pt:
+- {equation: H2 + 2 PT(S) => 2 H(S), sticking-coefficient: {A: 0.046, b: 0, Ea: 0}}
+- {equation: PT(S) + O => O(S), sticking-coefficient: [1.0, 0, 0]}
+- {equation: 2 O(S) => O2 + 2 PT(S), rate-constant: {A: 3.7e+21, b: 0, Ea: 213.2}, coverage-dependencies: {O(S): [0.5, 0.25, -60]}}
+- {equation: 2 H(S) + 2 O(S) + PT(S) => H2O + 3 PT(S) + O(S), rate-constant: {A: 3.7e+41 cm^8/mol^4/s, b: 0.5, Ea: 1.5}}
+"""
+        result = self.good(mechanism(more=reactions + SITES,
+                                     phase=PHASE + SURFACE), "--surface", "pt", phases=("gas", "pt"))
+        self.assertIn("STIC\nO+PT(S)>O(S)  ", result.MEC)
+        self.assertIn("sticking coefficients g are written as g/(1+g/2)", result.stderr)
+        wise = self.run_import(mechanism(more=reactions.splitlines()[0] + "\n- {equation: O + PT(S) => O(S), Motz-Wise: true, sticking-coefficient: [0.75, 0, 0]}\n" + SITES,
+                                         phase=PHASE + SURFACE), "--surface", "pt")
+        self.assertIn(" 0.75 ", wise.MEC)
+        for text, says in [("- {equation: O + PT(S) => O(S), sticking-coefficient: [1.0, 0.5, 0]}", "depends on the temperature"),
+                           ("- {equation: O + PT(S) => O(S), rate-constant: [1.0, 0.5, 0], orders: {PT(S): 2}}", "'orders' cannot be held"),
+                           ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, 1], H(S): [0, 0, 1]}}", "second species"),
+                           ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, [1, 2, 0, 0]]}}", "a polynomial"),
+                           ("- {equation: 4 O + 3 PT(S) => 4 O(S), rate-constant: [1, 0, 0]}", "more than six")]:
+            self.refused(mechanism(more="on-pt:\n" + text + "\n" + SITES, phase=PHASE + SURFACE), "--surface", "pt", says=says, left_out="reaction " + text[13:text.index(",")])
+
+    def test_equations_too_long_for_a_line(self):
+        names = ["PLATIN_A", "PLATIN_B", "PLATIN_C", "PLATIN_D", "PLATIN_E"]
+        sites = "sites:\n" + "".join(PT % (name, "Pt: 1") for name in names)
+        reaction = f"on-pt:\n- {{equation: {' + '.join(names)} => {' + '.join(reversed(names))}, rate-constant: {{A: 1.2345e20, b: 0.55, Ea: 12.25}}}}\n"
+        result = self.good(mechanism(more=reaction + sites, phase=PHASE + SURFACE.replace("PT(S)", "PLATIN_A")), "--surface", "pt", phases=("gas", "pt"))
+        self.assertIn("MAXI\n", result.MEC)
+
+    def test_what_cannot_be_held_is_refused_by_name(self):
+        rate = "high-P-rate-constant: [1e13, 0, 0], low-P-rate-constant: [1e18, 0, 0]"
+        for form, says in [
+                (f"equation: 2 O (+M) = O2 (+M), type: falloff, {rate}, SRI: {{A: 1, B: 2, C: 3}}", "of the form SRI"),
+                (f"equation: 2 O (+M) = O2 (+M), type: falloff, {rate}, Tsang: {{A: 1}}", "of the form Tsang"),
+                (f"equation: 2 O (+M) = O2 (+M), type: chemically-activated, {rate}", "type 'chemically-activated'"),
+                ("equation: H + OH = H2O, type: pressure-dependent-Arrhenius, rate-constants: []", "type 'pressure-dependent-Arrhenius'"),
+                ("equation: H + OH = H2O, type: Chebyshev, data: []", "type 'Chebyshev'"),
+                ("equation: H + OH = H2O, type: linear-Burke", "type 'linear-Burke'"),
+                ("equation: H + OH = H2O, type: Blowers-Masel, rate-constant: [1, 0, 0, 0]", "type 'Blowers-Masel'"),
+                ("equation: H + OH = H2O, type: two-temperature-plasma, rate-constant: [1, 0, 0, 0]", "type 'two-temperature-plasma'"),
+                ("equation: 0.5 O2 + H2 => H2O, rate-constant: [1, 0, 0]", "coefficient 0.5"),
+                ("equation: 2 H2 + O2 => 2 H2O, rate-constant: [1, 0, 0], orders: {H2: 1}", "'orders' cannot be held"),
+                ("equation: 4 H + 2 O => 2 H2O, rate-constant: [1, 0, 0]", "more than three")]:
+            self.refused(mechanism(f"{PLAIN}- {{{form}}}\n"), says=says, left_out="reaction " + form[10:form.index(",")])
+        for thermo, says in [("{model: NASA9, temperature-ranges: [200, 1000], data: [[0, 0, 0, 0, 0, 0, 0, 0, 0]]}", "model 'NASA9'"),
+                             ("{model: Shomate, temperature-ranges: [200, 1000], data: [[0, 0, 0, 0, 0, 0, 0]]}", "model 'Shomate'"),
+                             ("{model: piecewise-Gibbs, h0: 0, data: {298.15: 1}}", "model 'piecewise-Gibbs'")]:
+            self.refused(mechanism(gas=GAS + [species("X", "{Ar: 1}", thermo)]), says=says, left_out="species X")
+        for composition, says in [("{D: 2}", "'D' is not an element"), ("{E: -1, Ar: 1}", "charged"), ("{C: 1.5}", "1.5 atoms"),
+                                  ("{H: 1, C: 1, N: 1, O: 1, Ar: 1}", "more than four elements")]:
+            self.refused(mechanism(gas=GAS + [species("X", composition)]), says=says, left_out="species X")
+        without = "- name: X\n  composition: {Ar: 1}\n  thermo: " + NASA % (1, 1) + "\n"
+        self.refused(mechanism(gas=GAS + [without]), says="no transport data", left_out="species X")
+        alone = self.run_import(mechanism(gas=GAS + [without]), "--without-transport")
+        self.assertEqual(alone.returncode, 0, alone.stderr)
+        self.assertFalse((alone.directory / "MOLNEW").exists())
+        self.refused(mechanism(phase=PHASE.replace("ideal-gas", "Redlich-Kwong")), "--phase", "gas", says="its model is 'Redlich-Kwong'")
+        too_many = [species(f"S{i}", "{Ar: 1}") for i in range(301)]
+        self.refused(mechanism("[]", gas=too_many, phase=PHASE.replace("X: {H2: 1, O2: 1}", "X: {S1: 1}")), says="301 species are more")
+
+    def test_thermochemistry(self):
+        forms = [species("A1", "{Ar: 1}", "{model: NASA7, temperature-ranges: [300, 5000], data: [[2.5, 1e-5, 0, 0, 0, -745.375, 4.366]]}"),
+                 species("A2", "{Ar: 1}", "{model: constant-cp, T0: 1000 K, h0: 9.22 kcal/mol, s0: 3.02 cal/mol/K, cp0: 5.95 cal/mol/K}"),
+                 species("A3", "{Ar: 1}", "{model: NASA7, temperature-ranges: [300, 1400, 5000], data: [[2.5, 0, 0, 0, 0, -745.375, 4.366], [2.5, 0, 0, 0, 0, -745.375, 4.366]]}"),
+                 species("A4", "{Ar: 1}", "{units: {energy: cal, quantity: mol}, model: constant-cp, cp0: 4.968, T-max: .inf}")]
+        self.good(mechanism(gas=GAS + forms))
+        other = self.run_import(mechanism(gas=GAS + [species("A1", "{Ar: 1}", NASA % (-745, -745)).replace("model: NASA7", "reference-pressure: 10 bar, model: NASA7")]))
+        self.assertIn("3.302585092994", (other.directory / "THERMO").read_text())  # 1 + ln 10
+        for thermo, says in [("{model: NASA7, temperature-ranges: [300, 1000], data: [[1, 2, 3]]}", "seven coefficients"),
+                             ("{model: NASA7, temperature-ranges: [1000, 300], data: [[1, 2, 3, 4, 5, 6, 7]]}", "must rise"),
+                             ("{model: NASA7, temperature-ranges: [300, 1000], data: [[1, 2, 3, 4, 5, 6, .nan]]}", "'.nan' is not a number"),
+                             ("{model: NASA7, data: [[1, 2, 3, 4, 5, 6, 7]]}", "'temperature-ranges' is missing")]:
+            self.refused(mechanism(gas=GAS + [species("X", "{Ar: 1}", thermo)]), says=says)
+
+    def test_names(self):
+        odd = ["averylongname", "averylongnamf", "OH*", "CH2(S)+", "M'", "END", "P", "'1.5'", "a,b", "h2o2", "H2O2", "\u00d6l", "'a b'", "COLLIDER", "x=y"]
+        gas = GAS + [species(f'"{n}"' if n[0] != "'" else n, "{Ar: 1}") for n in odd]
+        rates = "".join(f"- {{equation: '{n} => AR', rate-constant: [{i + 1}, 0, 0]}}\n" for i, n in enumerate(["averylongname", "averylongnamf", "OH*", "CH2(S)+", "END", "P"]))
+        first = self.run_import(mechanism(PLAIN + rates, gas=gas))
+        self.assertEqual(first.returncode, 0, first.stderr)
+        for name in ("averylongname", "OH*", "M'", "END", "P", "H2O2", "x=y"):
+            self.assertRegex(first.MEC, rf"(?m)^---- \S+ stands for {name.replace('*', '[*]')}$")
+            self.assertRegex(first.stdout, rf"(?m)^\S+ +stands for {name.replace('*', '[*]')}$")
+        lines = {line.split()[0]: line for line in first.MEC.splitlines() if ">AR" in line}
+        self.assertEqual(len(lines), 6)  # no two reactions became the same
+        chosen = self.run_import(mechanism(PLAIN + rates, gas=gas), "--species", "averylongnamf,AR,O,H2,H,OH,O2")
+        short = next(line for line in first.MEC.splitlines() if line.endswith("stands for averylongnamf"))
+        self.assertIn(short, chosen.MEC)  # whatever else is taken
+
+    def test_sections_and_files(self):
+        other = "species:\n" + species("N2", "{N: 2}") + species("D2", "{D: 2}") + "more:\n" + species("CO", "{C: 1, O: 1}") + "reactions:\n" + PLAIN + \
+            "- {equation: N2 + M = N2 + M, rate-constant: [1, 0, 0]}\n- {equation: XX => YY, rate-constant: [1, 0, 0]}\n"
+        phase = """- name: gas
+  thermo: ideal-gas
+  elements: [H, O, N, Ar, C]
+  species:
+  - species: [H, H2, O, OH, H2O]
+  - sub/o.yaml/species: all
+  - sub/o.yaml/more: [CO]
+  skip-undeclared-elements: true
+  kinetics: gas
+  reactions:
+  - sub/o.yaml/reactions: declared-species
+"""
+        text = mechanism(phase=phase)
+        directory = self.root / "files" / "sub"
+        directory.mkdir(parents=True)
+        (directory / "o.yaml").write_text(other)
+        (self.root / "files" / "m.yaml").write_text(text)
+        result = subprocess.run([PROGRAM, "files/m.yaml", "--output", "out/put"], cwd=self.root, capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("gas phase gas: 7 species, 2 reactions", result.stdout)
+        for change, says in [(("[CO]", "[C0]"), "there is no species 'C0'"), (("sub/o.yaml/more", "sub/x.yaml/more"), "No such file"),
+                             (("/more", "/most"), "no section 'most'"), (("declared-species", "all"), "'XX' is no species of the phase"),
+                             (("declared-species", "some"), "'some' is no choice"), (("true", "false"), "does not declare the element 'D'")]:
+            (self.root / "files" / "m.yaml").write_text(text.replace(*change))
+            result = subprocess.run([PROGRAM, "files/m.yaml", "--output", "other"], cwd=self.root, capture_output=True, text=True)
+            self.assertEqual(result.returncode, 1, says)
+            self.assertIn(says, result.stderr)
+
+    def test_phase_settings(self):
+        result = self.run_import(mechanism(PLAIN * 2, phase=PHASE + "  rate-multipliers: {1: 3.0, default: 2.0}\n"))
+        self.assertIn(" 77400.0 ", result.MEC)
+        self.assertIn(" 116100.0 ", result.MEC)
+        explicit = PLAIN + "- {equation: 2 O + M = O2 + M, rate-constant: [1e17, 0, 0]}\n- {equation: 2 O + AR = O2 + AR, rate-constant: [1e17, 0, 0]}\n"
+        self.assertIn("count twice", self.run_import(mechanism(explicit)).stderr)
+        self.refused(mechanism(explicit, phase=PHASE + "  explicit-third-body-duplicates: error\n"), says="count twice")
+        changed = self.run_import(mechanism(explicit, phase=PHASE + "  explicit-third-body-duplicates: modify-efficiency\n"))
+        self.assertNotIn("count twice", changed.stderr)
+        self.assertIn("M'      =AR", changed.MEC)
+        states = {"{T: 500 K, P: 2 atm, Y: {H2: 0.5, O2: 0.5}}": ("2.0265", "500.0"), "{H: 1e5 J/kg, P: 1e5, X: {H2: 1}}": ("H(T0)", "100000.0")}
+        for state, expected in states.items():
+            result = self.run_import(mechanism(phase=PHASE.replace("{T: 300, P: 1 bar, X: {H2: 1, O2: 1}}", state)))
+            for text in expected:
+                self.assertIn(text, (result.directory / "INP").read_text())
+        self.assertIn("cannot stand in a mixture", self.run_import(mechanism(phase=PHASE.replace("P: 1 bar", "S: 1"))).stderr)
+        self.assertIn("'rate-constnat' is not known here", self.run_import(mechanism(PLAIN.replace("Ea: 26.2}", "Ea: 26.2}, rate-constnat: 1"))).stderr)
+
+    def test_negative_rates_and_duplicates(self):
+        negative = "- {equation: O + H2 <=> H + OH, duplicate: true, negative-A: true, rate-constant: {A: -1.5e+03, b: 2.7, Ea: 26.2}}\n"
+        result = self.good(mechanism(PLAIN.replace("OH,", "OH, duplicate: true,") + negative))
+        self.assertEqual(result.MEC.count("! dup"), 2)
+        self.refused(mechanism(negative.replace("negative-A: true, ", "")), says="A is negative")
+
+    def test_files_are_never_written_over(self):
+        first = self.run_import(mechanism())
+        again = lambda *arguments: subprocess.run([PROGRAM, "m.yaml", *arguments], cwd=first.directory, capture_output=True, text=True)
+        self.assertEqual(again().returncode, 2)
+        self.assertIn("is there already", again().stderr)
+        (first.directory / "INP").write_text((first.directory / "INP").read_text().replace("300.0", "310.0"))
+        self.assertEqual(again("--force").returncode, 0)
+        self.assertIn("310.0", (first.directory / "INP").read_text())
+        for arguments in (["absent.yaml"], [], ["m.yaml", "--unknown"], ["m.yaml", "--output", "MEC/x", "--force"], ["."]):
+            result = subprocess.run([PROGRAM, *arguments], cwd=first.directory, capture_output=True, text=True, timeout=30)
+            self.assertEqual(result.returncode, 2, (arguments, result.stderr))
+        os.mkfifo(first.directory / "pipe")
+        self.assertEqual(subprocess.run([PROGRAM, "pipe"], cwd=first.directory, capture_output=True, timeout=30).returncode, 2)
+
+    def test_texts_that_are_no_mechanism(self):
+        texts = [b"", b"- a\n- b", b"{", b"a: [", b"phases: 1", b"phases: []", b"phases: [{}]", b"\xff\xfe\x00", b"a: &a [*a]", b"[" * 10000,
+                 b"phases: &p\n- name: gas\n  thermo: ideal-gas\n  species: *p\n", b"a: 1\n---\nb: 2", b"units: [1]\nphases: [{name: g, thermo: ideal-gas}]",
+                 b"x: " + b"A" * 100000, "phases: \u001b[31m".encode()]
+        for text in texts:
+            result = self.run_import(text)
+            self.assertIn(result.returncode, (1, 2), text[:40])
+            self.assertNotIn("\x1b", result.stderr)
+        # Whatever is changed: an orderly end, and never a success without files.
+        base = (EXAMPLE / "hydrogen.yaml").read_bytes()
+        random.seed(1)
+        for _ in range(150):
+            text = bytearray(base)
+            for _ in range(random.choice((1, 1, 3))):
+                at = random.randrange(len(text))
+                text[at:at + random.choice((0, 1, 1, 7))] = random.choice((b"", b":", b"[", b"}", b"\n", b"-", b"0", b"1e400", b"M", b" + ", b"'", b"&a ", b"\xc3"))
+            result = self.run_import(bytes(text), *random.choice(((), ("--surface", "platinum"), ("--skip-unsupported",))))
+            self.assertIn(result.returncode, (0, 1), result.stderr)
+            self.assertEqual(result.returncode == 0, bool(result.MEC) and "error" not in result.stderr, result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=1)
