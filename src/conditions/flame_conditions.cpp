@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "conditions/keyword_records.h"
+#include "textio/channel/store_records.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {
@@ -195,15 +196,15 @@ void warn_of_contradictions(const Values& v, const Places& lines, Findings& find
 void write_block(const Values& v, const Count& grid, const Count& grid_K, const Count& geometry,
                  StoreFile& NFISTO) {
   constexpr double unused = 0;
-  write<"(I5,' GRIDP.  ',I5)">(NFISTO, grid, grid_K);
-  write<"(I5,' GEOMETRY')">(NFISTO, geometry);
-  write<"('INNER AND OUTER RADIUS ',4(1PE11.4,1X))">(NFISTO, v[RI], v[RO], unused, v[VPLU]);
-  write<"('T0,TEND,NTSTEPS, NMAX  ',4(1PE11.4,1X))">(NFISTO, v[TSTA], v[TE], v[NT], v[NMAX]);
-  write<"('SOURCE ENE,WIDTH,T,GRA ',4(1PE11.4,1X))">(NFISTO, v[SE], v[SW], v[ST], v[SOGR]);
-  write<"('STEP,ATOL,RTOL,RSTEP   ',4(1PE11.4,1X))">(NFISTO, v[STEP], v[ATOL], v[RTOL], v[RS]);
-  write<"('AM,SIG,RM,ALPHA,OMEGA  ',5(1PE11.4,1X))">(NFISTO, v[AMPL], v[SIGM], v[RMAX], v[ALPH], v[OMEG]);
-  write<"('TSOP,MSTOP,ART,RB      ',4(1PE11.4,1X))">(NFISTO, v[TSTO], v[MSTO], v[ART], v[RB]);
-  write<"('WFR,WFP,WFU,WFT        ',4(1PE11.4,1X))">(NFISTO, v[WFR], v[WFP], v[WFU], v[WFT]);
+  write<store_records::grid>(NFISTO, grid, grid_K);
+  write<store_records::geometry>(NFISTO, geometry);
+  write<store_records::radii>(NFISTO, v[RI], v[RO], unused, v[VPLU]);
+  write<store_records::times>(NFISTO, v[TSTA], v[TE], v[NT], v[NMAX]);
+  write<store_records::energy_source>(NFISTO, v[SE], v[SW], v[ST], v[SOGR]);
+  write<store_records::steps>(NFISTO, v[STEP], v[ATOL], v[RTOL], v[RS]);
+  write<store_records::profile>(NFISTO, v[AMPL], v[SIGM], v[RMAX], v[ALPH], v[OMEG]);
+  write<store_records::stops>(NFISTO, v[TSTO], v[MSTO], v[ART], v[RB]);
+  write<store_records::weights>(NFISTO, v[WFR], v[WFP], v[WFU], v[WFT]);
 }
 
 void list(const Values& v, const Count& grid, const Count& geometry, const OptionVector& IOPT,

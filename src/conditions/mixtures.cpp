@@ -9,6 +9,7 @@
 
 #include "conditions/keyword_records.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/store_records.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_functions.h"
 
@@ -315,8 +316,8 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
 }
 
 void write_condition_set(const MixtureState& m, int NTOT, StoreFile& NFISTO) {
-  write<"(' T ,P ,X ',3X,5(1PE11.4,1X))">(NFISTO, m.T, m.H, m.P, first(std::span(m.X), NTOT), m.PHI, m.G, m.v,
-                                          m.FREQ, m.FAC, m.OMEG);
+  write<store_records::mixture>(NFISTO, m.T, m.H, m.P, first(std::span(m.X), NTOT), m.PHI, m.G, m.v, m.FREQ,
+                                m.FAC, m.OMEG);
 }
 
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "conditions/keyword_records.h"
+#include "textio/channel/store_records.h"
 #include "textio/record/number_format.h"
 #include "thermo/section_findings.h"
 
@@ -161,7 +162,7 @@ bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOP
   if (!complete) return false;
   write<"(3X,'Options : ')">(MSGFIL);
   list_options(NTOPT, IOPT, MSGFIL);
-  write<"(1(' OPTIONS :',2X,20I3))">(NFISTO, IOPT.slots);
+  write<store_records::options>(NFISTO, IOPT.slots);
   return LOK;
 }
 

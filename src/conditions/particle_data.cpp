@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "conditions/keyword_records.h"
+#include "textio/channel/store_records.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -141,7 +142,7 @@ bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings,
       return false;
     }
   } while (record != name);
-  write<"(A8)">(NFISTO, name);
+  write<store_records::particle_name>(NFISTO, name);
   std::array<double, 24> data{};
   const Place name_record = here(thermliq, 1, 8);
   const ReadResult result = read<"(6(1PE11.4,1X))">(thermliq, data);
@@ -155,28 +156,28 @@ bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings,
   if (!result) return false;
   warn_of_columns(findings, thermliq, result, name_of);
   const auto group = [&](std::size_t k) { return std::span<const double>(data).subspan(4 * k, 4); };
-  write<"('XTROL,VOLCH,WAFSRK,WAF:',4(1PE11.4,1X))">(NFISTO, group(0));
-  write<"('PCRIT,TCRIT,TBOIL,VPA: ',4(1PE11.4,1X))">(NFISTO, group(1));
-  write<"('VPB,VPC,VPD,CA:        ',4(1PE11.4,1X))">(NFISTO, group(2));
-  write<"('CB,CC,CD,XDIAST:       ',4(1PE11.4,1X))">(NFISTO, group(3));
-  write<"('ALPH,BETA,GAM,XXXX:    ',4(1PE11.4,1X))">(NFISTO, group(4));
-  write<"('XXXX,XXXX,XXXX,XXXX:   ',4(1PE11.4,1X))">(NFISTO, group(5));
+  write<store_records::particle_values_1>(NFISTO, group(0));
+  write<store_records::particle_values_2>(NFISTO, group(1));
+  write<store_records::particle_values_3>(NFISTO, group(2));
+  write<store_records::particle_values_4>(NFISTO, group(3));
+  write<store_records::particle_values_5>(NFISTO, group(4));
+  write<store_records::particle_values_6>(NFISTO, group(5));
   return true;
 }
 
 bool write_block(const Particles& particles, Input& thermliq, Listing& MSGFIL, StoreFile& NFISTO) {
-  write<"('>PARTICLE DATA FROM THERMLIQ')">(NFISTO);
-  write<"(I5,' GRIDP.  ')">(NFISTO, particles.NRGP);
-  write<"(I5,' PARTICLE SPECIES ')">(NFISTO, static_cast<int>(particles.names.size()));
-  write<"('PARTICLE SPECIES-LIST:')">(NFISTO);
-  write<"(5(A8,2X),6X)">(NFISTO, std::span(particles.names));
-  write<"('PARDAT OF CONDENSED SPECIES')">(NFISTO);
+  write<store_records::particle_heading>(NFISTO);
+  write<store_records::particle_grid>(NFISTO, particles.NRGP);
+  write<store_records::particle_count>(NFISTO, static_cast<int>(particles.names.size()));
+  write<store_records::particle_list>(NFISTO);
+  write<store_records::particle_names>(NFISTO, std::span(particles.names));
+  write<store_records::particle_data>(NFISTO);
   write<"('--* OUTPUT OF SPECIES DATA')">(MSGFIL);
   for (const SpeciesName& name : particles.names) {
     if (!write_species(name, thermliq, MSGFIL.findings, NFISTO)) return false;
   }
-  write<"(' XPA     ',3X,5(1PE11.4,1X))">(NFISTO, std::span(particles.XPA));
-  write<"('<')">(NFISTO);
+  write<store_records::particle_fractions>(NFISTO, std::span(particles.XPA));
+  write<store_records::particle_end>(NFISTO);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "conditions/keyword_records.h"
+#include "textio/channel/store_records.h"
 
 namespace varpre {
 namespace {
@@ -125,7 +126,7 @@ bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO
   }
 
   for (std::size_t i = 0; i < count; ++i) {
-    write<"(A4,4X,':',1PE11.4)">(NFISTO, properties[i].word, values[i].value);
+    write<store_records::surface_property>(NFISTO, properties[i].word, values[i].value);
   }
   write<"(2X,A18)">(MSGFIL, std::string_view("SURFACE CONDITIONS"));
   for (std::size_t i = 0; i < count; ++i) {

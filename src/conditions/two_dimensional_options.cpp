@@ -8,6 +8,7 @@
 
 #include "conditions/keyword_records.h"
 #include "conditions/options.h"
+#include "textio/channel/store_records.h"
 
 namespace varpre {
 namespace {
@@ -167,7 +168,7 @@ std::vector<StoreRecord> records_of(const StoreFile& store) {
 
 void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> records, Listing& MSGFIL) {
   StoreFile option_records;
-  write<"(1(' OPTIONS :',2X,20I3))">(option_records, IOPT2.slots);
+  write<store_records::options>(option_records, IOPT2.slots);
   std::ranges::copy(records_of(option_records), records.begin());
   write_free(MSGFIL, std::string_view("********  NEW 2D OPTIONS VECTOR  ********"));
   for (const StoreRecord& record : records) write_free(MSGFIL, record);
@@ -176,10 +177,10 @@ void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> record
 std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
   const auto group = [&](std::size_t k) { return std::span<const double>(values).subspan(4 * k, 4); };
   StoreFile records;
-  write<"('UINI,VINI,RI2,DIST     ',4(1PE11.4,1X))">(records, group(0));
-  write<"('DUMMY,TMAX,HMAX,REDF   ',4(1PE11.4,1X))">(records, group(1));
-  write<"('XSOU,YSOU,DUMMY,DUMMY  ',4(1PE11.4,1X))">(records, group(2));
-  write<"('GACC,DUMMY,DUMMY,DUMMY ',4(1PE11.4,1X))">(records, group(3));
+  write<store_records::velocities>(records, group(0));
+  write<store_records::limits>(records, group(1));
+  write<store_records::sources>(records, group(2));
+  write<store_records::gravity>(records, group(3));
   return records_of(records);
 }
 

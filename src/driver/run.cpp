@@ -17,6 +17,7 @@
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/elements.h"
 #include "thermo/section_findings.h"
@@ -78,7 +79,7 @@ class Sequence {
 
   // Throws RunStop where a check fails.
   void all_stages() {
-    write<"('>INPUT DATA FROM PROGRAM VARPRE')">(NFISTO);
+    write<store_records::heading>(NFISTO);
     separator();
     read_options();
     read_gas_species();
@@ -94,8 +95,8 @@ class Sequence {
     const auto right = read_mixture(1, sections::right_mixture);
     compare_mixtures(*left, *right, NGAS, surface(), MSGFIL.findings);
     read_flame_conditions();
-    write<"(' Spec. Flags',3X,20I3,4(/,' Spec. Flags',3X,20I3))">(NFISTO, all().IFLAG);
-    write<"('<   ')">(NFISTO);
+    write<store_records::flags>(NFISTO, all().IFLAG);
+    write<store_records::end>(NFISTO);
     edit_store_file();
     note_errors();
     const std::span<const SpeciesName> names = all().SYMB;

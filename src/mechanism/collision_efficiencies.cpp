@@ -6,6 +6,7 @@
 
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
@@ -335,7 +336,7 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
                                                                                        definitions.count, M);
   }
   for (int c = 1; c <= NCOLL; ++c) {
-    write<"(' EFF.',A4,3X,5(1PE11.4,1X))">(NFISTO, partner_name(c), definitions.EFF.row(c));
+    write<store_records::efficiencies>(NFISTO, partner_name(c), definitions.EFF.row(c));
   }
   return true;
 }

@@ -5,6 +5,7 @@
 
 #include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/sections.h"
 
@@ -115,10 +116,10 @@ void report_asterisks(const ComplexReaction& r, Findings& findings) {
 void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
   constexpr double per_mole = 1.0E-6F;  // from cm^3 to m^3
   const double ABR = r.ABR * std::pow(per_mole, r.ORD[0] + r.ORD[1] + r.ORD[2] - 1);
-  write<"(' STOBR',6X,8(F6.3,1X))">(NFISTO, r.STOBR);
-  write<"(' NUMS ',6X,8(2X,I2,3X))">(NFISTO, r.NUMS);
-  write<"(' ORD  ',6X,8(F6.3,1X))">(NFISTO, r.ORD);
-  write<"(' ABR,TBR,EBR',5(1PE11.4,1X))">(NFISTO, ABR, r.TBR, r.EBR);
+  write<store_records::complex_coefficients>(NFISTO, r.STOBR);
+  write<store_records::complex_species>(NFISTO, r.NUMS);
+  write<store_records::complex_orders>(NFISTO, r.ORD);
+  write<store_records::complex_rate>(NFISTO, ABR, r.TBR, r.EBR);
 }
 
 bool read_all(std::span<ComplexReaction> reactions, Input& NFIMEC, Listing& MSGFIL) {
@@ -173,7 +174,7 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
                           message("columns 1-4 hold a number from 0 to ", MNCRE));
     return false;
   }
-  write<"(I5,' COMPLEX REACTIONS')">(NFISTO, NBRUT);
+  write<store_records::complex_count>(NFISTO, NBRUT);
   if (NBRUT < 0) {
     MSGFIL.findings.warning(here(NFIMEC, 1, 4), "the number of complex reactions is negative: none is read");
     return true;

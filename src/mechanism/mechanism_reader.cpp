@@ -9,6 +9,7 @@
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "thermo/section_findings.h"
@@ -273,8 +274,8 @@ void report_not_finite(std::span<const Reaction> reactions, Findings& findings) 
 }
 
 void write_reactions(const Phase& phase, const Mechanism& mechanism, StoreFile& NFISTO) {
-  write<"(I5,' ELEMENTARY REACTIONS')">(NFISTO, mechanism.NR());
-  write<"(I5,' THIRD BODIES ')">(NFISTO, mechanism.NCOLL);
+  write<store_records::reaction_count>(NFISTO, mechanism.NR());
+  write<store_records::partner_count>(NFISTO, mechanism.NCOLL);
   for (const Reaction& r : mechanism.reactions) phase.write(r, NFISTO);
 }
 

@@ -1,6 +1,7 @@
 #include "mechanism/phase.h"
 
 #include "mechanism/integer_power.h"
+#include "textio/channel/store_records.h"
 
 namespace varpre {
 namespace {
@@ -39,14 +40,14 @@ void list_surface_reaction(int number, const EquationCells& cells, const Reactio
 }
 
 void write_gas_reaction(const Reaction& r, StoreFile& NFISTO) {
-  write<"(6(1X,I5),3X,3(1PE11.4,1X),/,1X,I5,33X,3(1PE11.3,1X))">(NFISTO, std::span(r.MAT).first<6>(), r.AFAC,
-                                                                 r.TEXP, r.EXA, r.IARRH, r.VT4, r.VT5, r.VT6);
-  write<"(25X,3(1PE11.4,1X),/,25X,3(1PE9.2,1X),1X,1PE9.2,1X,1PE9.2)">(NFISTO, r.FALL);
+  write<store_records::gas_reaction>(NFISTO, std::span(r.MAT).first<6>(), r.AFAC, r.TEXP, r.EXA, r.IARRH,
+                                     r.VT4, r.VT5, r.VT6);
+  write<store_records::falloff>(NFISTO, r.FALL);
 }
 
 void write_surface_reaction(const Reaction& r, StoreFile& NFISTO) {
-  write<"(12(1X,I5),/,36X,3X,3(1PE11.4,1X),/,3(1X,I5),18X,3X,3(1PE11.4,1X))">(
-      NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV, r.VT4, r.VT5, r.VT6);
+  write<store_records::surface_reaction>(NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV,
+                                         r.VT4, r.VT5, r.VT6);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "mechanism/photo_reactions.h"
 
 #include "mechanism/reaction.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/sections.h"
 
@@ -64,8 +65,7 @@ bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const Nam
     write<"(/,5X,'ERROR IN COMPLEX FORMULA ',I2)">(MSGFIL, i);
     return false;
   }
-  write<"(' NUMS: ',I3,'>',3(I3,1X),2X,1PE11.4)">(NFISTO, r.numbers[0], std::span(r.numbers).last<3>(),
-                                                  r.rate);
+  write<store_records::photo_reaction>(NFISTO, r.numbers[0], std::span(r.numbers).last<3>(), r.rate);
   return true;
 }
 
@@ -79,7 +79,7 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, S
                           message("columns 1-3 hold a number from 0 to ", NPMAX));
     return false;
   }
-  write<"(I5,' PHOTO REACTIONS')">(NFISTO, NPHO);
+  write<store_records::photo_count>(NFISTO, NPHO);
   if (NPHO == 0) {
     write<"(1X,' no photo reactions defined ')">(MSGFIL);
     return true;

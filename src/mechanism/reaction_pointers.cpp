@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 
 namespace varpre {
@@ -88,11 +89,11 @@ bool set_pointers(const Phase& phase, int NS, int most_pointers, Mechanism& mech
 }
 
 void write_pointers(const Mechanism& mechanism, StoreFile& NFISTO) {
-  write<"(I5,' REACTION POINTERS   ')">(NFISTO, count_of(mechanism.NRVEC));
-  write<"(4(2X,3I5))">(NFISTO, std::span(mechanism.NRVEC));
-  write<"(' IREVER',5X,30I2)">(NFISTO, std::span(mechanism.IREVER));
+  write<store_records::pointer_count>(NFISTO, count_of(mechanism.NRVEC));
+  write<store_records::pointers>(NFISTO, std::span(mechanism.NRVEC));
+  write<store_records::pair_codes>(NFISTO, std::span(mechanism.IREVER));
   const auto NINERT = std::count(mechanism.INERT.begin(), mechanism.INERT.end(), true);
-  write<"(I5,' INERT SPECIES :   ',5(A,1X))">(NFISTO, static_cast<int>(NINERT));
+  write<store_records::inert_count>(NFISTO, static_cast<int>(NINERT));
 }
 
 }  // namespace varpre

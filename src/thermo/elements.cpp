@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/numbered.h"
@@ -104,10 +105,9 @@ void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& fi
 }  // namespace
 
 double element_mass(std::string_view symbol) {
-  const auto* const found =
-      std::find_if(element_table.begin(), element_table.end(), [&](const TableElement& element) {
-        return symbol.size() <= 2 && EQUSYM(2, element.SATOM, symbol);
-      });
+  const auto* const found = std::find_if(
+      element_table.begin(), element_table.end(),
+      [&](const TableElement& element) { return symbol.size() <= 2 && EQUSYM(2, element.SATOM, symbol); });
   return found == element_table.end() ? 0.0 : found->XATOM;
 }
 
@@ -135,19 +135,19 @@ bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
 }
 
 void INIMOI(const SpeciesView& species, const Elements& elements, StoreFile& NFISTO) {
-  write<"(I5,' SPECIES ')">(NFISTO, species.size());
-  write<"(I5,'  Elements')">(NFISTO, elements.NE);
+  write<store_records::species_count>(NFISTO, species.size());
+  write<store_records::element_count>(NFISTO, elements.NE);
   if (species.size() == 0) return;
   const int NE = elements.NE;
   std::vector<double> XE;
   for (int i = 1; i <= species.size(); ++i) {
     XE.insert(XE.end(), at(elements.XE, i).begin(), at(elements.XE, i).begin() + NE);
   }
-  write<"(' NSYMB',6X,5(A,2X))">(NFISTO, species.SYMB);
-  write<"(' XMOL',7X,5(1PE20.13,1X))">(NFISTO, species.XMOL);
-  write<"(' SYME ',6X,5(A2,6X,2X))">(NFISTO, first(elements.SYME, NE));
-  write<"(' EMOL',7X,5(1PE20.13,1X))">(NFISTO, first(elements.EMOL, NE));
-  write<"(' XE  ',7X,5(1PE20.13,1X))">(NFISTO, std::span<const double>(XE));
+  write<store_records::species_names>(NFISTO, species.SYMB);
+  write<store_records::molar_masses>(NFISTO, species.XMOL);
+  write<store_records::element_symbols>(NFISTO, first(elements.SYME, NE));
+  write<store_records::element_masses>(NFISTO, first(elements.EMOL, NE));
+  write<store_records::mass_fractions>(NFISTO, std::span<const double>(XE));
 }
 
 }  // namespace varpre

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"
@@ -232,8 +233,7 @@ void PRTHD(const SpeciesView& species, StoreFile& NFISTO) {
       for (double& a : coefficients) a = XMOL == 0 ? 0.0 : a / XMOL;
       return coefficients;
     };
-    write<"(' HL,HH(',I4,')',5(1PE11.4,1X),/, 5(1PE11.4,1X),/, 4(1PE11.4,1X),1PE10.3,1X,1PE10.3,1X,1PE10.3)">(
-        NFISTO, i, per_mass(fit.HCPL), per_mass(fit.HCPH), fit.TLIM);
+    write<store_records::thermochemistry>(NFISTO, i, per_mass(fit.HCPL), per_mass(fit.HCPH), fit.TLIM);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "textio/channel/run_stop.h"
+#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_database.h"
@@ -57,15 +58,13 @@ bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
                  StoreFile& NFISTO) {
   const int NG = gas.size();
+  for (int i = 1; i <= NG; ++i) write<store_records::conductivity>(NFISTO, i, at(fits.single, i).XLAM);
   for (int i = 1; i <= NG; ++i)
-    write<"(' XLAM(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).XLAM);
-  for (int i = 1; i <= NG; ++i)
-    write<"(' XLMO(',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).XLMO);
-  for (int i = 1; i <= NG; ++i)
-    write<"(' ETA (',I4,')',1X,5(1PE11.4,1X))">(NFISTO, i, at(fits.single, i).ETA);
+    write<store_records::monoatomic_conductivity>(NFISTO, i, at(fits.single, i).XLMO);
+  for (int i = 1; i <= NG; ++i) write<store_records::viscosity>(NFISTO, i, at(fits.single, i).ETA);
   auto pair = fits.DBIN.begin();
   for (int i = 1; i <= NG; ++i) {
-    for (int j = 1; j <= i; ++j) write<"(' D(',2I4,')',5(1PE11.4,1X))">(NFISTO, i, j, *pair++);
+    for (int j = 1; j <= i; ++j) write<store_records::diffusion>(NFISTO, i, j, *pair++);
   }
   const auto column = [&](double Molecule::*property) {
     std::vector<double> values;
@@ -73,11 +72,11 @@ void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, co
     return values;
   };
   const auto list = [](const std::vector<double>& values) { return std::span<const double>(values); };
-  write<"(' EPS/K',6X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::EPS)));
-  write<"(' SIGMA  ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::SIGMA)));
-  write<"(' DI1    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI1)));
-  write<"(' DI2    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI2)));
-  write<"(' DI3    ',4X,5(1PE11.4,1X))">(NFISTO, list(column(&Molecule::DI3)));
+  write<store_records::well_depths>(NFISTO, list(column(&Molecule::EPS)));
+  write<store_records::diameters>(NFISTO, list(column(&Molecule::SIGMA)));
+  write<store_records::dipole_moments>(NFISTO, list(column(&Molecule::DI1)));
+  write<store_records::polarizabilities>(NFISTO, list(column(&Molecule::DI2)));
+  write<store_records::collision_numbers>(NFISTO, list(column(&Molecule::DI3)));
   PRTHD(gas, NFISTO);
 }
 

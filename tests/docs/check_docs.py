@@ -205,7 +205,7 @@ class Code:
         self.imports = [s for s in everything if "tools/import" in str(s.path) and s.path.name != "main.cpp"]
         self.sources = [s for s in everything if "tools/import" not in str(s.path)]
         self.formats = set()
-        self.store = {}    # formats of the store file, with the place that writes each
+        self.store = {}    # formats of the store file, with the file that has them
         self.listing = {}  # templates of the records of the listing, with the place that writes each
         self.findings = {"error": {}, "warning": {}}
         self.literals = set()
@@ -217,10 +217,9 @@ class Code:
         strings = [t[1] for t in source.tokens if isinstance(t, tuple)]
         self.literals |= {normal(s) for s in strings}
         self.formats |= {without_blanks(s) for s in strings if is_format(s)}
+        if source.path.name == "store_records.h":
+            self.store = {without_blanks(s): where for s in strings if is_format(s)}
         for i, token in enumerate(source.tokens):
-            if isinstance(token, tuple) and source.tokens[i - 2:i] == ["write", "<"] and str(
-                    source.tokens[i + 3]) in ("NFISTO", "records") and token[1] != "(A)":
-                self.store.setdefault(without_blanks(token[1]), where)
             if isinstance(token, tuple) and is_format(token[1]) and self.goes_to_listing(source.tokens, i):
                 self.listing.setdefault(normal(template_of_format(token[1])), where)
         for position in source.calls("write_free", "("):
