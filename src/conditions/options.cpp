@@ -166,6 +166,10 @@ bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOP
   return LOK;
 }
 
+const OptionNames& option_names() {
+  return NTOPT;
+}
+
 bool is_option(std::string_view word) {
   return word.size() >= 4 && std::any_of(NTOPT.begin(), NTOPT.end(), [&](std::string_view option) {
            return option.substr(0, 4) == word.substr(0, 4);

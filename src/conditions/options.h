@@ -63,6 +63,9 @@ void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& M
 // an unknown option (the others are taken, listed and written).
 [[nodiscard]] bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT);
 
+// The names of the slots.
+const OptionNames& option_names();
+
 // Whether a word is the name of an option.
 bool is_option(std::string_view word);
 

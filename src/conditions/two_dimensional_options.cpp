@@ -233,6 +233,10 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
 }
 
+const OptionNames& two_dimensional_option_names() {
+  return N2TOPT;
+}
+
 bool is_two_dimensional_keyword(std::string_view word) {
   return parameter_of(Text<4>(word).view()) != parameters.end() && !word.starts_with('-');
 }

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "conditions/options.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 
@@ -15,6 +16,9 @@ namespace varpre {
 // An unknown option is a warning. Every error is reported in the listing, and as a finding, and leaves the
 // store file as it was.
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
+
+// The names of the slots of the two-dimensional options.
+const OptionNames& two_dimensional_option_names();
 
 // Whether a word is a keyword of the two-dimensional parameters.
 bool is_two_dimensional_keyword(std::string_view word);

@@ -1,0 +1,115 @@
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <optional>
+
+#include "textio/channel/file.h"
+#include "textio/findings/odd_characters.h"
+#include "tools/report/page.h"
+#include "tools/report/store_json.h"
+#include "tools/report/store_reader.h"
+
+namespace {
+
+struct Arguments {
+  std::string directory;
+  std::string other;
+  std::string output;
+  bool json = false;
+};
+
+// The store file of a directory, or one that is named itself.
+varpre::StoreData read(const std::string& name) {
+  std::error_code error;
+  const bool is_directory = std::filesystem::is_directory(name, error);
+  const std::string path = is_directory ? (std::filesystem::path(name) / "fort.3").string() : name;
+  const auto file = varpre::open_input(path);
+  if (!file) varpre::throw_system_error(ENOENT, path);
+  int read_error = 0;
+  const std::string text = varpre::read_to_end(*file, path, read_error);
+  if (read_error != 0) varpre::throw_system_error(read_error, path);
+  return varpre::read_store(text);
+}
+
+void write_file(const std::string& path, const std::string& text) {
+  varpre::FreshFile file(path);
+  file.write(text);
+  file.sync();
+  file.take_place();
+}
+
+void put(const Arguments& arguments, const std::string& text) {
+  if (!arguments.json || !arguments.output.empty()) {
+    const std::string path = arguments.output.empty() ? "report.html" : arguments.output;
+    write_file(path, text);
+    std::printf("%s\n", varpre::for_terminal(path).c_str());
+  } else {
+    std::fputs(text.c_str(), stdout);
+  }
+}
+
+// What a JSON of two directories is: an object with both.
+std::string json_text(const varpre::StoreData& data, const std::optional<varpre::StoreData>& other) {
+  nlohmann::ordered_json json = varpre::json_of(data);
+  if (other) json = {{"this", json}, {"other", varpre::json_of(*other)}};
+  return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+void tell_of_the_end(const std::string& name, const varpre::StoreData& data) {
+  if (data.stopped.empty()) return;
+  std::fprintf(stderr, "varpre-report: %s: read up to line %d: %s\n", varpre::for_terminal(name).c_str(),
+               data.stopped_at, varpre::for_terminal(data.stopped).c_str());
+}
+
+void report(const Arguments& arguments) {
+  const varpre::StoreData data = read(arguments.directory);
+  std::optional<varpre::StoreData> other;
+  tell_of_the_end(arguments.directory, data);
+  if (!arguments.other.empty()) {
+    other = read(arguments.other);
+    tell_of_the_end(arguments.other, *other);
+  }
+  put(arguments, arguments.json
+                     ? json_text(data, other)
+                     : varpre::page_of({arguments.directory, data},
+                                       other ? std::optional(varpre::NamedStore{arguments.other, *other})
+                                             : std::nullopt));
+}
+
+int fail(const std::string& reason) {
+  std::fprintf(stderr, "varpre-report: %s\n", varpre::for_terminal(reason).c_str());
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Arguments arguments;
+  CLI::App app("Shows what the solver will read: fort.3 of DIRECTORY as a page for a browser, or as JSON.",
+               "varpre-report");
+  app.add_option("DIRECTORY", arguments.directory, "a directory with fort.3, or such a file")
+      ->type_name("")
+      ->required();
+  app.add_option("OTHER", arguments.other, "another one, to be compared with")->type_name("");
+  app.add_option("--output", arguments.output, "where to write (report.html; JSON: standard output)")
+      ->type_name("FILE");
+  app.add_flag("--json", arguments.json, "all that the file holds as one JSON object");
+  app.set_version_flag("--version", "varpre-report " VARPRE_VERSION);
+  app.footer(
+      "Exit status: 0 done, however far the file could be read; 2 wrong usage, or a file that cannot be read or written.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  }
+  report(arguments);
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return 0;
+  std::perror("varpre-report: standard output");
+  return 2;
+} catch (const std::bad_alloc&) {
+  return fail("not enough memory");
+} catch (const std::exception& error) {
+  return fail(error.what());
+}

@@ -1,0 +1,48 @@
+#include "tools/report/page.h"
+
+#include "page_parts.h"
+#include "textio/findings/odd_characters.h"
+#include "tools/report/store_json.h"
+
+namespace varpre {
+namespace {
+
+// As data inside a page: nothing in it ends the script it stands in.
+std::string embedded(const nlohmann::ordered_json& json) {
+  const std::string text = json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  std::string safe;
+  safe.reserve(text.size());
+  for (const char c : text) c == '<' ? safe.append("\\u003c") : safe.append(1, c);
+  return safe;
+}
+
+nlohmann::ordered_json json_of(const NamedStore& store) {
+  nlohmann::ordered_json json = json_for_page(store.data);
+  json["name"] = for_terminal(store.name);
+  return json;
+}
+
+// Puts each part in place of its mark.
+std::string filled(std::string_view page,
+                   std::initializer_list<std::pair<std::string_view, std::string_view>> parts) {
+  std::string text;
+  for (const auto& [mark, part] : parts) {
+    const std::size_t at = page.find(mark);
+    text.append(page.substr(0, at)).append(part);
+    page.remove_prefix(at + mark.size());
+  }
+  return text.append(page);
+}
+
+}  // namespace
+
+std::string page_of(const NamedStore& store, const std::optional<NamedStore>& other) {
+  const std::string data =
+      embedded({{"store", json_of(store)}, {"other", other ? json_of(*other) : nlohmann::ordered_json()}});
+  return filled(page_parts::html, {{"/*style*/", page_parts::css},
+                                   {"/*data*/", data},
+                                   {"/*charts*/", page_parts::charts},
+                                   {"/*script*/", page_parts::js}});
+}
+
+}  // namespace varpre
