@@ -92,17 +92,6 @@ struct ProcessCost {
   double memory = 0;  // MB, peak
 };
 
-void write_case(const Case& data, const std::filesystem::path& directory) {
-  std::filesystem::create_directories(directory);
-  const auto file = [&](const char* name, const std::string& text) {
-    std::ofstream(directory / name, std::ios::binary) << text;
-  };
-  file("INP", data.INP);
-  file("MEC", data.MEC);
-  file("THERMO", data.THERMO);
-  file("MOLNEW", data.MOLNEW);
-}
-
 ProcessCost run_process(const std::string& program, const std::filesystem::path& directory) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -507,18 +496,11 @@ int main(int argc, char** argv) {
   using namespace varpre_bench;
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   try {
-    if (arguments.size() == 6 && arguments[0] == "--write") {
-      const CaseSize size{std::stoi(arguments[2]), std::stoi(arguments[3]), std::stoi(arguments[4]),
-                          std::stoull(arguments[5])};
-      write_case(generate(size), arguments[1]);
-    } else if (arguments.size() == 2) {
-      print_table(std::filesystem::absolute(arguments[0]), std::filesystem::absolute(arguments[1]));
-    } else {
-      std::fputs(
-          "usage: varpre_bench PROGRAM EMPTY_PROGRAM | --write DIRECTORY SPECIES REACTIONS ENTRIES SEED\n",
-          stderr);
+    if (arguments.size() != 2) {
+      std::fputs("usage: varpre_bench PROGRAM EMPTY_PROGRAM\n", stderr);
       return 1;
     }
+    print_table(std::filesystem::absolute(arguments[0]), std::filesystem::absolute(arguments[1]));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "varpre_bench: %s\n", error.what());
     return 1;

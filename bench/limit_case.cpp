@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <numeric>
 #include <set>
 #include <span>
@@ -218,6 +219,17 @@ void fill(varpre::Files& files, const Case& data) {
   files.mechanism.text = data.MEC;
   files.thermo.text = data.THERMO;
   files.molecules.text = data.MOLNEW;
+}
+
+void write_case(const Case& data, const std::filesystem::path& directory) {
+  std::filesystem::create_directories(directory);
+  const auto file = [&](const char* name, const std::string& text) {
+    std::ofstream(directory / name, std::ios::binary) << text;
+  };
+  file("INP", data.INP);
+  file("MEC", data.MEC);
+  file("THERMO", data.THERMO);
+  file("MOLNEW", data.MOLNEW);
 }
 
 }  // namespace varpre_bench

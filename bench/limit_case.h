@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "driver/run.h"
@@ -32,5 +33,8 @@ Case generate(const CaseSize& size);
 
 // Makes a case the inputs of a run in memory.
 void fill(varpre::Files& files, const Case& data);
+
+// Writes the four files into a directory, which is made when it is not there.
+void write_case(const Case& data, const std::filesystem::path& directory);
 
 }  // namespace varpre_bench

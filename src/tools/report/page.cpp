@@ -1,5 +1,7 @@
 #include "tools/report/page.h"
 
+#include <filesystem>
+
 #include "page_parts.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/report/store_json.h"
@@ -18,7 +20,10 @@ std::string embedded(const nlohmann::ordered_json& json) {
 
 nlohmann::ordered_json json_of(const NamedStore& store) {
   nlohmann::ordered_json json = json_for_page(store.data);
-  json["name"] = for_terminal(store.name);
+  const std::filesystem::path path =
+      (std::filesystem::absolute(store.name) / "").lexically_normal().parent_path();
+  json["name"] = for_terminal(path.filename().string());
+  json["path"] = for_terminal(store.name);
   return json;
 }
 

@@ -29,7 +29,8 @@ function text(value, digits = 4) {
   if (size >= 1e5 || size < 1e-3) {
     const [significand, exponent] = value.toExponential(digits - 1).split("e");
     const power = [...String(Number(exponent))].map((c) => SMALL[c]).join("");
-    return `${String(Number(significand)).replace("-", "−")}·10${power}`;
+    const factor = String(Number(significand)).replace("-", "−");
+    return factor === "1" ? `10${power}` : `${factor}·10${power}`;
   }
   return String(Number(value.toPrecision(digits))).replace("-", "−");
 }
@@ -176,12 +177,14 @@ function draw(holder, id, { title, unit, xTitle = "T / K", xlog, ylog, series, a
   caption.replaceChildren(title, " ", make("span", {}, unit));
   const canvas = make("canvas", { tabindex: 0, role: "img", "aria-label": `${title} in ${unit}; arrow keys read values` });
   frame.replaceChildren(canvas);
-  readout.textContent = series.length > 1 ? series.map((s) => s.label).join(" | ") : "";
+  readout.textContent = "";
   const style = getComputedStyle(document.body), soft = style.getPropertyValue("--soft").trim(), line = style.getPropertyValue("--line").trim();
+  const scale = xTitle.startsWith("T") ? { min: 0 } : { min: 0.4, max: 2 };
   const axis = (log, axisTitle) => ({
     type: log ? "logarithmic" : "linear",
+    ...(axisTitle && !log ? scale : {}),
     title: { display: Boolean(axisTitle), text: axisTitle, color: soft, font: { size: 12 } },
-    ticks: { color: soft, font: { size: 12 }, maxTicksLimit: 7, callback: (v) => text(v, 3) },
+    ticks: { color: soft, font: { size: 12 }, maxTicksLimit: axisTitle ? 9 : 7, callback: (v) => text(v, 3) },
     grid: { color: line, borderColor: line },
   });
   const chart = new Chart(canvas, {
@@ -197,7 +200,7 @@ function draw(holder, id, { title, unit, xTitle = "T / K", xlog, ylog, series, a
       interaction: { mode: "index", intersect: false },
       scales: { x: axis(xlog, xTitle), y: axis(ylog, "") },
       plugins: {
-        legend: { display: series.length > 1, position: "bottom", labels: { color: soft, font: { size: 12 }, boxWidth: 28, boxHeight: 1 } },
+        legend: { display: series.length > 1, position: "bottom", align: "start", labels: { color: soft, font: { size: 12 }, boxWidth: 28, boxHeight: 1 } },
         tooltip: {
           titleFont: { size: 12 }, bodyFont: { size: 12 },
           callbacks: { title: (items) => `${xTitle.split(" / ")[0]} = ${text(items[0].parsed.x)} ${xTitle.split(" / ")[1] || ""}`,
@@ -242,7 +245,7 @@ function over_T(from, to, step, f) {
 // --- overview ---
 
 function table(head, rows, attributes = {}) {
-  return make("table", attributes, make("thead", {}, make("tr", {}, ...head.map((h) => make("th", typeof h === "object" ? { class: "number" } : {}, typeof h === "object" ? h[0] : h)))),
+  return make("table", attributes, make("thead", {}, make("tr", {}, ...head.map((h) => (h instanceof Node ? h : make("th", { class: Array.isArray(h) ? "number" : undefined }, Array.isArray(h) ? h[0] : h))))),
     make("tbody", {}, ...rows.map((cells) => make("tr", {}, ...cells.map((c) => (c instanceof Node ? c : make("td", {}, c)))))));
 }
 const panel = (title, ...content) => make("div", { class: "panel" }, make("h2", {}, title), ...content);
@@ -276,7 +279,7 @@ function mixture_panel(store, mixture, name) {
       ["density", number(mixture.P * W / (R * mixture.T)), "kg/m³"],
       ...(phi === null ? [] : [["equivalence ratio", number(phi), ""]]),
       ...["PHI", "G", "v", "FREQ", "FAC", "OMEG"].filter((k) => mixture[k]).map((k) => [k, number(mixture[k]), "as given"])]),
-    rows.length ? table(["gas", ["mole"], ["mass"], ""], rows, { class: "fractions" }) : make("p", { class: "none" }, "no composition"),
+    rows.length ? table(["gas", ["mole"], ["mass"], make("th", {}, make("span", { class: "key mole" }), "mole", make("span", { class: "key mass" }), "mass")], rows, { class: "fractions" }) : make("p", { class: "none" }, "no composition"),
     surface.length ? table(["surface", ["fraction"]], surface.map(([n, x]) => [n, number(x)])) : null);
 }
 
@@ -294,8 +297,7 @@ function show_overview() {
     make("div", { class: "panels" },
       ...S.mixtures.map((m, i) => mixture_panel(S, m, i === 0 ? "Mixture on the left" : "Mixture on the right")),
       panel("Flame conditions", S.flame_conditions.length ? table(["", ["value"], "unit"], value_rows(S.flame_conditions, FLAME_UNITS)) : make("p", { class: "none" }, "not reached")),
-      panel("Options", given.length ? make("ul", { class: "chips" }, ...given.map((o) => make("li", {}, `${o.name || "slot " + o.slot} ${o.value}`))) : make("p", { class: "none" }, "all 0"),
-        make("p", {}, make("span", { class: "key mole" }), "mole fractions", make("span", { class: "key mass" }), "mass fractions")),
+      panel("Options", given.length ? make("ul", { class: "chips" }, ...given.map((o) => make("li", {}, `${o.name || "slot " + o.slot} ${o.value}`))) : make("p", { class: "none" }, "all 0")),
       panel("State of the file", make("p", {}, state_text(S)), make("p", { class: "none" }, `${S.lines} lines`))));
 }
 const state_text = (store) => (store.stopped ? `read up to line ${store.stopped.line}: ${store.stopped.reason}` : "complete");
@@ -320,9 +322,9 @@ function show_species() {
     return `${q} ${text(100 * (high - low) / scale, 3)} %${q === "h" ? " of RT" : ""}`;
   }).join(", ");
   const here = t ? thermo(S, i, T0) : null;
-  const parts = [`${name}: ${text(1000 * S.M[i], 6)} g/mol, ${gas ? "gas" : "surface"}`, t && `ranges meet at ${text(t.limits[1])} K; jump there: ${jump}`,
-    here && `at ${text(T0)} K: cp ${text(here.cp)} J/(mol K), h ${text(here.h / 1000)} kJ/mol, s ${text(here.s)} J/(mol K)`,
-    gas && S.transport.viscosity[i] && `heat conductivity ${text(fit(S.transport.conductivity[i], T0))} W/(m K), viscosity ${text(fit(S.transport.viscosity[i], T0))} kg/(m s)`];
+  const parts = [`${name}: ${text(1000 * S.M[i], 6)} g/mol, ${gas ? "gas" : "surface"}`, t && `Ranges meet at ${text(t.limits[1])} K; jump there: ${jump}`,
+    here && `At ${text(T0)} K: cp ${text(here.cp)} J/(mol K), h ${text(here.h / 1000)} kJ/mol, s ${text(here.s)} J/(mol K)`,
+    gas && S.transport.viscosity[i] && `Heat conductivity ${text(fit(S.transport.conductivity[i], T0))} W/(m K), viscosity ${text(fit(S.transport.viscosity[i], T0))} kg/(m s)`];
   $("species-about").textContent = parts.filter(Boolean).join(". ") + ".";
   const stores = [[S, S.name], ...(O && O.index.has(name) ? [[O, O.name]] : [])];
   const plot = (id, title, unit, f, wanted) => {
@@ -347,7 +349,7 @@ function show_species() {
 
 const view = { sort: "number", down: false, shown: 200, rows: [] };
 const chosen = new Set();
-const COLUMNS = [["chosen", ""], ["number", "#"], ["equation", "Equation"], ["A", "A"], ["b", "b"], ["E", "E"], ["kind", "Kind"], ["efficiencies", "Efficiencies"], ["worst", "Reverse off by"]];
+const COLUMNS = [["chosen", ""], ["number", "#"], ["equation", "Equation"], ["A", "A"], ["b", "b"], ["E", "E"], ["kind", "Kind"], ["worst", "Reverse off by"], ["efficiencies", "Efficiencies"]];
 
 function matches(r) {
   const wanted = $("reaction-kind").value;
@@ -367,13 +369,19 @@ function sort_value(r, units) {
     default: return r[view.sort];
   }
 }
+function sort_by(id) {
+  view.down = view.sort === id && !view.down;
+  view.sort = id;
+  show_reactions();
+  document.querySelector(`[data-sort="${id}"]`).focus();
+}
 function show_reactions() {
   const units = $("reaction-units").value;
   view.rows = S.rows.filter(matches).map((r) => [sort_value(r, units), r]);
   view.rows.sort(([a], [b]) => (a < b ? -1 : a > b ? 1 : 0) * (view.down ? -1 : 1));
   const head = { A: units === "SI" ? "A (m, mol, s)" : "A (cm, mol, s)", E: units === "SI" ? "E (J/mol)" : "E (kJ/mol)" };
   $("reaction-head").replaceChildren(...COLUMNS.map(([id, name]) => make("th", { "aria-sort": view.sort === id ? (view.down ? "descending" : "ascending") : "none", class: ["A", "b", "E", "worst", "number"].includes(id) ? "number" : undefined },
-    make("button", { type: "button", "data-sort": id, "aria-label": `sort by ${name || "choice"}`, onclick: () => { view.down = view.sort === id && !view.down; view.sort = id; show_reactions(); } }, (head[id] || name || "✓") + (view.sort === id ? (view.down ? " ▼" : " ▲") : "")))));
+    make("button", { type: "button", "data-sort": id, "aria-label": `sort by ${name || "choice"}`, onclick: () => sort_by(id) }, (head[id] || name || "✓") + (view.sort === id ? (view.down ? " ▼" : " ▲") : "")))));
   $("reaction-rows").replaceChildren(...view.rows.slice(0, view.shown).map(([, r]) => reaction_row(r, units)));
   $("more").hidden = view.rows.length <= view.shown;
   $("reaction-count").textContent = `${view.rows.length} of ${S.rows.length} reactions; pairs of forward and reverse count once`;
@@ -382,27 +390,28 @@ function reaction_row(r, units) {
   const w = worst(r);
   const box = make("input", { type: "checkbox", "aria-label": `plot ${r.equation}`, onchange: () => choose(r, box.checked) });
   box.checked = chosen.has(r);
-  return make("tr", { class: chosen.has(r) ? "chosen" : undefined, "data-number": `${r.phase} ${r.number}` }, make("td", {}, box), make("td", { class: "number" }, (r.phase === "surface" ? "s" : "") + r.number), make("td", {}, r.equation),
-    number(A_in(r, units)), number(r.b), number(units === "SI" ? r.E : r.E / 1000), make("td", {}, kind(r)), make("td", {}, efficiencies(r)),
-    make("td", { class: w > 1.5 ? "number off" : "number" }, w ? "× " + text(w, 3) : ""));
+  return make("tr", { class: chosen.has(r) ? "chosen" : undefined, "data-number": `${r.phase} ${r.number}` }, make("td", {}, box), make("td", { class: "number" }, (r.phase === "surface" ? "s" : "") + r.number), make("td", { class: "equation" }, r.equation),
+    number(A_in(r, units)), number(r.b), number(units === "SI" ? r.E : r.E / 1000), make("td", { class: "kind" }, kind(r)),
+    make("td", { class: w > 1.5 ? "number off" : "number" }, w ? "× " + text(w, 3) : ""), make("td", { class: "efficiencies" }, efficiencies(r)));
 }
 function choose(r, on) {
   on ? chosen.add(r) : chosen.delete(r);
   while (chosen.size > 6) chosen.delete(chosen.values().next().value);
   show_reactions();
+  document.querySelector(`[data-number="${r.phase} ${r.number}"] input`)?.focus();
   plot_reactions();
 }
 function plot_reactions() {
   const rates = [], ratios = [], holder = $("reaction-charts");
   [...chosen].forEach((r, i) => {
     const short = r.equation, back = reverse_of(r);
-    const inverse = (f) => over_T(1000 / 2500, 1000 / 300, (1000 / 300 - 1000 / 2500) / 100, (x) => f(1000 / x));
+    const inverse = (f) => over_T(0.4, 2, 0.02, (x) => f(1000 / x)); // 2500 K to 500 K
     const series = (label, f, dash) => rates.push({ label, points: inverse(f), colour: colour(i), dash });
     series(`${short}${kind(r) === "falloff" ? " (high pressure)" : ""}`, (T) => rate(r, T), []);
     if (back && back.form >= 0 && back.A) series(`reverse of ${short}, stored`, (T) => rate(back, T), [8, 4]);
     if (has_equilibrium(r)) {
       series(`reverse of ${short}, from equilibrium`, (T) => equilibrium_reverse(r, T), [2, 3]);
-      ratios.push({ label: short, points: over_T(300, 2500, 25, (T) => rate(back, T) / equilibrium_reverse(r, T)), colour: colour(i) });
+      ratios.push({ label: short, points: over_T(500, 2500, 25, (T) => rate(back, T) / equilibrium_reverse(r, T)), colour: colour(i) });
     }
     const other = O && O.rows.find((x) => x.key === r.key);
     if (other) series(`${short} in ${O.name}`, (T) => rate(other, T), [12, 3, 2, 3]);
@@ -489,7 +498,7 @@ function show_compare() {
   S.mixtures.forEach((m, k) => {
     const n = O.mixtures[k], side = k ? "right" : "left";
     if (!n) return;
-    for (const q of ["T", "P", "H"]) if (m[q] !== n[q]) changes.push({ size: Math.abs(m[q] - n[q]) / (Math.abs(m[q]) + Math.abs(n[q])), kind: `mixture, ${side}`, what: q, text: `${text(n[q])} → ${text(m[q])}` });
+    for (const q of ["T", "P", "H"]) if (m[q] !== n[q]) changes.push({ size: Math.abs(m[q] - n[q]) / (q === "H" ? 1e6 : Math.abs(n[q]) || 1), kind: `mixture, ${side}`, what: q, text: `${text(n[q])} → ${text(m[q])}` });
     for (const name of new Set([...S.gas.species, ...O.gas.species])) {
       const x = m.gas[S.gas.species.indexOf(name)] || 0, y = n.gas[O.gas.species.indexOf(name)] || 0;
       if (x !== y) changes.push({ size: Math.abs(x - y), kind: `mixture, ${side}`, what: name, text: `${text(y)} → ${text(x)}` });
@@ -519,9 +528,11 @@ function open_tab(id) {
   shows[id]();
 }
 function start() {
+  if (O && O.name === S.name) [S.name, O.name] = [S.path, O.path];
   prepare(S);
   prepare(O);
   document.title = `VARPRE report: ${S.name}`;
+  $("title").title = O ? `${S.path} against ${O.path}` : S.path;
   $("title").textContent = O ? `${S.name} against ${O.name}` : S.name;
   $("state").textContent = S.stopped ? state_text(S) : `complete, ${S.lines} lines`;
   $("state").className = S.stopped ? "bad" : "";
@@ -541,7 +552,9 @@ function start() {
   for (const id of ["species-name", "species-other", "species-T", "log-T", "log-y"]) $(id).addEventListener("input", show_species);
   const kinds = [...new Set(S.rows.map(kind))];
   $("reaction-kind").append(make("option", { value: "" }, "all"), ...(S.surface.species.length ? ["gas", "surface"] : []).concat(kinds).map((k) => make("option", { value: k }, k)));
-  for (const id of ["reaction-filter", "reaction-kind", "reaction-units"]) $(id).addEventListener("input", () => { view.shown = 200; show_reactions(); });
+  const refresh = () => { view.shown = 200; show_reactions(); };
+  $("reaction-filter").addEventListener("input", refresh);
+  for (const id of ["reaction-kind", "reaction-units"]) $(id).addEventListener("change", refresh);
   $("more").addEventListener("click", () => { view.shown += 500; show_reactions(); });
   $("worst").addEventListener("click", () => { view.sort = "worst"; view.down = true; show_reactions(); });
   $("clear").addEventListener("click", () => { chosen.clear(); show_reactions(); plot_reactions(); });

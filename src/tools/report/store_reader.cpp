@@ -32,7 +32,7 @@ std::string readable(std::string_view line) {
     if (width == 6) {
       text.replace(at, width, "-99.99");
     } else if (width > 7) {
-      text.replace(at, width, "-9." + std::string(width - 7, '9') + "E+99");
+      text.replace(at, width, message("-9.", std::string(width - 7, '9'), "E+99"));
     } else {
       at += width;
     }

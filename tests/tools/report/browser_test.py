@@ -1,0 +1,262 @@
+#!/usr/bin/env python3
+"""The page of varpre-report in a real browser: browser_test.py REPORT VARPRE ROOT SCREENSHOTS [LIMIT_CASE]
+
+Opens the page of each example, and of a case of limit size where one is given, at two widths; uses the tabs,
+fields and charts as people do, and compares what the page says under the pointer with values computed here.
+"""
+
+import json
+import math
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.ui import Select
+
+PROGRAM, VARPRE, ROOT, SCREENSHOTS = (Path(argument).resolve() for argument in sys.argv[1:5])
+LIMIT_CASE = Path(sys.argv[5]).resolve() if len(sys.argv) > 5 else None
+R = 8.3143
+POWERS = str.maketrans("⁻⁰¹²³⁴⁵⁶⁷⁸⁹", "-0123456789")
+
+
+def browser(width, dark=False):
+    options = webdriver.ChromeOptions()
+    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", f"--window-size={width},1000",
+                     *(["--blink-settings=preferredColorScheme=0"] if dark else [])):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    return webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+
+
+def value(text):
+    """1.234·10⁻⁵, 10⁻⁵ or −12.3 as a number."""
+    factor, _, power = text.replace("−", "-").partition("10") if "·10" in text or re.match(r"^10[⁻⁰¹²³⁴⁵⁶⁷⁸⁹]", text) else (text.replace("−", "-"), "", "")
+    return float(factor.rstrip("·") or 1) * 10.0 ** int(power.translate(POWERS) or 0) if power else float(factor)
+
+
+class Page(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        scratch = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(scratch.cleanup)
+        cls.root = Path(scratch.name)
+        SCREENSHOTS.mkdir(parents=True, exist_ok=True)
+        cls.drivers = {width: browser(width) for width in (1280, 700)}
+        cls.drivers["dark"] = browser(1280, dark=True)
+        for driver in cls.drivers.values():
+            cls.addClassCleanup(driver.quit)
+
+    def run_case(self, source, name=None, edit=None):
+        directory = self.root / (name or source.name)
+        shutil.copytree(source, directory)
+        if edit:
+            file, old, new = edit
+            text = (directory / file).read_text()
+            self.assertIn(old, text)
+            (directory / file).write_text(text.replace(old, new, 1))
+        subprocess.run([VARPRE], cwd=directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        self.addCleanup(shutil.rmtree, directory)
+        return directory
+
+    def open(self, driver, directory, *other):
+        subprocess.run([PROGRAM, directory, *other, "--output", directory / "report.html"], check=True, stdout=subprocess.DEVNULL)
+        began = time.monotonic()
+        driver.get(f"file://{directory}/report.html")
+        driver.find_element(By.CSS_SELECTOR, "html[data-ready=yes]")
+        taken = time.monotonic() - began
+        return json.loads(subprocess.run([PROGRAM, "--json", directory], check=True, capture_output=True).stdout), taken
+
+    def shot(self, driver, name):
+        time.sleep(0.1)
+        driver.save_screenshot(str(SCREENSHOTS / f"{name}.png"))
+
+    def no_errors(self, driver):
+        self.assertEqual(driver.get_log("browser"), [])
+
+    def tab(self, driver, name):
+        driver.find_element(By.ID, f"tab-{name}").click()
+
+    def put(self, driver, field, text):
+        element = driver.find_element(By.ID, field)
+        element.clear()
+        element.send_keys(text)
+
+    def under_pointer(self, driver, figure, dx=0):
+        """What the page says where the pointer stands in a chart: x, and the first value."""
+        canvas = driver.find_element(By.CSS_SELECTOR, f"#{figure} canvas")
+        driver.execute_script("arguments[0].scrollIntoView({block: 'center'})", canvas)
+        ActionChains(driver).move_to_element_with_offset(canvas, dx, -20).perform()
+        time.sleep(0.15)
+        readout = driver.find_element(By.CSS_SELECTOR, f"#{figure} .readout").text
+        x, rest = re.match(r"[^=]+= (\S+) \S*: (.*)", readout).groups()
+        return value(x), [value(part.strip().split(" ")[-1]) for part in re.sub(r" (J|kJ|W|kg|m²|m,).*$", "", rest).split(";")], readout
+
+    @staticmethod
+    def thermo(store, name, T):
+        i = store["gas"]["species"].index(name)
+        t, M = store["gas"]["thermo"][i], store["gas"]["molar_masses"][i]
+        a = t["lower" if T < t["limits"][1] else "upper"]
+        return {"cp": M * sum(a[k] * T ** k for k in range(5)),
+                "h": M * (sum(a[k] * T ** (k + 1) / (k + 1) for k in range(5)) + a[5]),
+                "s": M * (a[0] * math.log(T) + sum(a[k] * T ** k / k for k in range(1, 5)) + a[6])}
+
+    @staticmethod
+    def fit(coefficients, T):
+        return math.exp(sum(c * math.log(T) ** k for k, c in enumerate(coefficients)))
+
+    def test_every_example_at_both_widths(self):
+        for source in sorted((ROOT / "examples").iterdir()):
+            if not (source / "INP").is_file():
+                continue
+            directory = self.run_case(source)
+            for width, driver in self.drivers.items():
+                store, _ = self.open(driver, directory)
+                self.assertIn(f"{len(store['gas']['species'])}\ngas species", driver.find_element(By.ID, "overview").text)
+                self.shot(driver, f"{source.name}-{width}-overview")
+                for tab in ("species", "reactions", "more-data"):
+                    self.tab(driver, tab)
+                    if tab == "reactions":
+                        for row in driver.find_elements(By.CSS_SELECTOR, "#reaction-rows input")[:1]:
+                            driver.execute_script("arguments[0].click()", row)
+                    self.shot(driver, f"{source.name}-{width}-{tab}")
+                small = driver.execute_script("return [...document.querySelectorAll('body *')].filter(e => e.offsetParent && parseFloat(getComputedStyle(e).fontSize) < 12).length")
+                self.assertEqual(small, 0)
+                wide = driver.execute_script("return document.documentElement.scrollWidth - document.documentElement.clientWidth")
+                self.assertLessEqual(wide, 0, f"{source.name} at {width} scrolls sideways")
+                self.no_errors(driver)
+
+    def test_values_of_species_under_the_pointer(self):
+        driver = self.drivers[1280]
+        store, _ = self.open(driver, self.run_case(ROOT / "examples/methane-counterflow"))
+        self.tab(driver, "species")
+        self.put(driver, "species-name", "CO2")
+        self.put(driver, "species-other", "H2O")
+        names = store["gas"]["species"]
+        i, j = names.index("CO2"), names.index("H2O")
+        for dx in (-90, 0, 110):
+            for figure, wanted in [("species-cp", lambda T: self.thermo(store, "CO2", T)["cp"]), ("species-h", lambda T: self.thermo(store, "CO2", T)["h"] / 1000),
+                                   ("species-s", lambda T: self.thermo(store, "CO2", T)["s"]),
+                                   ("species-lambda", lambda T: self.fit(store["transport"]["conductivity"][i], T)),
+                                   ("species-eta", lambda T: self.fit(store["transport"]["viscosity"][i], T)),
+                                   ("species-D", lambda T: self.fit(store["transport"]["diffusion"][max(i, j) * (max(i, j) + 1) // 2 + min(i, j)], T) / 1e5)]:
+                T, (found,), readout = self.under_pointer(driver, figure, dx)
+                self.assertAlmostEqual(found / wanted(T), 1, 3, f"{figure}: {readout}")
+        self.assertIn("Ranges meet at 1000 K; jump there: cp ", driver.find_element(By.ID, "species-about").text)
+        canvas = driver.find_element(By.CSS_SELECTOR, "#species-cp canvas")
+        canvas.send_keys(Keys.ARROW_RIGHT, Keys.ARROW_RIGHT, Keys.PAGE_UP)
+        self.assertIn("T = 475 K: CO2 ", driver.find_element(By.CSS_SELECTOR, "#species-cp .readout").text)
+        driver.execute_script("window.scrollTo(0, 0)")
+        driver.find_element(By.ID, "log-T").click()
+        driver.find_element(By.ID, "log-y").click()
+        self.assertEqual(driver.execute_script("const o = varpreCharts['species-eta'].options.scales; return [o.x.type, o.y.type]"), ["logarithmic"] * 2)
+        self.put(driver, "species-name", "XYZ")
+        self.assertEqual(driver.find_element(By.ID, "species-about").text, "There is no species XYZ.")
+        self.no_errors(driver)
+
+    def reverse_from_equilibrium(self, store, forward, T):
+        g = dn = 0
+        for numbers, sign in ((forward["educts"], -1), (forward["products"], 1)):
+            for n in numbers:
+                if n <= len(store["gas"]["species"]):
+                    t = self.thermo(store, store["gas"]["species"][n - 1], T)
+                    g, dn = g + sign * (t["h"] - T * t["s"]), dn + sign
+        Kc = math.exp(-g / (R * T)) * (1e5 / (R * T)) ** dn
+        return self.k(forward, T) / Kc
+
+    @staticmethod
+    def k(r, T):
+        return r["A"] * T ** r["b"] * math.exp(-r["E"] / (R * T))
+
+    def test_reactions(self):
+        driver = self.drivers[1280]
+        store, _ = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
+        self.tab(driver, "reactions")
+        self.assertTrue(driver.find_element(By.ID, "reaction-count").text.startswith("29 of 29"))
+        self.put(driver, "reaction-filter", "H2 OH")
+        rows = driver.find_elements(By.CSS_SELECTOR, "#reaction-rows tr")
+        equations = [row.find_element(By.CSS_SELECTOR, ".equation").text for row in rows]
+        wanted = [r for r in store["gas_mechanism"]["reactions"] if "reverse" in r and {"H2", "OH"} <= set(re.split(" [+=>] ", r["equation"]))]
+        self.assertEqual(equations, [r["equation"] for r in wanted])
+        Select(driver.find_element(By.ID, "reaction-units")).select_by_value("cgs")
+        cells = driver.find_elements(By.CSS_SELECTOR, "#reaction-rows tr:first-child td")
+        self.assertAlmostEqual(value(cells[3].text) / (1e6 * wanted[0]["A"]), 1, 3)
+        self.assertAlmostEqual(value(cells[5].text) / (wanted[0]["E"] / 1000), 1, 3)
+        box = driver.find_element(By.CSS_SELECTOR, "#reaction-rows tr:first-child input")
+        box.send_keys(Keys.SPACE)
+        self.assertEqual(driver.switch_to.active_element.get_attribute("aria-label"), f"plot {wanted[0]['equation']}")
+        back = store["gas_mechanism"]["reactions"][wanted[0]["reverse"]]
+        x, (forward, stored, equilibrium), readout = self.under_pointer(driver, "rates")
+        for found, computed in ((forward, self.k(wanted[0], 1000 / x)), (stored, self.k(back, 1000 / x)), (equilibrium, self.reverse_from_equilibrium(store, wanted[0], 1000 / x))):
+            self.assertAlmostEqual(found / computed, 1, 2, readout)
+        T, (ratio,), readout = self.under_pointer(driver, "ratios")
+        self.assertAlmostEqual(ratio / (self.k(back, T) / self.reverse_from_equilibrium(store, wanted[0], T)), 1, 2, readout)
+        self.put(driver, "reaction-filter", " ")
+        driver.find_element(By.ID, "worst").click()
+        off = [value(row.find_elements(By.TAG_NAME, "td")[7].text[2:] or "0") for row in driver.find_elements(By.CSS_SELECTOR, "#reaction-rows tr")]
+        self.assertEqual(off, sorted(off, reverse=True))
+        computed = max(max(abs(math.log(self.k(store["gas_mechanism"]["reactions"][r["reverse"]], T) / self.reverse_from_equilibrium(store, r, T))) for T in range(500, 2501, 100))
+                       for r in store["gas_mechanism"]["reactions"] if "reverse" in r and r["form"] == 0)
+        self.assertAlmostEqual(off[0] / math.exp(computed), 1, 2)
+        driver.find_element(By.CSS_SELECTOR, "[data-sort=E]").click()
+        self.no_errors(driver)
+
+    def test_comparison(self):
+        driver = self.drivers[1280]
+        first = self.run_case(ROOT / "examples/hydrogen-ignition")
+        second = self.run_case(ROOT / "examples/hydrogen-ignition", "changed", ("MEC", "3.87000E+04", "7.74000E+04"))
+        self.open(driver, second, first)
+        self.tab(driver, "compare")
+        text = driver.find_element(By.ID, "compare").text
+        self.assertIn("1 change\n", text)
+        self.assertIn("reaction H2 + O = H + OH rate by up to a factor of 2", text)
+        driver.find_element(By.CSS_SELECTOR, "#compare .link").click()
+        _, values, readout = self.under_pointer(driver, "rates")
+        self.assertAlmostEqual(values[0] / values[-1], 2, 2, readout)
+        self.shot(driver, "compare-1280")
+        self.tab(driver, "species")
+        self.assertEqual(driver.execute_script("return varpreCharts['species-cp'].data.datasets.length"), 2)
+        self.no_errors(driver)
+
+    def test_cut_file(self):
+        driver = self.drivers[700]
+        directory = self.run_case(ROOT / "examples/catalytic-methane")
+        text = (directory / "fort.3").read_text().splitlines(keepends=True)
+        for end in (1, 3, 20, 60, 500, 900, 1500, len(text) - 5):
+            (directory / "fort.3").write_text("".join(text[:end]))
+            self.open(driver, directory)
+            self.assertEqual(driver.find_element(By.ID, "state").text, f"read up to line {end + 1}: the file ends here")
+            for tab in ("species", "reactions", "more-data"):
+                self.tab(driver, tab)
+            self.no_errors(driver)
+
+    @unittest.skipUnless(LIMIT_CASE, "no case of limit size was given")
+    def test_limit_case(self):
+        driver = self.drivers[1280]
+        directory = self.run_case(LIMIT_CASE, "limit")
+        store, taken = self.open(driver, directory)
+        self.assertEqual(len(store["gas"]["species"]), 300)
+        size = (directory / "report.html").stat().st_size
+        print(f"limit case: opens in {taken:.2f} s, {size / 1e6:.1f} MB", flush=True)
+        self.assertLess(size, 10e6)
+        self.assertLess(taken, 1.0)
+        self.shot(driver, "limit-1280-overview")
+        for tab in ("species", "reactions"):
+            self.tab(driver, tab)
+            self.shot(driver, f"limit-1280-{tab}")
+        self.assertLessEqual(len(driver.find_elements(By.CSS_SELECTOR, "#reaction-rows tr")), 200)
+        driver.find_element(By.ID, "more").click()
+        self.no_errors(driver)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
