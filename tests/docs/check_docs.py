@@ -624,14 +624,14 @@ def check_links(pages):
 
 
 def check_names(pages):
-    verbs = set(re.findall(r"^verb_(\w+)\(\)", (ROOT / "dev").read_text(), re.M))
+    verbs = set(re.findall(r"^verb_([\w-]+)\(\)", (ROOT / "dev").read_text(), re.M))
     folders = ("src", "tests", "docs", "examples", "bench", "fuzz", "cmake")
     count = 0
     for page in pages:
         if page.name not in ("docs/architecture.md", "README.md", "examples/README.md"):
             continue
         text = "\n".join(page.lines)
-        for verb in re.findall(r"\./dev (\w+)", text):
+        for verb in re.findall(r"\./dev ([\w-]+)", text):
             count += 1
             if verb not in verbs:
                 problem(page.name, f"no such verb: ./dev {verb}")

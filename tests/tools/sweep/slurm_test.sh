@@ -11,6 +11,7 @@ fi
 examples=$1 scratch=$2 local_results=$3
 cores=$(getconf _NPROCESSORS_ONLN)
 ip link set lo up
+ip address add 192.0.2.1/32 dev lo # Slurm listens where an address is that is not 127.*
 hostname sweep-node
 mount -t tmpfs none /run
 mkdir -p /run/munge /run/slurm/spool /run/slurm/state
