@@ -49,7 +49,7 @@ class Random {
 SpeciesName name_of(int species, const CaseSize& size) {
   constexpr std::array<std::string_view, 3> endings{"", "-X", "(A)"};
   const bool filler = species >= size.species;
-  return SpeciesName((filler ? "Z" : "S") + std::to_string(species + 1) +
+  return SpeciesName(std::string(filler ? "Z" : "S") + std::to_string(species + 1) +
                      std::string(endings[static_cast<std::size_t>(species) % endings.size()]));
 }
 
@@ -142,8 +142,8 @@ class MechanismWriter {
 
     const auto side = [&](int one, int two) {
       std::string text(varpre::trimmed(name_of(one, size_).view()));
-      if (pair) text += "+" + std::string(varpre::trimmed(name_of(two, size_).view()));
-      if (with_partner) text += "+" + std::string(varpre::MCOLLI[static_cast<std::size_t>(c)]);
+      if (pair) text.append("+").append(varpre::trimmed(name_of(two, size_).view()));
+      if (with_partner) text.append("+").append(varpre::MCOLLI[static_cast<std::size_t>(c)]);
       return text;
     };
     const double factor = pair ? 1e13 : 1e12;

@@ -56,9 +56,11 @@ function prepare(store) {
     const reverses = is_reverse(mechanism);
     mechanism.reactions.forEach((r, i) => { if (!reverses.has(i)) store.rows.push(r); });
   }
+  // A collision partner's name says nothing: what counts are its efficiencies.
+  const names = (r, list) => list.map((n) => (r.phase === "gas" && n > store.NG ? "M" : store.names[n - 1])).join(" + ");
   const seen = new Map();
   for (const r of store.rows) {
-    const key = r.phase + " " + r.equation;
+    const key = `${r.phase} ${names(r, r.educts)} ${r.reverse === undefined ? ">" : "="} ${names(r, r.products)}`;
     seen.set(key, (seen.get(key) || 0) + 1);
     r.key = key + " #" + seen.get(key);
   }
