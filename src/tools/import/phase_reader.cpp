@@ -257,18 +257,25 @@ class PhaseReader {
     if (!surface) compare_named_partners(phase, mechanism());
   }
 
-  // The solver takes the last species for those that do not react.
+  // The solver takes the last species for those that do not react: behind those which do in the gas phase
+  // come those which do at the surface only, and then the others.
   void put_inert_species_last() {
-    std::set<std::string> reacting;
-    for (const auto* reactions : {&mechanism().gas_reactions, &mechanism().surface_reactions}) {
-      for (const ImportedReaction& reaction : *reactions) {
-        reacting.insert(reaction.educts.begin(), reaction.educts.end());
-        reacting.insert(reaction.products.begin(), reaction.products.end());
+    const auto reacting_in = [](const std::vector<ImportedReaction>& reactions) {
+      std::set<std::string> names;
+      for (const ImportedReaction& reaction : reactions) {
+        names.insert(reaction.educts.begin(), reaction.educts.end());
+        names.insert(reaction.products.begin(), reaction.products.end());
       }
-    }
-    const auto reacts = [&](const ImportedSpecies& species) { return reacting.count(species.name) > 0; };
+      return names;
+    };
+    const std::set<std::string> in_gas = reacting_in(mechanism().gas_reactions);
+    const std::set<std::string> at_surface = reacting_in(mechanism().surface_reactions);
+    const auto rank = [&](const ImportedSpecies& s) {
+      return in_gas.count(s.name) > 0 ? 0 : at_surface.count(s.name) > 0 ? 1 : 2;
+    };
     for (auto* species : {&mechanism().gas, &mechanism().surface}) {
-      std::stable_partition(species->begin(), species->end(), reacts);
+      std::stable_sort(species->begin(), species->end(),
+                       [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
     }
   }
 

@@ -116,11 +116,10 @@ class ReactionReader {
           entry_["type"].place(), message("a rate of the type '", type, "' cannot be held"),
           "elementary, three-body and falloff rates (Lindemann, Troe) are, and sticking coefficients");
     }
-    for (const char* const name : {"orders", "beta", "exchange-current-density-formulation"}) {
-      const Value value = entry_[name];
-      if (value.is_map() && value.members().empty()) continue;
-      if (value) return refuse(value.place(), message("'", name, "' cannot be held"), held_as_coverage(name));
+    for (const char* const name : {"beta", "exchange-current-density-formulation"}) {
+      if (entry_[name]) return refuse(entry_[name].place(), message("'", name, "' cannot be held"));
     }
+    if (!has_orders_of_mass_action()) return false;
     check_names(type);
     const bool is_falloff = type == "falloff";
     if (is_falloff != equation_.in_parentheses) {
@@ -131,25 +130,37 @@ class ReactionReader {
     if (scope_.on_surface && !equation_.partner.empty()) {
       return fail(reaction_.place, "a surface reaction has no collision partner");
     }
-    if (type == "three-body" && equation_.partner.empty() && !is_species_on_both_sides()) {
+    if (type == "three-body" && equation_.partner.empty() &&
+        std::none_of(equation_.educts.begin(), equation_.educts.end(),
+                     [&](const std::string& name) { return is_on_both_sides(name); })) {
       return fail(reaction_.place, "a three-body reaction has a collision partner on both sides");
     }
     return !is_falloff || !import_.options.no_falloff ||
            refuse(reaction_.place, "a falloff reaction, which --no-falloff refuses");
   }
 
-  std::string_view held_as_coverage(std::string_view name) const {
-    const bool possible = name == "orders" && scope_.on_surface;
-    return possible
-               ? "an order of a surface species can be written by hand: a \"$\" record with the order less the coefficient, "
-                 "and A times the site density to the power of that"
-               : "";
+  // An order may be given that the species has anyway.
+  bool has_orders_of_mass_action() {
+    for (const auto& [name, place, value] : entry_["orders"].members()) {
+      const auto order = value.number();
+      if (!order) return false;
+      const auto counts = std::count(equation_.educts.begin(), equation_.educts.end(), name);
+      if (*order == static_cast<double>(counts)) continue;
+      return refuse(
+          place, message("the order ", *order, " of ", name, " cannot be held"),
+          scope_.on_surface
+              ? "an order of a surface species can be written by hand: a \"$\" record with the order less the coefficient, "
+                "and A times the site density to the power of that"
+              : "");
+    }
+    return true;
   }
 
-  bool is_species_on_both_sides() const {
-    return std::any_of(equation_.educts.begin(), equation_.educts.end(), [&](const std::string& name) {
-      return std::count(equation_.products.begin(), equation_.products.end(), name) > 0;
-    });
+  bool is_on_both_sides(const std::string& name) const {
+    const auto is_among = [&](const std::vector<std::string>& names) {
+      return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    return is_among(equation_.educts) && is_among(equation_.products);
   }
 
   void check_names(const std::string& type) const {
@@ -160,8 +171,8 @@ class ReactionReader {
                           "exchange-current-density-formulation", "note", "id"});
     } else if (type == "falloff") {
       entry_.check_names({"equation", "type", "duplicate", "orders", "high-P-rate-constant",
-                          "low-P-rate-constant", "Troe", "SRI", "Tsang", "efficiencies", "default-efficiency",
-                          "negative-orders", "nonreactant-orders", "note", "id"});
+                          "low-P-rate-constant", "negative-A", "Troe", "SRI", "Tsang", "efficiencies",
+                          "default-efficiency", "negative-orders", "nonreactant-orders", "note", "id"});
     } else {
       entry_.check_names({"equation", "type", "duplicate", "orders", "rate-constant", "negative-A",
                           "efficiencies", "default-efficiency", "negative-orders", "nonreactant-orders",
@@ -189,12 +200,10 @@ class ReactionReader {
   bool read_efficiencies() {
     const Value named = entry_["efficiencies"];
     const Value usual = entry_["default-efficiency"];
-    if (equation_.partner.empty()) return no_efficiencies_needed(named, usual);
+    if (equation_.partner != "M" && !no_efficiencies_needed(named, usual)) return false;
+    if (equation_.partner.empty()) return true;
     Efficiencies efficiencies;
     if (equation_.partner != "M") {
-      if (named || usual)
-        return refuse((named ? named : usual).place(),
-                      "efficiencies beside a named collision partner cannot be held");
       reaction_.efficiencies = Efficiencies{0, {{equation_.partner, 1}}};
       return true;
     }
@@ -217,18 +226,17 @@ class ReactionReader {
     return true;
   }
 
-  // A species of the equation is the partner: that needs no more words than the equation has.
+  // A species is the partner: that needs no more words than the equation has.
   bool no_efficiencies_needed(const Value& named, const Value& usual) {
     bool none = true;
     for (const auto& [name, place, value] : named.members()) {
       const auto efficiency = value.number();
-      const bool is_partner = std::count(equation_.educts.begin(), equation_.educts.end(), name) > 0 &&
-                              std::count(equation_.products.begin(), equation_.products.end(), name) > 0;
+      const bool is_partner = equation_.partner.empty() ? is_on_both_sides(name) : name == equation_.partner;
       none = none && efficiency && *efficiency == 1 && is_partner;
     }
     const bool of_others = usual && (!named || usual.number() != 0);
     if (none && !of_others) return true;
-    return refuse(named ? named.place() : usual.place(),
+    return refuse((named ? named : usual).place(),
                   "efficiencies without the collision partner M cannot be held");
   }
 
@@ -306,6 +314,11 @@ class ReactionReader {
     if (rate->b != 0 || rate->E != 0) {
       return refuse(entry_["sticking-coefficient"].place(),
                     "a sticking coefficient that depends on the temperature cannot be held");
+    }
+    if (rate->A > 1) {
+      import_.findings.warning(entry_["sticking-coefficient"].place(),
+                               message("the sticking coefficient is ", rate->A),
+                               "of the molecules that meet the surface no more than all can stick");
     }
     const Value own = entry_["Motz-Wise"];
     const bool corrected = own ? own.boolean().value_or(false) : scope_.Motz_Wise;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <set>
 #include <stdexcept>
+#include <yaml-cpp/depthguard.h>
 
 #include "textio/channel/file.h"
 
@@ -80,25 +82,23 @@ std::vector<Value::Member> Value::members() const {
     findings_->error(place(), "a mapping of names to values is due here");
     return list;
   }
+  std::set<std::string> seen;
   for (const auto& member : node_) {
     const Value name = inner(member.first);
     if (!name.is_scalar()) {
       findings_->error(name.place(), "a name is due here");
-    } else {
-      list.push_back({name.text(), name.place(), inner(member.second)});
+      continue;
     }
+    if (!seen.insert(name.text()).second)
+      findings_->error(name.place(), message("'", name.text(), "' is given twice"));
+    list.push_back({name.text(), name.place(), inner(member.second)});
   }
   return list;
 }
 
 void Value::check_names(std::initializer_list<const char*> known) const {
-  std::vector<std::string> seen;
   for (const Member& member : members()) {
     const auto is_name = [&](const auto& name) { return member.name == name; };
-    if (std::any_of(seen.begin(), seen.end(), is_name)) {
-      findings_->error(member.place, message("'", member.name, "' is given twice"));
-    }
-    seen.push_back(member.name);
     if (member.name == "units" || std::any_of(known.begin(), known.end(), is_name)) continue;
     findings_->warning(member.place, message("'", member.name, "' is not known here and was not read"), [&] {
       return Nearest(member.name).offer_all(std::vector<std::string_view>(known.begin(), known.end())).help();
@@ -198,9 +198,12 @@ Value YamlFiles::open(const std::string& path, const Place& named) {
     const std::vector<YAML::Node> documents = YAML::LoadAll(file->text.text);
     if (documents.size() == 1 && documents.front().IsMap()) {
       file->root = Value(documents.front(), &file->text, {}, findings_);
+      file->root.members();  // of which none comes twice
     } else {
       findings_.error({&file->text}, "the file is no mapping of sections");
     }
+  } catch (const YAML::DeepRecursion& error) {
+    findings_.error(place_of_mark(&file->text, error.mark), "this is nested too deeply");
   } catch (const YAML::Exception& error) {
     findings_.error(place_of_mark(&file->text, error.mark), message("this is no YAML: ", error.msg));
   } catch (const std::runtime_error& error) {

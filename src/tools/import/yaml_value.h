@@ -39,10 +39,10 @@ class Value {
   Value require(const char* key) const;
   // The items of a list, a first one that sets units left out; none, after an error, of anything else.
   std::vector<Value> items() const;
-  // The members of a mapping in their order, with their names.
+  // The members of a mapping in their order, with their names; reports names given twice.
   struct Member;
   std::vector<Member> members() const;
-  // Reports members of other names than these, and names given twice.
+  // Reports members of other names than these, too.
   void check_names(std::initializer_list<const char*> known) const;
 
   std::optional<std::string> string() const;

@@ -150,8 +150,12 @@ class Import(unittest.TestCase):
         wise = self.run_import(mechanism(more=reactions.splitlines()[0] + "\n- {equation: O + PT(S) => O(S), Motz-Wise: true, sticking-coefficient: [0.75, 0, 0]}\n" + SITES,
                                          phase=PHASE + SURFACE), "--surface", "pt")
         self.assertIn(" 0.75 ", wise.MEC)
+        only_there = self.run_import(mechanism(more="on-pt:\n- {equation: O2 + 2 PT(S) => 2 O(S), sticking-coefficient: [1.5, 0, 0]}\n" + SITES,
+                                               phase=PHASE + SURFACE), "--surface", "pt")
+        self.assertNotIn("stand before others", only_there.stderr)  # O2 comes behind what reacts in the gas
+        self.assertIn("the sticking coefficient is 1.5", only_there.stderr)
         for text, says in [("- {equation: O + PT(S) => O(S), sticking-coefficient: [1.0, 0.5, 0]}", "depends on the temperature"),
-                           ("- {equation: O + PT(S) => O(S), rate-constant: [1.0, 0.5, 0], orders: {PT(S): 2}}", "'orders' cannot be held"),
+                           ("- {equation: O + PT(S) => O(S), rate-constant: [1.0, 0.5, 0], orders: {PT(S): 2}}", "the order 2 of PT(S) cannot be held"),
                            ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, 1], H(S): [0, 0, 1]}}", "second species"),
                            ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, [1, 2, 0, 0]]}}", "a polynomial"),
                            ("- {equation: 4 O + 3 PT(S) => 4 O(S), rate-constant: [1, 0, 0]}", "more than six")]:
@@ -176,7 +180,7 @@ class Import(unittest.TestCase):
                 ("equation: H + OH = H2O, type: Blowers-Masel, rate-constant: [1, 0, 0, 0]", "type 'Blowers-Masel'"),
                 ("equation: H + OH = H2O, type: two-temperature-plasma, rate-constant: [1, 0, 0, 0]", "type 'two-temperature-plasma'"),
                 ("equation: 0.5 O2 + H2 => H2O, rate-constant: [1, 0, 0]", "coefficient 0.5"),
-                ("equation: 2 H2 + O2 => 2 H2O, rate-constant: [1, 0, 0], orders: {H2: 1}", "'orders' cannot be held"),
+                ("equation: 2 H2 + O2 => 2 H2O, rate-constant: [1, 0, 0], orders: {H2: 1}", "the order 1 of H2 cannot be held"),
                 ("equation: 4 H + 2 O => 2 H2O, rate-constant: [1, 0, 0]", "more than three")]:
             self.refused(mechanism(f"{PLAIN}- {{{form}}}\n"), says=says, left_out="reaction " + form[10:form.index(",")])
         for thermo, says in [("{model: NASA9, temperature-ranges: [200, 1000], data: [[0, 0, 0, 0, 0, 0, 0, 0, 0]]}", "model 'NASA9'"),
@@ -278,6 +282,19 @@ class Import(unittest.TestCase):
         result = self.good(mechanism(PLAIN.replace("OH,", "OH, duplicate: true,") + negative))
         self.assertEqual(result.MEC.count("! dup"), 2)
         self.refused(mechanism(negative.replace("negative-A: true, ", "")), says="A is negative")
+
+    def test_names_given_twice_are_refused(self):
+        partner = "- {equation: 2 O + M = O2 + M, rate-constant: [1e17, 0, 0], efficiencies: {AR: 2, AR: 3}}\n"
+        for text, name in [(mechanism(partner), "AR"), (mechanism(gas=GAS + [species("X", "{C: 1, C: 2}")]), "C"), (mechanism() + "reactions: []\n", "reactions"),
+                           (mechanism(phase=PHASE.replace("O2: 1}", "O2: 1, O2: 3}")), "O2"), (mechanism(PLAIN.replace("b: 2.7", "b: 2.7, b: 2.8")), "b")]:
+            self.refused(text, says=f"'{name}' is given twice")
+
+    def test_what_changes_nothing_comes_in(self):
+        rates = "type: falloff, high-P-rate-constant: [1e13, 0, 0], low-P-rate-constant: [1e18, 0, 0]"
+        for reaction in ("equation: O + H2 => H + OH, rate-constant: [1e10, 0, 0], orders: {O: 1, H2: 1.0}", f"equation: 2 O (+AR) = O2 (+AR), {rates}, efficiencies: {{AR: 1}}",
+                         "equation: 2 O + AR = O2 + AR, type: three-body, rate-constant: [1e17, 0, 0], efficiencies: {AR: 1.0}, default-efficiency: 0"):
+            self.assertEqual(self.run_import(mechanism(f"- {{{reaction}}}\n")).returncode, 0, reaction)
+            self.refused(mechanism(f"- {{{reaction.replace('H2: 1.0', 'H2: 1.5').replace('AR: 1', 'AR: 2')}}}\n"), says="cannot be held")
 
     def test_files_are_never_written_over(self):
         first = self.run_import(mechanism())
