@@ -71,7 +71,7 @@ class Group:
         """The verdicts of some cases that have just been run."""
         directories = [os.path.join("results", case["name"]) for case in cases]
         checked = subprocess.run(["varpre-check", "--json", "--jobs", "1", *directories], stdout=subprocess.PIPE, text=True)
-        for case, line in zip(cases, checked.stdout.splitlines()):
+        for case, line in zip(cases, checked.stdout.splitlines(), strict=True):
             verdict = json.loads(line)
             directory = Path("results") / case["name"]
             errors = [f for f in verdict.get("findings", []) if f["severity"] == "error"]
