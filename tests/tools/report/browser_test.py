@@ -225,6 +225,9 @@ class Page(unittest.TestCase):
         self.shot(driver, "compare-1280")
         self.tab(driver, "species")
         self.assertEqual(driver.execute_script("return varpreCharts['species-cp'].data.datasets.length"), 2)
+        self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition", "renamed", ("MEC", "M'''''", "M*****")), first)
+        self.tab(driver, "compare")
+        self.assertIn("0 changes\n", driver.find_element(By.ID, "compare").text)  # the name of a partner says nothing
         self.no_errors(driver)
 
     def test_cut_file(self):
