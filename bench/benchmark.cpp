@@ -217,8 +217,9 @@ struct Prepared {
   explicit Prepared(const CaseSize& wanted) : size(wanted), data(generate(wanted)) {
     fill(files, data);
     varpre::run(files);  // leaves the filtered copies
-    const varpre::SpeciesList list = varpre::GENSYM(varpre::sections::gas_species, files.conditions_copy,
-                                                    listing, species->view(0, varpre::NSMAX));
+    const varpre::SpeciesList list =
+        varpre::GENSYM(varpre::sections::named("the gas-phase species list"), files.conditions_copy, listing,
+                       species->view(0, varpre::NSMAX));
     view = species->view(0, list.NS);
     const bool found = varpre::GENTHE(files.thermo_copy, listing, view, false) &&
                        varpre::ELECOM(view, elements, listing) &&

@@ -8,9 +8,9 @@
 #include <span>
 #include <vector>
 
+#include "files/limits.h"
 #include "mechanism/reaction.h"
 #include "textio/findings/record_findings.h"
-#include "thermo/limits.h"
 
 namespace varpre_bench {
 namespace {

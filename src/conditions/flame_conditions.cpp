@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "conditions/keyword_records.h"
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {
@@ -121,8 +121,8 @@ bool take_condition(const KeywordRecord<4>& record, const Place& heading, const 
   if (found == keywords.end()) {
     Nearest nearest(word);
     for (const ConditionKeyword& k : keywords) nearest.offer(k.word);
-    report_unknown_keyword(sections::flame_conditions, heading, word, "keyword", nearest, {6, 10}, NFICON,
-                           MSGFIL.findings);
+    report_unknown_keyword(sections::named("the flame conditions"), heading, word, "keyword", nearest,
+                           {6, 10}, NFICON, MSGFIL.findings);
     return report(word, MSGFIL);
   }
   if (!value_is_readable(record.result, word, record.value, {6, 10, found->unit}, NFICON, MSGFIL.findings)) {
@@ -138,7 +138,7 @@ bool take_condition(const KeywordRecord<4>& record, const Place& heading, const 
 
 // Takes the keyword records up to END and checks that the required ones are there; false after the message.
 bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& lines) {
-  const Place heading = heading_place(sections::flame_conditions, NFICON);
+  const Place heading = heading_place(sections::named("the flame conditions"), NFICON);
   const auto ends = [](const Text<4>& word) { return word.view() == "END "; };
   const auto take = [&](const KeywordRecord<4>& record) {
     return take_condition(record, heading, NFICON, MSGFIL, VCOND, lines);
@@ -146,7 +146,7 @@ bool read_conditions(Input& NFICON, Listing& MSGFIL, Values& VCOND, Places& line
   const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);
   if (end == SectionEnd::end_of_file) {
     write<"(/,5X,'NO END OF CONDITIONS')">(MSGFIL);
-    report_not_closed(sections::flame_conditions, heading, MSGFIL.findings);
+    report_not_closed(sections::named("the flame conditions"), heading, MSGFIL.findings);
   }
   if (end != SectionEnd::closed) return false;
   for (std::size_t i = 0; i < keywords.size(); ++i) {
@@ -241,9 +241,9 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   Places lines{};
   std::transform(keywords.begin(), keywords.end(), VCOND.begin(),
                  [](const ConditionKeyword& k) { return k.standard; });
-  if (const Heading heading = find_section(sections::flame_conditions, NFICON); !heading) {
+  if (const Heading heading = find_section(sections::named("the flame conditions"), NFICON); !heading) {
     write<"('1',5X,' No Heading for conditions found: ',6A4)">(MSGFIL, pieces<4, 6>(heading.record));
-    report_missing(sections::flame_conditions, NFICON, MSGFIL.findings);
+    report_missing(sections::named("the flame conditions"), NFICON, MSGFIL.findings);
     return false;
   }
   if (!read_conditions(NFICON, MSGFIL, VCOND, lines)) return false;

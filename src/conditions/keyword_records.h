@@ -2,8 +2,8 @@
 
 #include <string_view>
 
+#include "files/section_findings.h"
 #include "textio/findings/record_findings.h"
-#include "thermo/section_findings.h"
 
 // Sections made of records with a keyword and a value, up to an END record.
 namespace varpre {

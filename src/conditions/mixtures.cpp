@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "conditions/keyword_records.h"
+#include "files/store_records.h"
 #include "textio/channel/run_stop.h"
-#include "textio/channel/store_records.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_functions.h"
 

@@ -3,10 +3,10 @@
 #include <array>
 #include <string_view>
 
+#include "files/sections.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "thermo/elements.h"
-#include "thermo/sections.h"
 #include "thermo/species.h"
 
 namespace varpre {

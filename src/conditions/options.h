@@ -4,11 +4,11 @@
 #include <optional>
 #include <string_view>
 
+#include "files/limits.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
-#include "thermo/limits.h"
 
 namespace varpre {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "conditions/keyword_records.h"
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 #include "thermo/species.h"
 
 namespace varpre {
@@ -54,7 +54,7 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
   for (;;) {
     std::array<SpeciesName, 7> record;
     if (!read<"(7(A8,1X))">(NFICON, record)) {
-      report_not_closed(sections::particle_names, heading, findings);
+      report_not_closed(sections::named("the names of the particle data"), heading, findings);
       return false;
     }
     if (record[0].first(3) == "END") return true;
@@ -69,11 +69,11 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
 
 // Grid size and list of the section, up to the heading of the fractions.
 bool read_section(Input& NFICON, Particles& particles, Findings& findings) {
-  return find_part(sections::particle_data, NFICON, findings) &&
+  return find_part(sections::named("the particle data"), NFICON, findings) &&
          read_grid_size(NFICON, particles, findings) &&
-         find_part(sections::particle_names, NFICON, findings) &&
+         find_part(sections::named("the names of the particle data"), NFICON, findings) &&
          read_names(NFICON, particles.names, findings) &&
-         find_part(sections::particle_fractions, NFICON, findings);
+         find_part(sections::named("the particle fractions"), NFICON, findings);
 }
 
 // Takes a fraction; false, some with a message of their own, at an error.
@@ -83,9 +83,9 @@ bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const I
   const auto found = std::find(particles.names.begin(), particles.names.end(), name);
   if (found == particles.names.end()) {
     write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
-    report_unknown_keyword(sections::particle_fractions, heading, name.view(), "particle species",
-                           Nearest(name.view()).offer_all(particles.names), {10, 10}, NFICON,
-                           MSGFIL.findings);
+    report_unknown_keyword(sections::named("the particle fractions"), heading, name.view(),
+                           "particle species", Nearest(name.view()).offer_all(particles.names), {10, 10},
+                           NFICON, MSGFIL.findings);
     return false;
   }
   if (!value_is_readable(result, name.view(), value, {10, 10}, NFICON, MSGFIL.findings)) return false;
@@ -103,7 +103,7 @@ bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const I
 
 // Takes the fraction records up to END; false after the finding.
 bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
-  const Place heading = heading_place(sections::particle_fractions, NFICON);
+  const Place heading = heading_place(sections::named("the particle fractions"), NFICON);
   particles.XPA.assign(particles.names.size(), 0.0);
   const auto ends = [](const SpeciesName& name) { return name.first(3) == "END"; };
   const auto take = [&](const KeywordRecord<8>& record) {
@@ -111,7 +111,7 @@ bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
   };
   const SectionEnd end = read_keyword_records<"(A8,1X,E10.2)", 8>(NFICON, ends, take);
   if (end == SectionEnd::end_of_file) {
-    report_not_closed(sections::particle_fractions, heading, MSGFIL.findings);
+    report_not_closed(sections::named("the particle fractions"), heading, MSGFIL.findings);
   }
   return end == SectionEnd::closed;
 }

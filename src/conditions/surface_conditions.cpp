@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "conditions/keyword_records.h"
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 
 namespace varpre {
 namespace {
@@ -62,8 +62,8 @@ bool take_property(const KeywordRecord<8>& record, const Place& heading, const I
     write<"(1X,5X,'WRONG SYMBOL IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
     Nearest nearest(word.view());
     for (const Property& p : properties) nearest.offer(p.word);
-    report_unknown_keyword(sections::surface_conditions, heading, word.view(), "keyword", nearest, {10, 11},
-                           NFICON, MSGFIL.findings);
+    report_unknown_keyword(sections::named("the surface conditions"), heading, word.view(), "keyword",
+                           nearest, {10, 11}, NFICON, MSGFIL.findings);
     return false;
   }
   if (!result) write<"(1X,5X,'WRONG VALUE IN SURF. CONDITIONS : ',A8)">(MSGFIL, word);
@@ -85,7 +85,7 @@ bool read_values(Input& NFICON, const Place& heading, Listing& MSGFIL, Values& v
   const SectionEnd end = read_keyword_records<"(A8,1X,E11.4)", 8>(NFICON, ends, take);
   if (end == SectionEnd::end_of_file) {
     write<"(6X,'NO END OF SURFACE CONDITIONS')">(MSGFIL);
-    report_not_closed(sections::surface_conditions, heading, MSGFIL.findings);
+    report_not_closed(sections::named("the surface conditions"), heading, MSGFIL.findings);
   }
   return end == SectionEnd::closed;
 }
@@ -109,14 +109,14 @@ bool given_once(std::size_t i, const Values& values, const Place& heading, Listi
 }  // namespace
 
 bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  if (const Heading found = find_section(sections::surface_conditions, NFICON); !found) {
+  if (const Heading found = find_section(sections::named("the surface conditions"), NFICON); !found) {
     write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, Text<72>(found.record));
-    report_missing(sections::surface_conditions, NFICON, MSGFIL.findings);
+    report_missing(sections::named("the surface conditions"), NFICON, MSGFIL.findings);
     return false;
   }
   Values values{};
   for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;
-  const Place heading = heading_place(sections::surface_conditions, NFICON);
+  const Place heading = heading_place(sections::named("the surface conditions"), NFICON);
   if (!read_values(NFICON, heading, MSGFIL, values)) return false;
 
   for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, heading, MSGFIL);

@@ -8,7 +8,7 @@
 
 #include "conditions/keyword_records.h"
 #include "conditions/options.h"
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 
 namespace varpre {
 namespace {
@@ -55,11 +55,11 @@ constexpr std::ptrdiff_t weight_record =
 
 // Reads the option entries up to the END record, its own other entries included; false after the message.
 bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
-  const Place heading = heading_place(sections::two_dimensional_options, NFICON);
+  const Place heading = heading_place(sections::named("the two-dimensional options"), NFICON);
   for (OptionRecord record;;) {
     if (!read_option_record(NFICON, MSGFIL.findings, record)) {
       write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
-      report_not_closed(sections::two_dimensional_options, heading, MSGFIL.findings);
+      report_not_closed(sections::named("the two-dimensional options"), heading, MSGFIL.findings);
       return false;
     }
     if (entries.size() + record.size() > NUMOPT) {
@@ -116,7 +116,7 @@ auto parameter_of(std::string_view word) {
 // Warns when it is not END that ends the section.
 void warn_of_other_end(std::string_view word, const Place& heading, const Input& NFICON, Findings& findings) {
   if (word.starts_with("END")) return;
-  if (report_heading_inside(sections::two_dimensional_input, heading, NFICON, findings,
+  if (report_heading_inside(sections::named("the two-dimensional parameters"), heading, NFICON, findings,
                             Findings::Severity::warning)) {
     return;
   }
@@ -129,7 +129,7 @@ void warn_of_other_end(std::string_view word, const Place& heading, const Input&
 
 // Takes the keyword records up to the first other one; false after the message.
 bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
-  const Place heading = heading_place(sections::two_dimensional_input, NFICON);
+  const Place heading = heading_place(sections::named("the two-dimensional parameters"), NFICON);
   std::array<Place, parameters.size()> places;
   const auto ends = [&](const Text<4>& word) {
     if (parameter_of(word.view()) != parameters.end()) return false;
@@ -151,7 +151,7 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
   const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);
   if (end == SectionEnd::end_of_file) {
     write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
-    report_not_closed(sections::two_dimensional_input, heading, MSGFIL.findings);
+    report_not_closed(sections::named("the two-dimensional parameters"), heading, MSGFIL.findings);
   }
   return end == SectionEnd::closed;
 }
@@ -187,9 +187,9 @@ std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
 }  // namespace
 
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  if (!find_section(sections::two_dimensional_options, NFICON)) {
+  if (!find_section(sections::named("the two-dimensional options"), NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
-    report_missing(sections::two_dimensional_options, NFICON, MSGFIL.findings);
+    report_missing(sections::named("the two-dimensional options"), NFICON, MSGFIL.findings);
     return;
   }
   write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
@@ -200,9 +200,9 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   write<"(3X,'2DOptions : ')">(MSGFIL);
   list_options(N2TOPT, IOPT2, MSGFIL);
 
-  if (!find_section(sections::two_dimensional_input, NFICON)) {
+  if (!find_section(sections::named("the two-dimensional parameters"), NFICON)) {
     write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
-    report_missing(sections::two_dimensional_input, NFICON, MSGFIL.findings);
+    report_missing(sections::named("the two-dimensional parameters"), NFICON, MSGFIL.findings);
     return;
   }
   ParameterValues values{};

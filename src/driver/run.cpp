@@ -12,15 +12,15 @@
 #include "conditions/two_dimensional_options.h"
 #include "driver/prefilter.h"
 #include "driver/unread_text.h"
+#include "files/section_findings.h"
+#include "files/store_records.h"
 #include "mechanism/collision_efficiencies.h"
 #include "mechanism/complex_reactions.h"
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
 #include "textio/channel/run_stop.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/elements.h"
-#include "thermo/section_findings.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"
 #include "transport/transport_data.h"
@@ -91,8 +91,8 @@ class Sequence {
     read_surface_mechanism();
     read_particle_species();
     read_further_reactions();
-    const auto left = read_mixture(0, sections::left_mixture);
-    const auto right = read_mixture(1, sections::right_mixture);
+    const auto left = read_mixture(0, sections::named("the mixture on the left"));
+    const auto right = read_mixture(1, sections::named("the mixture on the right"));
     compare_mixtures(*left, *right, NGAS, surface(), MSGFIL.findings);
     read_flame_conditions();
     write<store_records::flags>(NFISTO, all().IFLAG);
@@ -139,9 +139,10 @@ class Sequence {
 
   void read_gas_species() {
     begin("the gas-phase species");
-    const SpeciesList list = GENSYM(sections::gas_species, NFICON, MSGFIL, places_after(0));
+    const SpeciesList list =
+        GENSYM(sections::named("the gas-phase species list"), NFICON, MSGFIL, places_after(0));
     separator();
-    if (!list.heading) report_missing(sections::gas_species, NFICON, MSGFIL.findings);
+    if (!list.heading) report_missing(sections::named("the gas-phase species list"), NFICON, MSGFIL.findings);
     check(!list.absent);
     NGAS = list.NS;
     // Between here and the next check other stages run: a failure is kept until then.
@@ -151,16 +152,17 @@ class Sequence {
 
   void read_surface_species() {
     begin("the surface species");
-    const SpeciesList list = GENSYM(sections::surface_species, NFICON, MSGFIL, places_after(NGAS));
+    const SpeciesList list =
+        GENSYM(sections::named("the surface species list"), NFICON, MSGFIL, places_after(NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
       if (!list.heading && IOPT(SOLID) != 1) {
-        warn_of_use_without(sections::surface_species, sections::surface_conditions, NFICON, NFICON,
-                            MSGFIL.findings);
+        warn_of_use_without(sections::named("the surface species list"),
+                            sections::named("the surface conditions"), NFICON, NFICON, MSGFIL.findings);
       }
       if (!list.heading) {
-        warn_of_use_without(sections::surface_species, sections::surface_mechanism, NFICON, NFIMEC,
-                            MSGFIL.findings);
+        warn_of_use_without(sections::named("the surface species list"),
+                            sections::named("the surface mechanism"), NFICON, NFIMEC, MSGFIL.findings);
       }
     } else {
       NSURF = list.NS;
@@ -219,7 +221,8 @@ class Sequence {
 
   void read_particle_species() {
     begin("the particle species list");
-    const SpeciesList list = GENSYM(sections::particle_species, NFICON, MSGFIL, places_after(NGAS + NSURF));
+    const SpeciesList list =
+        GENSYM(sections::named("the particle species list"), NFICON, MSGFIL, places_after(NGAS + NSURF));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
     } else {

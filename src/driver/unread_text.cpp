@@ -1,7 +1,7 @@
 #include "driver/unread_text.h"
 
 #include <algorithm>
-#include <array>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,8 +10,8 @@
 #include "conditions/options.h"
 #include "conditions/surface_conditions.h"
 #include "conditions/two_dimensional_options.h"
+#include "files/section_findings.h"
 #include "textio/record/number_format.h"
-#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -69,11 +69,11 @@ class HeadingsRead {
  public:
   explicit HeadingsRead(const Input& copy) : copy_(copy) {}
 
-  // 0: none did.
-  int operator()(const Section& section) {
+  // Of a section, by its content; 0: none did.
+  int operator()(std::string_view content) {
     if (!known_) look_up();
-    const auto found = std::find(sections::all.begin(), sections::all.end(), &section);
-    return records_.begin()[found - sections::all.begin()];
+    const auto found = records_.find(content);
+    return found == records_.end() ? 0 : found->second;
   }
 
  private:
@@ -81,24 +81,24 @@ class HeadingsRead {
     known_ = true;
     copy_.for_each_record([&](int record, std::string_view text) {
       if (!copy_.is_read(record)) return;
-      for (std::size_t i = 0; i < records_.size(); ++i) {
-        if (records_[i] == 0 && sections::all[i]->opens_with(text)) records_[i] = record;
+      for (const Section& section : sections::all) {
+        if (section.opens_with(text)) records_.emplace(section.content, record);
       }
     });
   }
 
   const Input& copy_;
   bool known_ = false;
-  std::array<int, sections::all.size()> records_{};
+  std::map<std::string_view, int> records_;  // by the content of the section
 };
 
 // Whether a record was named already as the heading of a section that is missing.
 bool is_misspelt_heading(std::string_view text, HeadingsRead& heading_read, std::uint8_t file) {
   constexpr std::size_t most_words = 3;
   if (words_of(text).size() > most_words) return false;
-  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return (s->files & file) != 0 && s->absence != Section::Absence::is_usual && may_mean(*s, text) &&
-           heading_read(*s) == 0;
+  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+    return (s.files & file) != 0 && s.absence != Section::Absence::is_usual && may_mean(s, text) &&
+           heading_read(s.content) == 0;
   });
 }
 
@@ -134,27 +134,6 @@ int last_read(const Input& copy) {
   return last;
 }
 
-// A section that an option asks for, and the one at the head of its group.
-struct OptionalSection {
-  const Section* section;
-  const Section* head;
-  std::string_view condition;
-};
-constexpr std::string_view asks_for_particles = "option 'Impuls -5' asks for particle data";
-constexpr std::string_view asks_for_two_dimensions = "option 'PLN2D 1' asks for the two-dimensional sections";
-constexpr std::array<OptionalSection, 5> optional_sections{
-    {{&sections::particle_data, &sections::particle_data, asks_for_particles},
-     {&sections::particle_names, &sections::particle_data, asks_for_particles},
-     {&sections::particle_fractions, &sections::particle_data, asks_for_particles},
-     {&sections::two_dimensional_options, &sections::two_dimensional_options, asks_for_two_dimensions},
-     {&sections::two_dimensional_input, &sections::two_dimensional_options, asks_for_two_dimensions}}};
-
-const OptionalSection* optional_section(const Section* section) {
-  const auto found = std::find_if(optional_sections.begin(), optional_sections.end(),
-                                  [&](const OptionalSection& s) { return s.section == section; });
-  return found == optional_sections.end() ? nullptr : &*found;
-}
-
 // The END before a stretch, which explains it.
 std::string end_before(const Stretch& stretch, const Input& copy) {
   if (stretch.before == 0) return {};
@@ -168,16 +147,15 @@ void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read,
   const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
   const int first = copy.origin(stretch.first).line;
   const int last = copy.origin(stretch.last).line;
-  const int earlier = stretch.section == nullptr ? 0 : heading_read(*stretch.section);
+  const int earlier = stretch.section == nullptr ? 0 : heading_read(stretch.section->content);
   if (earlier > 0) {
     findings.warning(place, message("'", stretch.section->heading, "' stands already in line ",
                                     copy.origin(earlier).line, "; this one is ignored"));
     return;
   }
-  const OptionalSection* const optional = optional_section(stretch.section);
-  if (optional != nullptr && heading_read(*optional->head) > 0)
-    return;  // its group was given up, which was reported
-  const std::string help = optional != nullptr ? std::string(optional->condition) : end_before(stretch, copy);
+  const bool optional = stretch.section != nullptr && !stretch.section->asked_for_by.empty();
+  if (optional && heading_read(stretch.section->behind) > 0) return;  // it was given up, which was reported
+  const std::string help = optional ? std::string(stretch.section->asked_for_by) : end_before(stretch, copy);
   if (first == last) {
     findings.warning(place, message("line ", first, " is read by no section"), help);
   } else {
@@ -194,8 +172,7 @@ void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const S
                          bool surface, Findings& findings) {
   HeadingsRead heading_read(copy);
   for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
-    const bool without_species = !surface && (stretch.section == &sections::surface_conditions ||
-                                              stretch.section == &sections::surface_mechanism);
+    const bool without_species = !surface && stretch.section != nullptr && stretch.section->of_surface;
     if (!without_species && !stretch.misspelt) warn(stretch, copy, heading_read, findings);
   }
 }

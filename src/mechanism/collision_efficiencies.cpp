@@ -4,17 +4,19 @@
 #include <string>
 #include <vector>
 
+#include "files/section_findings.h"
+#include "files/store_records.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
 #include "textio/record/numbered.h"
-#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
+
+constexpr const Section& efficiencies_section = sections::named("the collision efficiencies");
 
 constexpr int most_species = 15;  // of one block
 constexpr std::string_view delimiter_characters = "=+";
@@ -55,8 +57,8 @@ struct Table {
 
 // Stands behind the heading and a record TROE; false when the heading, or any record behind it, is missing.
 bool find_heading(Input& input, Table& table) {
-  if (!find_section(sections::efficiencies, input)) return false;
-  table = {.input = &input, .heading = heading_place(sections::efficiencies, input), .cut_text = {}};
+  if (!find_section(efficiencies_section, input)) return false;
+  table = {.input = &input, .heading = heading_place(efficiencies_section, input), .cut_text = {}};
   std::string_view record;
   if (!input.peek(record)) return false;
   table.troe = EQUSYM(4, record, "TROE");
@@ -66,7 +68,7 @@ bool find_heading(Input& input, Table& table) {
 
 bool fail_without_end(const Place& section, Listing& MSGFIL) {
   write<"('1',5X,'ERROR: no END of the collision efficiencies')">(MSGFIL);
-  report_not_closed(sections::efficiencies, section, MSGFIL.findings);
+  report_not_closed(efficiencies_section, section, MSGFIL.findings);
   return false;
 }
 
@@ -135,7 +137,7 @@ void warn_of_lost_efficiencies(const Block& block, const Input& unit, std::vecto
 bool is_other_text(const Table& table, const Block& block, Findings& findings) {
   const std::string_view line = block.line.unit->origin(block.line.record).text;
   return line.find('=') == std::string_view::npos &&
-         (report_heading_inside(sections::efficiencies, table.heading, *table.input, findings) ||
+         (report_heading_inside(efficiencies_section, table.heading, *table.input, findings) ||
           report_foreign_form(block.line, findings));
 }
 
@@ -319,7 +321,7 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
   if (!check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
   if (!find_heading(NFIMEC, table) && !find_heading(NFICON, table)) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
-    report_missing(sections::efficiencies, NFIMEC, MSGFIL.findings,
+    report_missing(efficiencies_section, NFIMEC, MSGFIL.findings,
                    message(", here or in ", NFICON.origin(0).file));
     return false;
   }

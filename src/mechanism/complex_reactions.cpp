@@ -3,11 +3,11 @@
 #include <cmath>
 #include <vector>
 
+#include "files/sections.h"
+#include "files/store_records.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
-#include "thermo/sections.h"
 
 namespace varpre {
 namespace {
@@ -166,7 +166,7 @@ bool write_all(std::span<ComplexReaction> reactions, std::span<const SpeciesName
 bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
             Listing& MSGFIL, StoreFile& NFISTO) {
   int NBRUT = 0;
-  if (!find_section(sections::complex_reactions, NFIMEC)) {
+  if (!find_section(sections::named("the complex reactions"), NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
   } else if (!read<"(I4)">(NFIMEC, NBRUT)) {
     write<"('1',5X,'ERROR: unreadable number of complex reactions')">(MSGFIL);

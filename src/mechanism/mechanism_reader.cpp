@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <cmath>
 
+#include "files/section_findings.h"
+#include "files/store_records.h"
 #include "mechanism/duplicates.h"
 #include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction_line.h"
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
-#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {

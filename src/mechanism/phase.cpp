@@ -1,7 +1,7 @@
 #include "mechanism/phase.h"
 
+#include "files/store_records.h"
 #include "mechanism/integer_power.h"
-#include "textio/channel/store_records.h"
 
 namespace varpre {
 namespace {
@@ -52,14 +52,14 @@ void write_surface_reaction(const Reaction& r, StoreFile& NFISTO) {
 
 }  // namespace
 
-const Phase Phase::gas{.section = sections::gas_mechanism,
+const Phase Phase::gas{.section = sections::named("the gas-phase mechanism"),
                        .MAXE = 3,
                        .most_names = 5,
                        .in_SI_units = gas_in_SI_units,
                        .list = list_gas_reaction,
                        .write = write_gas_reaction};
 
-const Phase Phase::surface{.section = sections::surface_mechanism,
+const Phase Phase::surface{.section = sections::named("the surface mechanism"),
                            .MAXE = 6,
                            .most_names = 10,
                            .in_SI_units = surface_in_SI_units,

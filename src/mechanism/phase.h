@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <span>
 
+#include "files/sections.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "textio/record/numbered.h"
-#include "thermo/sections.h"
 
 namespace varpre {
 

@@ -1,9 +1,9 @@
 #include "mechanism/photo_reactions.h"
 
+#include "files/sections.h"
+#include "files/store_records.h"
 #include "mechanism/reaction.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
-#include "thermo/sections.h"
 
 namespace varpre {
 namespace {
@@ -73,7 +73,7 @@ bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const Nam
 
 bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO) {
   int NPHO = 0;
-  if (find_section(sections::photo_reactions, NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
+  if (find_section(sections::named("the photo reactions"), NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
     write<"(/,5X,'UNREADABLE NUMBER OF PHOTO REACTIONS')">(MSGFIL);
     MSGFIL.findings.error(here(NFIMEC, 1, 3), "the number of photo reactions is due here",
                           message("columns 1-3 hold a number from 0 to ", NPMAX));

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "files/section_findings.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/odd_characters.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"
-#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 #include "textio/findings/record_findings.h"
 
 namespace varpre {

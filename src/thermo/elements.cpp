@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/numbered.h"

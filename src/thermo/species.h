@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
+#include "files/limits.h"
 #include "textio/findings/findings.h"
 #include "textio/record/text.h"
-#include "thermo/limits.h"
 
 namespace varpre {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "files/section_findings.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/numbered.h"
-#include "thermo/section_findings.h"
 
 namespace varpre {
 namespace {
@@ -40,9 +40,9 @@ void warn_of_moved_flags(const NameList& names, const Place& record, Findings& f
   }
 }
 
-// How bad a name is that has no entry of its own in the databases: particle species need none.
+// How bad a name is that has no entry of its own in the databases.
 Findings::Severity severity(const Section& section) {
-  return &section == &sections::particle_species ? Findings::Severity::warning : Findings::Severity::error;
+  return section.data_needed ? Findings::Severity::error : Findings::Severity::warning;
 }
 
 // Reports a name that is in the list already, whole or cut to its length there. `number` is its

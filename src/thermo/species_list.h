@@ -1,8 +1,8 @@
 #pragma once
 
+#include "files/sections.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
-#include "thermo/sections.h"
 #include "thermo/species.h"
 
 namespace varpre {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "textio/channel/store_records.h"
+#include "files/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"

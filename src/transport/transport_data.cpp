@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "files/store_records.h"
 #include "textio/channel/run_stop.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_database.h"

@@ -8,7 +8,8 @@ namespace varpre {
 namespace {
 
 // Two gas and two surface species; the gas has h = 30 T.
-MixtureState read_mixture(const std::string& records, const Section& section = sections::left_mixture) {
+MixtureState read_mixture(const std::string& records,
+                          const Section& section = sections::named("the mixture on the left")) {
   Species species;
   for (std::size_t i = 0; const SpeciesName& name : names("H2 O2 A(S) B(S)")) species.SYMB[i++] = name;
   species.fit.fill(thermo_fit({30}, {30}));
@@ -23,8 +24,9 @@ MixtureState read_mixture(const std::string& records, const Section& section = s
   Listing listing;
   MixtureState mixture;
   CHICON(section, species.view(0, 4), 2, elements, NFICON, listing, mixture);
-  EXPECT_EQ(listing.file.text,
-            &section == &sections::left_mixture ? "" : "      WARNING - No composition specified\n");
+  EXPECT_EQ(listing.file.text, section == sections::named("the mixture on the left")
+                                   ? ""
+                                   : "      WARNING - No composition specified\n");
   return mixture;
 }
 
@@ -60,7 +62,7 @@ TEST(Mixtures, KeywordsGoByTheirFirstCharacters) {
 }
 
 TEST(Mixtures, MissingBlockLeavesZeros) {
-  const MixtureState m = read_mixture("", sections::right_mixture);
+  const MixtureState m = read_mixture("", sections::named("the mixture on the right"));
   EXPECT_EQ(m.T, 0);
   EXPECT_EQ(m.P, 0);
 }

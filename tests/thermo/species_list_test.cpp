@@ -8,7 +8,8 @@ namespace varpre {
 namespace {
 
 // The names and flags that a list fills in, "H2 1, O2 0, "; its message when it is absent.
-std::string list_from(const std::string& text, const Section& section = sections::gas_species,
+std::string list_from(const std::string& text,
+                      const Section& section = sections::named("the gas-phase species list"),
                       int places = NSMAX) {
   Species species;
   species.IFLAG.fill(9);  // an earlier list stood here
@@ -54,18 +55,20 @@ TEST(SpeciesList, EndsAtALineThatBeginsWithEnd) {
 
 TEST(SpeciesList, HeadingBeginsTheLineInAnyCase) {
   const std::string lines = "\nPT(S)\nEND\n";
-  EXPECT_EQ(list_from("SURFACE" + lines, sections::surface_species), "PT(S) 0, ");
-  EXPECT_EQ(list_from("surface species" + lines, sections::surface_species), "PT(S) 0, ");
-  EXPECT_EQ(list_from("SURFACES" + lines, sections::surface_species), no_list);
-  EXPECT_EQ(list_from(" SURFACE" + lines, sections::surface_species), no_list);
-  EXPECT_EQ(list_from("Surface Conditions\nTW 900.0\nEND\nSurface" + lines, sections::surface_species),
+  EXPECT_EQ(list_from("SURFACE" + lines, sections::named("the surface species list")), "PT(S) 0, ");
+  EXPECT_EQ(list_from("surface species" + lines, sections::named("the surface species list")), "PT(S) 0, ");
+  EXPECT_EQ(list_from("SURFACES" + lines, sections::named("the surface species list")), no_list);
+  EXPECT_EQ(list_from(" SURFACE" + lines, sections::named("the surface species list")), no_list);
+  EXPECT_EQ(list_from("Surface Conditions\nTW 900.0\nEND\nSurface" + lines,
+                      sections::named("the surface species list")),
             "PT(S) 0, ");
-  EXPECT_EQ(list_from("surface cond\nTW 900.0\nEND\n", sections::surface_species), no_list);
+  EXPECT_EQ(list_from("surface cond\nTW 900.0\nEND\n", sections::named("the surface species list")), no_list);
 }
 
 TEST(SpeciesList, FillsItsPlacesToTheLast) {
-  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2\nEND\n", sections::gas_species, 3), "H2 0, O2 0, N2 0, ");
-  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2 AR\nEND\n", sections::gas_species, 3),
+  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2\nEND\n", sections::named("the gas-phase species list"), 3),
+            "H2 0, O2 0, N2 0, ");
+  EXPECT_EQ(list_from("Gas Phase\nH2\nO2 N2 AR\nEND\n", sections::named("the gas-phase species list"), 3),
             "0  ERROR in GENSYM - Too many species: NS(   4) > NSMAX(   3)\n");
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "thermo/limits.h"
+#include "files/limits.h"
 #include "thermo/species.h"
 
 // The contents of a store file as plain data. Units are those of the file, SI; a value that the file shows as

@@ -4,8 +4,8 @@
 #include <limits>
 #include <string_view>
 
+#include "files/store_records.h"
 #include "mechanism/reaction.h"
-#include "textio/channel/store_records.h"
 #include "textio/findings/findings.h"
 #include "textio/record/record.h"
 

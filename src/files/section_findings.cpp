@@ -1,4 +1,4 @@
-#include "thermo/section_findings.h"
+#include "files/section_findings.h"
 
 #include <algorithm>
 #include <string>
@@ -44,15 +44,15 @@ int first_text_from(const Input& input, int first) {
 }  // namespace
 
 const Section* section_of(std::string_view record, std::uint8_t files) {
-  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return (s->files & files) != 0 && begins_like(*s, record);
+  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+    return (s.files & files) != 0 && begins_like(s, record);
   });
-  return found == sections::all.end() ? nullptr : *found;
+  return found == sections::all.end() ? nullptr : &*found;
 }
 
 bool may_mean(const Section& section, std::string_view record) {
-  const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section* s) {
-    return s != &section && (s->files & section.files) != 0 && s->opens_with(record);
+  const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+    return s != section && (s.files & section.files) != 0 && s.opens_with(record);
   });
   if (!opens_another && !section.elsewhere.empty() && EQUSYM(4, record, section.elsewhere)) return true;
   const std::string_view begin = record.substr(0, section.word.size());

@@ -1,4 +1,4 @@
-#include "textio/channel/section.h"
+#include "files/sections.h"
 
 namespace varpre {
 
