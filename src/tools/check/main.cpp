@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <condition_variable>
 #include <cstdio>
@@ -8,6 +7,7 @@
 #include <unistd.h>
 
 #include "textio/findings/odd_characters.h"
+#include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 
 namespace {
@@ -18,7 +18,7 @@ struct Arguments {
   std::vector<std::string> directories;
   bool strict = false;
   bool json = false;
-  unsigned jobs = 0;  // 0: one for each core
+  int jobs = 0;  // 0: one for each core
 };
 
 // Runs all directories on some threads; `next` hands them out in the order of the arguments.
@@ -26,7 +26,8 @@ class Runs {
  public:
   explicit Runs(const Arguments& arguments) : arguments_(arguments), runs_(arguments.directories.size()) {
     const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
-    const auto jobs = std::min<std::size_t>(arguments.jobs > 0 ? arguments.jobs : cores, runs_.size());
+    const auto jobs = std::min<std::size_t>(
+        arguments.jobs > 0 ? static_cast<unsigned>(arguments.jobs) : cores, runs_.size());
     for (std::size_t i = 0; i < jobs; ++i) threads_.emplace_back([this] { work(); });
   }
   ~Runs() {
@@ -126,38 +127,26 @@ int check(const Arguments& arguments) {
     }
   }
   if (!arguments.json) std::fputs(tally.text().c_str(), stdout);
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    std::perror("varpre-check: standard output");
-    return 2;
-  }
   return tally.exit_status(arguments.strict);
 }
 
+constexpr varpre::Program program{
+    "varpre-check",
+    "Makes the run of varpre in each DIRECTORY without writing anything there, and tells what it finds.",
+    "0 no error, 1 an error (with --strict: or a warning), 2 wrong usage, or a directory without run."};
+
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
   Arguments arguments;
-  CLI::App app(
-      "Makes the run of varpre in each DIRECTORY without writing anything there, and tells what it finds.",
-      "varpre-check");
-  app.add_option("DIRECTORY", arguments.directories, "directories with INP, MEC, THERMO and MOLNEW (.)")
-      ->type_name("");
-  app.add_flag("--strict", arguments.strict, "warnings count like errors for the exit status");
-  app.add_flag("--json", arguments.json, "one JSON object a directory and line, with all findings");
-  app.add_option("--jobs", arguments.jobs, "directories at the same time (one for each core)")
-      ->check(CLI::PositiveNumber)
-      ->type_name("N");
-  app.set_version_flag("--version", "varpre-check " VARPRE_VERSION);
-  app.footer(
-      "Exit status: 0 no error, 1 an error (with --strict: or a warning), 2 wrong usage, or a directory without run.");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  }
-  if (arguments.directories.empty()) arguments.directories.emplace_back(".");
-  return check(arguments);
-} catch (const std::exception& error) {
-  std::fprintf(stderr, "varpre-check: %s\n", error.what());
-  return 2;
+  return varpre::run_program(
+      program,
+      {{"DIRECTORY", &arguments.directories, "directories with INP, MEC, THERMO and MOLNEW (.)"},
+       {"--strict", &arguments.strict, "warnings count like errors for the exit status"},
+       {"--json", &arguments.json, "one JSON object a directory and line, with all findings"},
+       {"--jobs", &arguments.jobs, "directories at the same time (one for each core)", "N"}},
+      argc, argv, [&] {
+        if (arguments.directories.empty()) arguments.directories.emplace_back(".");
+        return check(arguments);
+      });
 }

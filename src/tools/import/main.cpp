@@ -1,10 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
-#include <new>
 
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
+#include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 #include "tools/import/import.h"
 #include "tools/import/input_writer.h"
@@ -19,8 +18,7 @@ struct Arguments {
   bool force = false;
 };
 
-constexpr int not_held = 1;  // exit statuses
-constexpr int not_done = 2;
+constexpr int not_held = 1;  // the exit status
 
 void tell(const std::string& findings) {
   std::fputs(findings.c_str(), stderr);
@@ -118,47 +116,29 @@ int import(const Arguments& arguments) {
   return try_run(arguments);
 }
 
-int fail(const std::string& reason) {
-  tell("varpre-import: " + varpre::for_terminal(reason) + "\n");
-  return not_done;
-}
+constexpr varpre::Program program{
+    "varpre-import",
+    "Brings a mechanism in Cantera's YAML into the files MEC, THERMO and MOLNEW, with an INP to start from.",
+    "0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that cannot be read or "
+    "written."};
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
   Arguments arguments;
-  CLI::App app(
-      "Brings a mechanism in Cantera's YAML into the files MEC, THERMO and MOLNEW, with an INP to start from.",
-      "varpre-import");
   varpre::ImportOptions& options = arguments.import;
-  app.add_option("FILE", options.file, "the mechanism, a YAML file")->type_name("")->required();
-  app.add_option("--phase", options.phase, "the gas phase (that beside the surface, or the first ideal gas)")
-      ->type_name("NAME");
-  app.add_option("--surface", options.surface, "the surface (none)")->type_name("NAME");
-  app.add_option("--species", options.species, "gas species to be taken (all), with the reactions among them")
-      ->type_name("A,B,...")
-      ->delimiter(',');
-  app.add_option("--output", arguments.directory, "where the files are written (.)")->type_name("DIRECTORY");
-  app.add_flag("--force", arguments.force, "write over MEC, THERMO and MOLNEW; an INP always stays");
-  app.add_flag("--skip-unsupported", options.skip_unsupported,
-               "leave out what cannot be held, with a warning each");
-  app.add_flag("--without-transport", options.without_transport, "take no transport data, write no MOLNEW");
-  app.add_flag("--no-falloff", options.no_falloff, "falloff reactions count as what cannot be held");
-  app.set_version_flag("--version", "varpre-import " VARPRE_VERSION);
-  app.footer(
-      "Exit status: 0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that "
-      "cannot be read or written.");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : not_done;
-  }
-  const int status = import(arguments);
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-  std::perror("varpre-import: standard output");
-  return not_done;
-} catch (const std::bad_alloc&) {
-  return fail("not enough memory");
-} catch (const std::exception& error) {
-  return fail(error.what());
+  return varpre::run_program(
+      program,
+      {{"FILE", &options.file, "the mechanism, a YAML file", "", true},
+       {"--phase", &options.phase, "the gas phase (that beside the surface, or the first ideal gas)", "NAME"},
+       {"--surface", &options.surface, "the surface (none)", "NAME"},
+       {"--species", &options.species, "gas species to be taken (all), with the reactions among them",
+        "A,B,...", false, ','},
+       {"--output", &arguments.directory, "where the files are written (.)", "DIRECTORY"},
+       {"--force", &arguments.force, "write over MEC, THERMO and MOLNEW; an INP always stays"},
+       {"--skip-unsupported", &options.skip_unsupported,
+        "leave out what cannot be held, with a warning each"},
+       {"--without-transport", &options.without_transport, "take no transport data, write no MOLNEW"},
+       {"--no-falloff", &options.no_falloff, "falloff reactions count as what cannot be held"}},
+      argc, argv, [&] { return import(arguments); });
 }

@@ -1,12 +1,11 @@
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <new>
 #include <optional>
 
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
+#include "tools/arguments.h"
 #include "tools/report/page.h"
 #include "tools/report/store_json.h"
 #include "tools/report/store_reader.h"
@@ -63,7 +62,7 @@ void tell_of_the_end(const std::string& name, const varpre::StoreData& data) {
                data.stopped_at, varpre::for_terminal(data.stopped).c_str());
 }
 
-void report(const Arguments& arguments) {
+int report(const Arguments& arguments) {
   const varpre::StoreData data = read(arguments.directory);
   std::optional<varpre::StoreData> other;
   tell_of_the_end(arguments.directory, data);
@@ -76,40 +75,23 @@ void report(const Arguments& arguments) {
                      : varpre::page_of({arguments.directory, data},
                                        other ? std::optional(varpre::NamedStore{arguments.other, *other})
                                              : std::nullopt));
+  return 0;
 }
 
-int fail(const std::string& reason) {
-  std::fprintf(stderr, "varpre-report: %s\n", varpre::for_terminal(reason).c_str());
-  return 2;
-}
+constexpr varpre::Program program{
+    "varpre-report",
+    "Shows what the solver will read: fort.3 of DIRECTORY as a page for a browser, or as JSON.",
+    "0 done, however far the file could be read; 2 wrong usage, or a file that cannot be read or written."};
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
   Arguments arguments;
-  CLI::App app("Shows what the solver will read: fort.3 of DIRECTORY as a page for a browser, or as JSON.",
-               "varpre-report");
-  app.add_option("DIRECTORY", arguments.directory, "a directory with fort.3, or such a file")
-      ->type_name("")
-      ->required();
-  app.add_option("OTHER", arguments.other, "another one, to be compared with")->type_name("");
-  app.add_option("--output", arguments.output, "where to write (report.html; JSON: standard output)")
-      ->type_name("FILE");
-  app.add_flag("--json", arguments.json, "all that the file holds as one JSON object");
-  app.set_version_flag("--version", "varpre-report " VARPRE_VERSION);
-  app.footer(
-      "Exit status: 0 done, however far the file could be read; 2 wrong usage, or a file that cannot be read or written.");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  }
-  report(arguments);
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return 0;
-  std::perror("varpre-report: standard output");
-  return 2;
-} catch (const std::bad_alloc&) {
-  return fail("not enough memory");
-} catch (const std::exception& error) {
-  return fail(error.what());
+  return varpre::run_program(
+      program,
+      {{"DIRECTORY", &arguments.directory, "a directory with fort.3, or such a file", "", true},
+       {"OTHER", &arguments.other, "another one, to be compared with"},
+       {"--output", &arguments.output, "where to write (report.html; JSON: standard output)", "FILE"},
+       {"--json", &arguments.json, "all that the file holds as one JSON object"}},
+      argc, argv, [&] { return report(arguments); });
 }
