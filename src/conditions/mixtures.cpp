@@ -279,6 +279,7 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   const auto X_surface = behind(mixture.X, NGAS, NSURF);
   check(given, X, species.size(), MSGFIL);
 
+  mixture.amounts = mixture.X;
   divide_by_sum(X);
   if (!std::isfinite(sum(X_surface))) throw RunStop{RunStop::Ending::number_not_finite};
   if (sum(X_surface) > 0) divide_by_sum(X_surface);

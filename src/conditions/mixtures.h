@@ -23,7 +23,8 @@ struct MixtureState {
   double FREQ = 0;
   double FAC = 0;
   double OMEG = 0;
-  Place pressure;  // where P is given
+  Place pressure;                       // where P is given
+  std::array<double, NSMAX> amounts{};  // of the species as given, before they become fractions
   std::array<double, NSMAX>
       X{};  // mole fractions of the gas species, and of the surface species among themselves
   std::array<double, NSMAX> W{};  // specific mole numbers of the gas species, mol/kg

@@ -1,7 +1,6 @@
 #include "conditions/options.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "conditions/keyword_records.h"
 #include "files/section_findings.h"
@@ -28,10 +27,11 @@ bool fail(Listing& MSGFIL) {
 }
 
 // Lists the title records and stands behind the heading; false after the message.
-bool find_heading(Input& NFICON, Listing& MSGFIL) {
+bool find_heading(Input& NFICON, Listing& MSGFIL, std::vector<std::string>& titles) {
   const auto list_title = [&](std::string_view record) {
     if (!record.starts_with("COMM")) return false;
     const auto title = pieces<8, 9>(record);
+    titles.emplace_back(trimmed(columns(record, 9, 64)));
     write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(title).subspan<1>());
     return true;
   };
@@ -154,9 +154,10 @@ void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& M
   }
 }
 
-bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT) {
+bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT,
+            std::vector<std::string>& titles) {
   IOPT = {};
-  if (!find_heading(NFICON, MSGFIL)) return false;
+  if (!find_heading(NFICON, MSGFIL, titles)) return false;
   bool complete = false;
   const bool LOK = read_options(NFICON, MSGFIL, IOPT, complete);
   if (!complete) return false;

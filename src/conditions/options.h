@@ -2,7 +2,9 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "files/limits.h"
 #include "textio/channel/statement.h"
@@ -56,12 +58,13 @@ std::string nearest_option(const OptionName& name, const OptionNames& options);
 void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& MSGFIL);
 
 // Reads the option section at the beginning of NFICON: title records, the heading, option records up to END.
-// Lists titles and options, fills IOPT (a value of 0 or none sets 1) and writes the option block to the store
-// file.
+// Lists titles and options, fills IOPT (a value of 0 or none sets 1) and `titles`, and writes the option
+// block to the store file.
 //
 // False, after its message: a wrong heading, an option record that cannot be read, or no END (no block then);
 // an unknown option (the others are taken, listed and written).
-[[nodiscard]] bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT);
+[[nodiscard]] bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT,
+                          std::vector<std::string>& titles);
 
 // The names of the slots.
 const OptionNames& option_names();

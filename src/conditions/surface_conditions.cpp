@@ -108,7 +108,7 @@ bool given_once(std::size_t i, const Values& values, const Place& heading, Listi
 
 }  // namespace
 
-bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
+bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, WallConditions& wall) {
   if (const Heading found = find_section(sections::named("the surface conditions"), NFICON); !found) {
     write<"(6X,'WRONG HEADING OF SURFACE CONDITIONS: ',/,6X,A72)">(MSGFIL, Text<72>(found.record));
     report_missing(sections::named("the surface conditions"), NFICON, MSGFIL.findings);
@@ -118,6 +118,7 @@ bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO
   for (std::size_t i = 0; i < values.size(); ++i) values[i].value = properties[i].standard;
   const Place heading = heading_place(sections::named("the surface conditions"), NFICON);
   if (!read_values(NFICON, heading, MSGFIL, values)) return false;
+  wall = {.TW = values[0].value, .SITE = values[1].value};
 
   for (std::size_t i = 0; i < wall_properties; ++i) given_once(i, values, heading, MSGFIL);
   const std::size_t count = counter_flow ? values.size() : wall_properties;

@@ -11,6 +11,7 @@
 #include "conditions/surface_conditions.h"
 #include "conditions/two_dimensional_options.h"
 #include "driver/prefilter.h"
+#include "driver/run_data.h"
 #include "driver/unread_text.h"
 #include "files/section_findings.h"
 #include "files/store_records.h"
@@ -47,12 +48,13 @@ void write_abnormal_end(Listing& MSGFIL) {
   write<"(3(6X,31('*'),'ABNORMAL END',31('*'),/))">(MSGFIL);
 }
 
-// The run sequence. Its members are the data that the stages hand on; each step reads like the order of the
-// blocks in the store file.
+// The run sequence, with the data that the stages hand on; each step reads like the order of the blocks in
+// the store file.
 class Sequence {
  public:
-  explicit Sequence(Files& files)
-      : NFIMOL(files.molecules),
+  Sequence(Files& files, RunData& data)
+      : data_(data),
+        NFIMOL(files.molecules),
         NFISTO(files.store),
         NFICON(files.conditions_copy),
         NFIMEC(files.mechanism_copy),
@@ -66,15 +68,15 @@ class Sequence {
   std::string_view incomplete() const { return incomplete_; }
 
   // Records about whose text beyond column 80 all has been said.
-  std::span<const Place> cut_text_told() const { return cut_text_told_; }
+  std::span<const Place> cut_text_told() const { return data_.efficiencies.cut_text; }
 
   RunCounts counts() const {
-    return {.gas_species = NGAS,
-            .surface_species = NSURF,
-            .particle_species = NPART,
-            .elements = gas_elements_.NE,
-            .gas_reactions = NR,
-            .surface_reactions = surface_reactions_};
+    return {.gas_species = data_.NGAS,
+            .surface_species = data_.NSURF,
+            .particle_species = data_.NPART,
+            .elements = data_.gas_elements.NE,
+            .gas_reactions = data_.gas_mechanism.NR(),
+            .surface_reactions = data_.surface_mechanism.NR()};
   }
 
   // Throws RunStop where a check fails.
@@ -91,17 +93,18 @@ class Sequence {
     read_surface_mechanism();
     read_particle_species();
     read_further_reactions();
-    const auto left = read_mixture(0, sections::named("the mixture on the left"));
-    const auto right = read_mixture(1, sections::named("the mixture on the right"));
-    compare_mixtures(*left, *right, NGAS, surface(), MSGFIL.findings);
+    auto& [left, right] = data_.mixtures;
+    read_mixture(0, sections::named("the mixture on the left"), left);
+    read_mixture(1, sections::named("the mixture on the right"), right);
+    compare_mixtures(left, right, data_.NGAS, surface(), MSGFIL.findings);
     read_flame_conditions();
     write<store_records::flags>(NFISTO, all().IFLAG);
     write<store_records::end>(NFISTO);
     edit_store_file();
     note_errors();
     const std::span<const SpeciesName> names = all().SYMB;
-    warn_of_unread_text(NFICON, Section::INP, names, NSURF > 0, MSGFIL.findings);
-    warn_of_unread_text(NFIMEC, Section::MEC, names, NSURF > 0, MSGFIL.findings);
+    warn_of_unread_text(NFICON, Section::INP, names, has_surface(), MSGFIL.findings);
+    warn_of_unread_text(NFIMEC, Section::MEC, names, has_surface(), MSGFIL.findings);
   }
 
  private:
@@ -118,10 +121,10 @@ class Sequence {
     if (incomplete_.empty() && MSGFIL.findings.errors() > 0) incomplete_ = stage_;
   }
 
-  SpeciesView gas() { return species_->view(0, NGAS); }
-  SpeciesView surface() { return species_->view(NGAS, NSURF); }
-  SpeciesView all() { return species_->view(0, NGAS + NSURF); }
-  SpeciesView places_after(int count) { return species_->view(count, NSMAX - count); }
+  bool has_surface() const { return data_.NSURF > 0; }
+  SpeciesView gas() { return data_.gas(); }
+  SpeciesView surface() { return data_.surface(); }
+  SpeciesView all() { return data_.all(); }
 
   void separator() { write<"(2X)">(MSGFIL); }
   void check(bool LOK) {
@@ -130,7 +133,7 @@ class Sequence {
 
   void read_options() {
     begin("the options");
-    const bool LOK = GENOPT(NFICON, MSGFIL, NFISTO, IOPT);
+    const bool LOK = GENOPT(NFICON, MSGFIL, NFISTO, IOPT, data_.titles);
     separator();
     check(LOK);
     LPRT = IOPT(OUTPUT) == 4;
@@ -140,20 +143,20 @@ class Sequence {
   void read_gas_species() {
     begin("the gas-phase species");
     const SpeciesList list =
-        GENSYM(sections::named("the gas-phase species list"), NFICON, MSGFIL, places_after(0));
+        GENSYM(sections::named("the gas-phase species list"), NFICON, MSGFIL, data_.places_after(0));
     separator();
     if (!list.heading) report_missing(sections::named("the gas-phase species list"), NFICON, MSGFIL.findings);
     check(!list.absent);
-    NGAS = list.NS;
+    data_.NGAS = list.NS;
     // Between here and the next check other stages run: a failure is kept until then.
     LOK_species = GENTHE(NFITHE, MSGFIL, gas(), LPRT);
-    LOK_species = ELECOM(gas(), gas_elements_, MSGFIL) && LOK_species;
+    LOK_species = ELECOM(gas(), data_.gas_elements, MSGFIL) && LOK_species;
   }
 
   void read_surface_species() {
     begin("the surface species");
     const SpeciesList list =
-        GENSYM(sections::named("the surface species list"), NFICON, MSGFIL, places_after(NGAS));
+        GENSYM(sections::named("the surface species list"), NFICON, MSGFIL, data_.places_after(data_.NGAS));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" no surface species"));
       if (!list.heading && IOPT(SOLID) != 1) {
@@ -165,27 +168,27 @@ class Sequence {
                             sections::named("the surface mechanism"), NFICON, NFIMEC, MSGFIL.findings);
       }
     } else {
-      NSURF = list.NS;
+      data_.NSURF = list.NS;
     }
-    if (NSURF > 0) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
+    if (has_surface()) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
     if (!LOK_species) begin("the thermochemical data");
     check(LOK_species);
-    LOK_species = ELECOM(surface(), surface_elements_, MSGFIL);
+    LOK_species = ELECOM(surface(), data_.surface_elements, MSGFIL);
   }
 
   void fit_transport() {
     begin("the transport data");
-    INIMOI(gas(), gas_elements_, NFISTO);
-    GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
+    INIMOI(gas(), data_.gas_elements, NFISTO);
+    data_.molecules = GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
     check(LOK_species);
-    INIMOI(surface(), surface_elements_, NFISTO);
+    INIMOI(surface(), data_.surface_elements, NFISTO);
   }
 
   void read_surface_conditions() {
     begin("the surface conditions");
-    if (NSURF > 0) PRTHD(surface(), NFISTO);
-    if (NSURF == 0 && IOPT(SOLID) != 1) return;
-    const bool LOK = GENCOW(IOPT(IMPULSE) == -2, NFICON, MSGFIL, NFISTO);
+    if (has_surface()) PRTHD(surface(), NFISTO);
+    if (!has_surface() && IOPT(SOLID) != 1) return;
+    const bool LOK = GENCOW(IOPT(IMPULSE) == -2, NFICON, MSGFIL, NFISTO, data_.wall);
     separator();
     check(LOK);
   }
@@ -193,15 +196,12 @@ class Sequence {
   void read_gas_mechanism(const ReactionNames& names) {
     begin("the gas-phase mechanism");
     const MechanismOptions options{.solver_reverses = IOPT(REVSIM) != 0};
-    Mechanism mechanism;
+    Mechanism& mechanism = data_.gas_mechanism;
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
-    NR = mechanism.NR();
     if (LOK) begin("the collision efficiencies");
     if (LOK) {
-      const CollisionEfficiencies efficiencies = GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
-      LOK = efficiencies.LOK;
-      last_of_efficiencies_ = efficiencies.last_record;
-      cut_text_told_ = efficiencies.cut_text;
+      data_.efficiencies = GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+      LOK = data_.efficiencies.LOK;
     }
     separator();
     check(LOK);
@@ -209,45 +209,43 @@ class Sequence {
 
   void read_surface_mechanism() {
     begin("the surface mechanism");
-    if (NSURF == 0) return;
+    if (!has_surface()) return;
     const ReactionNames names(all().SYMB);
-    Mechanism mechanism;
-    const MechanismOptions options{.behind_record = last_of_efficiencies_};
-    const bool LOK = GENMEC(Phase::surface, all(), NSURF, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
-    surface_reactions_ = mechanism.NR();
+    const MechanismOptions options{.behind_record = data_.efficiencies.last_record};
+    const bool LOK = GENMEC(Phase::surface, all(), data_.NSURF, names, options, NFIMEC, MSGFIL, NFISTO,
+                            data_.surface_mechanism);
     separator();
     check(LOK);
   }
 
   void read_particle_species() {
     begin("the particle species list");
-    const SpeciesList list =
-        GENSYM(sections::named("the particle species list"), NFICON, MSGFIL, places_after(NGAS + NSURF));
+    const SpeciesList list = GENSYM(sections::named("the particle species list"), NFICON, MSGFIL,
+                                    data_.places_after(data_.NGAS + data_.NSURF));
     if (list.absent) {
       write_free(MSGFIL, std::string_view(" NO PARTICLE SPECIES "));
     } else {
-      NPART = list.NS;
+      data_.NPART = list.NS;
     }
   }
 
   void read_further_reactions() {
     begin("the complex reactions");
-    bool LOK = GENCRE(all().SYMB, NR, IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO);
+    bool LOK = GENCRE(all().SYMB, data_.gas_mechanism.NR(), IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO,
+                      data_.complex_reactions);
     separator();
     check(LOK);
     begin("the photo reactions");
-    LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO);
+    LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO, data_.photo_reactions);
     separator();
     check(LOK);
   }
 
-  std::unique_ptr<MixtureState> read_mixture(double ZMIX, const Section& section) {
+  void read_mixture(double ZMIX, const Section& section, MixtureState& mixture) {
     begin("the boundary mixtures");
-    auto mixture = std::make_unique<MixtureState>();
-    CHICON(section, all(), NSURF, gas_elements_, NFICON, MSGFIL, *mixture);
-    write_condition_set(*mixture, NGAS + NSURF, NFISTO);
-    PRICOM(all(), NSURF, gas_elements_, ZMIX, *mixture, MSGFIL);
-    return mixture;
+    CHICON(section, all(), data_.NSURF, data_.gas_elements, NFICON, MSGFIL, mixture);
+    write_condition_set(mixture, data_.NGAS + data_.NSURF, NFISTO);
+    PRICOM(all(), data_.NSURF, data_.gas_elements, ZMIX, mixture, MSGFIL);
   }
 
   void read_flame_conditions() {
@@ -260,11 +258,12 @@ class Sequence {
   // The late stages, which append to the finished store file and edit it.
   void edit_store_file() {
     begin("the particle data");
-    if (IOPT(IMPULSE) == -5) GENPART(NPART, NFICON, NFIPAR, MSGFIL, NFISTO);
+    if (IOPT(IMPULSE) == -5) GENPART(data_.NPART, NFICON, NFIPAR, MSGFIL, NFISTO);
     begin("the two-dimensional options");
     if (IOPT(PLN2D) == 1) G2OPT(NFICON, MSGFIL, NFISTO);
   }
 
+  RunData& data_;
   Input& NFIMOL;
   StoreFile& NFISTO;
   Input& NFICON;
@@ -278,16 +277,6 @@ class Sequence {
   OptionVector IOPT;
   bool LPRT = false;  // extended printing
   bool LOK_species = true;
-  int NGAS = 0;
-  int NSURF = 0;
-  int NPART = 0;
-  int NR = 0;                     // elementary gas-phase reactions
-  int last_of_efficiencies_ = 0;  // record of the mechanism file behind which the surface mechanism stands
-  int surface_reactions_ = 0;
-  std::vector<Place> cut_text_told_;
-  std::unique_ptr<Species> species_ = std::make_unique<Species>();
-  Elements gas_elements_;
-  Elements surface_elements_;
 };
 
 // All inputs are opened before any is read, so that a run sees one state of the directory.
@@ -387,13 +376,17 @@ Files Files::in_directory(const std::string& directory) {
 }
 
 RunResult run(Files& files) {
+  return run(files, *std::make_unique<RunData>());
+}
+
+RunResult run(Files& files, RunData& data) {
   open_files(files);
   write_banner(files.listing);
   filter(files.conditions, files.conditions_copy, files.listing);
   filter(files.mechanism, files.mechanism_copy, files.listing);
   filter(files.thermo, files.thermo_copy, files.listing);
 
-  const auto sequence = std::make_unique<Sequence>(files);
+  const auto sequence = std::make_unique<Sequence>(files, data);
   const RunEnd end = run_stages(*sequence, files, files.listing);
   if (end == RunEnd::normal) write_normal_end(files.listing);
   for (const Input* copy : {&files.conditions_copy, &files.mechanism_copy}) {

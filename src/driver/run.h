@@ -68,4 +68,8 @@ struct RunResult {
 // std::runtime_error when a file cannot be opened, read or written.
 RunResult run(Files& files);
 
+// The same, which leaves in `data` (run_data.h) what the stages read.
+struct RunData;
+RunResult run(Files& files, RunData& data);
+
 }  // namespace varpre

@@ -33,25 +33,22 @@ struct Block {
   Place line;     // its first record
 };
 
-// Efficiency rows of the third bodies 1..NCOLL over the species 1..NS.
-class Efficiencies {
- public:
-  Efficiencies(int NCOLL, int NS, double value) : rows_(static_cast<std::size_t>(NCOLL)) {
-    for (auto& row : rows_) row.assign(static_cast<std::size_t>(NS), value);
-    if (!rows_.empty()) rows_.front().assign(static_cast<std::size_t>(NS), 1.0);
-  }
-  std::span<double> row(int c) { return at(rows_, c); }
+using EfficiencyRows = std::vector<std::vector<double>>;
 
- private:
-  std::vector<std::vector<double>> rows_;
-};
+// Rows of the third bodies 1..NCOLL over the species 1..NS, before they are defined.
+EfficiencyRows undefined_rows(int NCOLL, int NS, double of_others) {
+  const auto row = [NS](double value) { return std::vector<double>(static_cast<std::size_t>(NS), value); };
+  EfficiencyRows rows(static_cast<std::size_t>(NCOLL), row(of_others));
+  if (!rows.empty()) rows.front() = row(1.0);
+  return rows;
+}
 
-// The section as it is found: its unit, heading, and whether the record TROE makes every efficiency 1 that is
-// not given.
+// The section as it is found: its unit, heading, and the efficiency of species that no definition names,
+// which the record TROE makes 1.
 struct Table {
   Input* input = nullptr;
   Place heading;
-  bool troe = false;
+  double of_others = 0;
   std::vector<Place> cut_text;  // records of which it was told what was cut off
 };
 
@@ -61,8 +58,9 @@ bool find_heading(Input& input, Table& table) {
   table = {.input = &input, .heading = heading_place(efficiencies_section, input), .cut_text = {}};
   std::string_view record;
   if (!input.peek(record)) return false;
-  table.troe = EQUSYM(4, record, "TROE");
-  if (table.troe) input.next(record);
+  if (!EQUSYM(4, record, "TROE")) return true;
+  table.of_others = 1;
+  input.next(record);
   return true;
 }
 
@@ -256,7 +254,7 @@ void list_block(const Block& block, int third_body, std::size_t name_width, List
 
 // What the definitions of a table give: the efficiencies, and which third bodies they define.
 struct Definitions {
-  Efficiencies EFF;
+  EfficiencyRows EFF;
   std::array<Place, partner_count> line{};  // the last definition of each
   int count = 0;
 };
@@ -279,7 +277,7 @@ bool read_definitions(Table& table, const ReactionNames& names, int NCOLL, Defin
       return false;
     }
     at(definitions.line, c) = block.line;
-    set_efficiencies(block, names, definitions.EFF.row(c), MSGFIL);
+    set_efficiencies(block, names, at(definitions.EFF, c), MSGFIL);
     list_block(block, c, name_width, MSGFIL);
   }
 }
@@ -316,7 +314,7 @@ bool check_room(int NCOLL, int NS, const Input& NFIMEC, Listing& MSGFIL) {
 }
 
 bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
-                Table& table, Listing& MSGFIL, StoreFile& NFISTO) {
+                Table& table, EfficiencyRows& EFF, Listing& MSGFIL, StoreFile& NFISTO) {
   const int NCOLL = mechanism.NCOLL;
   if (!check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
   if (!find_heading(NFIMEC, table) && !find_heading(NFICON, table)) {
@@ -325,7 +323,7 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
                    message(", here or in ", NFICON.origin(0).file));
     return false;
   }
-  Definitions definitions{.EFF = Efficiencies(NCOLL, names.NS(), table.troe ? 1.0 : 0.0)};
+  Definitions definitions{.EFF = undefined_rows(NCOLL, names.NS(), table.of_others)};
   if (!read_definitions(table, names, NCOLL, definitions, MSGFIL)) return false;
 
   const SpeciesName M = partner_name(1);
@@ -337,8 +335,9 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
     write<"(' ',7X,'NM = ',I3,' additional third bodies defined ','(besides ',A,')')">(MSGFIL,
                                                                                        definitions.count, M);
   }
+  EFF = std::move(definitions.EFF);
   for (int c = 1; c <= NCOLL; ++c) {
-    write<store_records::efficiencies>(NFISTO, partner_name(c), definitions.EFF.row(c));
+    write<store_records::efficiencies>(NFISTO, partner_name(c), std::span<const double>(at(EFF, c)));
   }
   return true;
 }
@@ -348,8 +347,9 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
 CollisionEfficiencies GENCEF(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC,
                              Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   Table table;
-  const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, table, MSGFIL, NFISTO);
-  return {LOK, NFIMEC.record_number(), table.cut_text};
+  EfficiencyRows EFF;
+  const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, table, EFF, MSGFIL, NFISTO);
+  return {LOK, std::move(EFF), table.of_others, NFIMEC.record_number(), table.cut_text};
 }
 
 }  // namespace varpre

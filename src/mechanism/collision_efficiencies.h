@@ -10,6 +10,9 @@ namespace varpre {
 
 struct CollisionEfficiencies {
   bool LOK = false;
+  // Of each third body of the mechanism the efficiency of every species.
+  std::vector<std::vector<double>> EFF = {};
+  double of_others = 0;              // of species that no definition names
   int last_record = 0;               // of NFIMEC that was looked at: the surface mechanism stands behind it
   std::vector<Place> cut_text = {};  // records about whose text beyond column 80 all has been said
 };

@@ -164,7 +164,7 @@ bool write_all(std::span<ComplexReaction> reactions, std::span<const SpeciesName
 }  // namespace
 
 bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
-            Listing& MSGFIL, StoreFile& NFISTO) {
+            Listing& MSGFIL, StoreFile& NFISTO, std::vector<Place>& lines) {
   int NBRUT = 0;
   if (!find_section(sections::named("the complex reactions"), NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
@@ -188,8 +188,9 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   }
 
   std::vector<ComplexReaction> reactions(static_cast<std::size_t>(NBRUT));
-  return read_all(reactions, NFIMEC, MSGFIL) && list_all(reactions, NR, reactants_optional, MSGFIL) &&
-         write_all(reactions, SYMB, MSGFIL, NFISTO);
+  if (!read_all(reactions, NFIMEC, MSGFIL)) return false;
+  for (const ComplexReaction& r : reactions) lines.push_back(r.line);
+  return list_all(reactions, NR, reactants_optional, MSGFIL) && write_all(reactions, SYMB, MSGFIL, NFISTO);
 }
 
 }  // namespace varpre

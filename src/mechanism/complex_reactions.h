@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -15,8 +16,8 @@ namespace varpre {
 //
 // False, after its message: count or reaction that cannot be read, a reaction without reactants (accepted
 // when `reactants_optional`), an unknown species name. Stops the run (RunStop) with more than MNCRE
-// reactions.
+// reactions. `lines`: the first record of each reaction.
 [[nodiscard]] bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
-                          Listing& MSGFIL, StoreFile& NFISTO);
+                          Listing& MSGFIL, StoreFile& NFISTO, std::vector<Place>& lines);
 
 }  // namespace varpre

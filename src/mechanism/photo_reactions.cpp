@@ -71,7 +71,8 @@ bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const Nam
 
 }  // namespace
 
-bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO) {
+bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
+            std::vector<Place>& lines) {
   int NPHO = 0;
   if (find_section(sections::named("the photo reactions"), NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
     write<"(/,5X,'UNREADABLE NUMBER OF PHOTO REACTIONS')">(MSGFIL);
@@ -99,6 +100,7 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, S
   const NameIndex index(SYMB);
   for (int i = 1; i <= NPHO; ++i) {
     if (!take_reaction(i, NPHO, SYMB, index, NFIMEC, MSGFIL, NFISTO)) return false;
+    lines.push_back(here(NFIMEC, 1, 45));
   }
   return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -13,8 +14,9 @@ namespace varpre {
 // No section is no error: the block holds a count of 0.
 //
 // False, after its message: count or reaction that cannot be read, more than NPMAX reactions, an unknown
-// species, no ">" behind the reactant. The records before that stand in the store file.
+// species, no ">" behind the reactant. The records before that stand in the store file. `lines`: the record
+// of each reaction.
 [[nodiscard]] bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL,
-                          StoreFile& NFISTO);
+                          StoreFile& NFISTO, std::vector<Place>& lines);
 
 }  // namespace varpre

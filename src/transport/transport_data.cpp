@@ -11,7 +11,6 @@
 #include "transport/conductivity_fits.h"
 #include "transport/diffusion_fits.h"
 #include "transport/log_fit.h"
-#include "transport/molecular_database.h"
 
 namespace varpre {
 namespace {
@@ -106,8 +105,8 @@ bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::sp
 
 }  // namespace
 
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL, bool print,
-            Listing& MSGFIL, StoreFile& NFISTO) {
+std::vector<Molecule> GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL,
+                             bool print, Listing& MSGFIL, StoreFile& NFISTO) {
   std::vector<Molecule> molecules;
   bool LOK = GENSPE(gas, NFIMOL, MSGFIL, molecules, print);
   write<"(2X)">(MSGFIL);
@@ -115,7 +114,7 @@ void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& 
     LOK = GENTRA(gas, interval, molecules, print, MSGFIL, NFISTO);
     write<"(2X)">(MSGFIL);
   }
-  if (LOK) return;
+  if (LOK) return molecules;
   write<"(3(/,6X,15('*'),'ABNORMAL END IN GENSPD',15('*')))">(MSGFIL);
   throw RunStop{};
 }

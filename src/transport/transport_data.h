@@ -3,6 +3,7 @@
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
+#include "transport/molecular_database.h"
 
 namespace varpre {
 
@@ -14,8 +15,8 @@ struct TemperatureInterval {
 
 // The transport stage: looks up the gas species in the molecular database NFIMOL, fits their transport
 // coefficients on the interval and writes the transport block to the store file. Any failure ends the run
-// (RunStop) with the stage's own banner behind its message.
-void GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL, bool print,
-            Listing& MSGFIL, StoreFile& NFISTO);
+// (RunStop) with the stage's own banner behind its message. Returns what the database says of each species.
+std::vector<Molecule> GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL,
+                             bool print, Listing& MSGFIL, StoreFile& NFISTO);
 
 }  // namespace varpre
