@@ -13,15 +13,6 @@
 namespace varpre {
 namespace {
 
-// Throws std::system_error unless inputs can be looked for in the directory.
-void require_directory(const std::string& directory) {
-  const auto status = std::filesystem::status(directory);
-  if (status.type() != std::filesystem::file_type::directory) {
-    throw_system_error(exists(status) ? ENOTDIR : ENOENT, directory);
-  }
-  if (::access(directory.c_str(), R_OK | X_OK) != 0) throw_system_error(errno, directory);
-}
-
 void make_run(DirectoryRun& run, bool with_findings) {
   require_directory(run.directory);
   Files files = Files::in_directory(run.directory);
@@ -58,6 +49,14 @@ nlohmann::ordered_json json_of(const RunCounts& counts, const RunResult& result)
 }
 
 }  // namespace
+
+void require_directory(const std::string& directory) {
+  const auto status = std::filesystem::status(directory);
+  if (status.type() != std::filesystem::file_type::directory) {
+    throw_system_error(exists(status) ? ENOTDIR : ENOENT, directory);
+  }
+  if (::access(directory.c_str(), R_OK | X_OK) != 0) throw_system_error(errno, directory);
+}
 
 DirectoryRun run_in_directory(const std::string& directory, bool with_findings) {
   DirectoryRun run;

@@ -15,6 +15,9 @@ struct DirectoryRun {
   std::vector<FindingReport> findings;  // files named without the directory
 };
 
+// Throws std::system_error unless inputs can be looked for in the directory.
+void require_directory(const std::string& directory);
+
 // Makes the whole run with the inputs of a directory, without writing anything there. `with_findings`: all
 // findings as data, not only those that the diagnostics show. Does not throw for what the directory holds.
 DirectoryRun run_in_directory(const std::string& directory, bool with_findings);

@@ -1,0 +1,100 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <new>
+
+#include "driver/run.h"
+#include "textio/channel/file.h"
+#include "textio/findings/odd_characters.h"
+#include "tools/check/directory_run.h"
+#include "tools/export/mechanism_yaml.h"
+
+namespace {
+
+using varpre::message;
+
+struct Arguments {
+  std::string directory;
+  std::string output;
+  bool skip_unsupported = false;
+};
+
+constexpr int not_held = 1;  // exit statuses
+constexpr int not_done = 2;
+
+void tell(const std::string& findings) {
+  std::fputs(findings.c_str(), stderr);
+}
+
+void put(const std::string& path, const std::string& text) {
+  if (path.empty()) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return;
+  }
+  varpre::FreshFile file(path);
+  file.write(text);
+  file.sync();
+  file.take_place();
+  std::printf("wrote %s\n", varpre::for_terminal(path).c_str());
+}
+
+int give_up(int errors, int warnings) {
+  tell(message("varpre-export: ", varpre::summary(errors, warnings), "; nothing was written\n"));
+  return not_held;
+}
+
+int export_case(const Arguments& arguments) {
+  varpre::require_directory(arguments.directory);
+  varpre::Files files = varpre::Files::in_directory(arguments.directory);
+  const auto data = std::make_unique<varpre::RunData>();
+  const varpre::RunResult run = varpre::run(files, *data);
+  if (run.errors > 0 || run.end != varpre::RunEnd::normal) {
+    tell(run.diagnostics);
+    return give_up(run.errors, run.warnings);
+  }
+  varpre::Findings findings;
+  findings.most_shown = std::string::npos;
+  const std::string text =
+      varpre::mechanism_yaml(*data, files.conditions, arguments.skip_unsupported, findings);
+  tell(findings.render());
+  if (findings.errors() > 0) return give_up(findings.errors(), findings.warnings());
+  put(arguments.output, text);
+  return 0;
+}
+
+int fail(const std::string& reason) {
+  tell("varpre-export: " + varpre::for_terminal(reason) + "\n");
+  return not_done;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Arguments arguments;
+  CLI::App app("Writes the mechanism, the species data and the mixtures of a case as Cantera's YAML.",
+               "varpre-export");
+  app.add_option("DIRECTORY", arguments.directory, "a directory with INP, MEC, THERMO and MOLNEW")
+      ->type_name("")
+      ->required();
+  app.add_option("--output", arguments.output, "where to write (standard output)")->type_name("FILE");
+  app.add_flag("--skip-unsupported", arguments.skip_unsupported,
+               "leave out what the format cannot hold, with a warning each");
+  app.set_version_flag("--version", "varpre-export " VARPRE_VERSION);
+  app.footer(
+      "Exit status: 0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that "
+      "cannot be read or written.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : not_done;
+  }
+  const int status = export_case(arguments);
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  std::perror("varpre-export: standard output");
+  return not_done;
+} catch (const std::bad_alloc&) {
+  return fail("not enough memory");
+} catch (const std::exception& error) {
+  return fail(error.what());
+}
