@@ -56,7 +56,7 @@ class SideReader {
  private:
   bool take_partner(const std::string& name, bool in_parentheses) {
     if (!side_.partner.empty()) return fail("a second collision partner stands in the equation");
-    side_.partner = name;
+    side_.partner = name == "M" ? name : import_.resolved(name);
     side_.in_parentheses = in_parentheses;
     return true;
   }
@@ -81,7 +81,7 @@ class SideReader {
     }
     if (name == "M")
       return coefficient == 1 ? take_partner(name, false) : fail("a collision partner counts once");
-    side_.species.insert(side_.species.end(), static_cast<std::size_t>(coefficient), name);
+    side_.species.insert(side_.species.end(), static_cast<std::size_t>(coefficient), import_.resolved(name));
     return true;
   }
 

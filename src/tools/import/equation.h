@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/import/import.h"
+#include "tools/import/yaml_value.h"
 
 namespace varpre {
 

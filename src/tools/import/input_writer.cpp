@@ -102,7 +102,7 @@ class Writer {
   void write_mechanism() {
     write_heading(MEC_);
     write_names(MEC_);
-    for (const auto& [what, reason] : mechanism_.left_out)
+    for (const auto& [what, reason, place] : mechanism_.left_out)
       comment(MEC_, message("left out: ", what, ": ", reason));
     if (has_falloff()) {
       comment(MEC_, "Falloff reactions: the high-pressure limit stands on the line of the reaction, the");

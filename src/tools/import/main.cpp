@@ -5,8 +5,8 @@
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/check/directory_run.h"
-#include "tools/import/import.h"
 #include "tools/import/input_writer.h"
+#include "tools/import/yaml_reader.h"
 
 namespace {
 
@@ -15,6 +15,7 @@ using varpre::message;
 struct Arguments {
   varpre::ImportOptions import;
   std::string directory = ".";
+  std::string pressure;
   bool force = false;
 };
 
@@ -81,6 +82,17 @@ void list_mechanism(const varpre::ImportedMechanism& mechanism) {
   std::fputs(text.c_str(), stdout);
 }
 
+// In bar, from a value with its unit.
+double read_pressure(const std::string& text) {
+  const auto bar = *varpre::parse_unit("bar");
+  const std::size_t end = std::min(text.find_first_not_of("0123456789.+-eE"), text.size());
+  const auto value = varpre::parse_number(std::string_view(text).substr(0, end));
+  const auto unit = varpre::parse_unit(std::string_view(text).substr(end));
+  if (!value || *value <= 0 || !unit || unit->dimensions != bar.dimensions)
+    throw std::runtime_error("--pressure: a pressure with its unit is due, like \"1 bar\"");
+  return varpre::converted(*value, *unit, bar);
+}
+
 // Runs what was imported, without writing anything. The exit status.
 int try_run(const Arguments& arguments) {
   if (arguments.import.without_transport && !exists(path_in(arguments, "MOLNEW"))) {
@@ -96,12 +108,13 @@ int try_run(const Arguments& arguments) {
   return complete ? 0 : not_held;
 }
 
-int import(const Arguments& arguments) {
+int import(Arguments& arguments) {
+  if (!arguments.pressure.empty()) arguments.import.pressure = read_pressure(arguments.pressure);
   refuse_to_overwrite(arguments);
   varpre::Findings findings;
   findings.most_shown = std::string::npos;
   varpre::YamlFiles files(findings);
-  const varpre::ImportedMechanism mechanism = varpre::read_mechanism(arguments.import, files, findings);
+  const varpre::ImportedMechanism mechanism = varpre::read_yaml_mechanism(arguments.import, files, findings);
   varpre::InputTexts texts;
   if (findings.errors() == 0)
     texts = varpre::write_inputs(mechanism, *files.open(arguments.import.file).file(), findings);
@@ -135,6 +148,9 @@ int main(int argc, char** argv) {
        {"--species", &options.species, "gas species to be taken (all), with the reactions among them",
         "A,B,...", false, ','},
        {"--output", &arguments.directory, "where the files are written (.)", "DIRECTORY"},
+       {"--pressure", &arguments.pressure, "of rates that depend on it (\"1 bar\")", "P"},
+       {"--refit-thermo", &options.refit_thermo,
+        "fit ranges of seven coefficients to thermochemistry of other forms"},
        {"--force", &arguments.force, "write over MEC, THERMO and MOLNEW; an INP always stays"},
        {"--skip-unsupported", &options.skip_unsupported,
         "leave out what cannot be held, with a warning each"},

@@ -1,11 +1,10 @@
-#include "tools/import/named_partners.h"
-
 #include <algorithm>
+
+#include "tools/import/completion.h"
 
 namespace varpre {
 namespace {
 
-using Names = std::vector<std::string>;
 using Sides = std::pair<Names, Names>;
 
 Names sorted(Names names) {
@@ -33,22 +32,15 @@ double efficiency(const Efficiencies& efficiencies, const std::string& species) 
 
 }  // namespace
 
-void compare_named_partners(const Value& phase, ImportedMechanism& mechanism) {
-  const Value choice = phase["explicit-third-body-duplicates"];
-  const std::string action = choice ? choice.string().value_or("") : "warn";
+void compare_named_partners(std::string_view action, Import& import) {
   if (action == "mark-duplicate") return;
-  Findings& findings = phase.findings();
-  if (action != "warn" && action != "error" && action != "modify-efficiency") {
-    findings.error(choice.place(),
-                   message("'", action, "' is none of warn, error, mark-duplicate and modify-efficiency"));
-    return;
-  }
+  auto& reactions = import.mechanism.gas_reactions;
   std::map<Sides, std::vector<ImportedReaction*>> with_partner;
-  for (ImportedReaction& reaction : mechanism.gas_reactions) {
+  for (ImportedReaction& reaction : reactions) {
     if (!reaction.efficiencies || reaction.low_pressure) continue;
     with_partner[{sorted(reaction.educts), sorted(reaction.products)}].push_back(&reaction);
   }
-  for (ImportedReaction& reaction : mechanism.gas_reactions) {
+  for (ImportedReaction& reaction : reactions) {
     Sides sides{sorted(reaction.educts), sorted(reaction.products)};
     const auto species = reaction.efficiencies ? std::nullopt : take_out_partner(sides);
     const auto others = species ? with_partner.find(sides) : with_partner.end();
@@ -59,7 +51,7 @@ void compare_named_partners(const Value& phase, ImportedMechanism& mechanism) {
       if (action == "modify-efficiency") {
         other->efficiencies->named[*species] = 0;
       } else {
-        findings.report(
+        import.findings.report(
             action == "error" ? Findings::Severity::error : Findings::Severity::warning, reaction.place,
             message("the collisions with ", *species, " count twice: here, and in ", other->equation),
             "explicit-third-body-duplicates in the phase says what is meant", Findings::Site::current());

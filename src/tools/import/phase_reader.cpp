@@ -1,15 +1,12 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "mechanism/reaction.h"
-#include "thermo/elements.h"
-#include "tools/import/import.h"
-#include "tools/import/named_partners.h"
+#include "tools/import/completion.h"
 #include "tools/import/reaction_reader.h"
 #include "tools/import/selection.h"
-#include "tools/import/short_names.h"
 #include "tools/import/species_reader.h"
 #include "tools/import/state_reader.h"
+#include "tools/import/yaml_reader.h"
 
 namespace varpre {
 namespace {
@@ -44,29 +41,28 @@ class Multipliers {
 class PhaseReader {
  public:
   PhaseReader(const ImportOptions& options, YamlFiles& files, Findings& findings)
-      : import_{options, findings, files} {}
+      : import_{options, findings}, files_(files) {}
 
   ImportedMechanism read() {
     const ImportOptions& options = import_.options;
-    const Value root = import_.files.open(options.file);
+    const Value root = files_.open(options.file);
     mechanism().file = std::filesystem::path(options.file).filename();
     if (!root) return mechanism();
     const Value surface = options.surface.empty() ? Value() : find_phase(root, options.surface);
     if (!options.surface.empty() && !surface) return mechanism();
     const Value gas = find_gas(root, surface);
-    if (!gas) return mechanism();
+    if (!gas || !has_model(gas, false) || (surface && !has_model(surface, true))) return mechanism();
     mechanism().gas_phase = gas["name"].string().value_or("");
-    read_phase_species(gas, false);
+    read_phase_species(gas, KnownSpecies::Phase::gas);
     if (surface) {
       mechanism().surface_phase = options.surface;
-      read_phase_species(surface, true);
+      read_phase_species(surface, KnownSpecies::Phase::surface);
+      read_bulk_species(gas, surface);
+      read_site_density(surface, mechanism());
     }
-    choose_species();
-    name_species();
     read_reactions(gas, false);
     if (surface) read_reactions(surface, true);
-    put_inert_species_last();
-    check_limits(gas);
+    complete(gas.place(), import_);
     read_state(gas, surface, import_);
     return mechanism();
   }
@@ -89,11 +85,6 @@ class PhaseReader {
     return {};
   }
 
-  static bool is_interface(const Value& phase) {
-    const std::string model = phase["thermo"].string().value_or("");
-    return model == "ideal-surface" || model == "coverage-dependent-surface" || model == "edge";
-  }
-
   // The phase that was asked for, the gas beside the surface, or the first that can be held.
   Value find_gas(const Value& root, const Value& surface) {
     if (!import_.options.phase.empty()) return find_phase(root, import_.options.phase);
@@ -112,29 +103,51 @@ class PhaseReader {
     return {};
   }
 
-  Value find_adjacent(const Selection& adjacent, const Value& surface) {
-    const Value section = import_.files.section(adjacent.section, surface);
+  std::vector<Value> adjacent_phases(const Selection& adjacent, const Value& surface) {
+    std::vector<Value> phases;
+    const Value section = files_.section(adjacent.section, surface);
     for (const Value& phase : section.items()) {
       const auto name = phase["name"].string();
       const bool named =
           adjacent.rule == "all" || std::any_of(adjacent.names.begin(), adjacent.names.end(),
                                                 [&](const Value& value) { return value.string() == name; });
-      if (named && !is_interface(phase)) return phase;
+      if (named) phases.push_back(phase);
     }
-    return {};
+    return phases;
   }
 
-  // Whether the laws of the phase are those of the solver.
-  void check_models(const Value& phase, bool surface) {
+  Value find_adjacent(const Selection& adjacent, const Value& surface) {
+    const std::vector<Value> phases = adjacent_phases(adjacent, surface);
+    const auto gas = std::find_if(phases.begin(), phases.end(),
+                                  [](const Value& phase) { return phase["thermo"].string() == "ideal-gas"; });
+    return gas == phases.end() ? Value() : *gas;
+  }
+
+  // Species of solids that touch the surface, whose activity is 1.
+  void read_bulk_species(const Value& gas, const Value& surface) {
+    for (const Selection& adjacent : read_selections(surface["adjacent-phases"], "phases")) {
+      for (const Value& phase : adjacent_phases(adjacent, surface)) {
+        const bool is_gas = phase.place() == gas.place();
+        if (!is_gas && phase["thermo"].string() == "fixed-stoichiometry")
+          read_phase_species(phase, KnownSpecies::Phase::bulk);
+      }
+    }
+  }
+
+  // Whether the laws of the phase are those of the solver. Without them nothing of it can be right.
+  bool has_model(const Value& phase, bool surface) {
     phase.check_names({"name", "elements", "species", "skip-undeclared-elements",
                        "skip-undeclared-third-bodies", "explicit-third-body-duplicates", "state",
                        "adjacent-phases", "thermo", "kinetics", "rate-multipliers", "reactions", "Motz-Wise",
                        "transport", "site-density", "note", "description"});
     const auto model = phase.require("thermo").string();
-    if (model && *model != (surface ? "ideal-surface" : "ideal-gas")) {
-      import_.refuse(phase["thermo"].place(), message("phase ", phase["name"].string().value_or("")),
-                     message("its model is '", *model, "'"),
-                     surface ? "a surface is an ideal-surface" : "a gas is an ideal-gas");
+    if (!model) return false;
+    if (*model != (surface ? "ideal-surface" : "ideal-gas")) {
+      findings().error(
+          phase["thermo"].place(),
+          message("phase ", phase["name"].string().value_or(""), ": its model is '", *model, "'"),
+          surface ? "a surface is an ideal-surface" : "a gas is an ideal-gas");
+      return false;
     }
     const std::string kinetics = phase["kinetics"].string().value_or("none");
     const bool held =
@@ -142,89 +155,61 @@ class PhaseReader {
     if (!held)
       findings().error(phase["kinetics"].place(),
                        message("kinetics of the kind '", kinetics, "' cannot be held"));
+    return held;
   }
 
   // The symbols a phase declares; nothing where it takes any.
-  std::optional<std::vector<std::string>> declared_elements(const Value& phase) {
+  std::optional<std::set<std::string>> declared_elements(const Value& phase) {
     if (!phase["elements"]) return std::nullopt;
-    std::vector<std::string> symbols;
+    std::set<std::string> symbols;
     for (const Selection& selection : read_selections(phase["elements"], "elements")) {
-      for (const Value& name : selection.names) symbols.push_back(name.string().value_or(""));
+      for (const Value& name : selection.names) symbols.insert(name.string().value_or(""));
       if (selection.rule.empty()) continue;
-      for (const Value& element : import_.files.section(selection.section, selection.where).items()) {
-        symbols.push_back(element["symbol"].string().value_or(""));
+      for (const Value& element : files_.section(selection.section, selection.where).items()) {
+        symbols.insert(element["symbol"].string().value_or(""));
       }
     }
     return symbols;
   }
 
-  void read_phase_species(const Value& phase, bool surface) {
-    check_models(phase, surface);
+  void read_phase_species(const Value& phase, KnownSpecies::Phase kind) {
     const auto elements = declared_elements(phase);
     const bool skip = phase["skip-undeclared-elements"].boolean().value_or(false);
     const Value list = phase["species"];
     std::vector<Selection> selections = read_selections(list, "species");
     if (!list) selections.push_back({"species", phase, {}, "all"});
     for (const Selection& selection : selections) {
-      for (const Value& entry : selected_species(selection, import_.files))
-        take_species(entry, surface, elements, skip);
+      for (const Value& entry : selected_species(selection, files_)) read_one(entry, kind, elements, skip);
     }
   }
 
-  void take_species(const Value& entry, bool surface, const std::optional<std::vector<std::string>>& elements,
-                    bool skip) {
+  void read_one(const Value& entry, KnownSpecies::Phase kind,
+                const std::optional<std::set<std::string>>& elements, bool skip) {
     const auto name = entry.require("name").string();
     if (!name) return;
     if (elements) {
       for (const auto& [symbol, place, count] : entry["composition"].members()) {
-        if (std::find(elements->begin(), elements->end(), symbol) != elements->end() || count.number() == 0)
-          continue;
+        if (elements->count(symbol) > 0 || count.number() == 0) continue;
         if (!skip)
           findings().error(place,
                            message("the phase does not declare the element '", symbol, "' of ", *name));
         return;
       }
     }
-    if (!known_.try_emplace(*name, KnownSpecies{KnownSpecies::Fate::taken, surface}).second) {
+    if (!import_.declare(*name, {KnownSpecies::Fate::left_out, kind, 0})) {
       findings().error(entry["name"].place(), message("species ", *name, " comes twice in the phases"));
       return;
     }
-    declared_.push_back(*name);
-    if (!surface && !is_chosen(*name)) {
-      known_[*name].fate = KnownSpecies::Fate::not_chosen;
-    } else if (const auto species = read_species(entry, surface, import_)) {
-      (surface ? mechanism().surface : mechanism().gas).push_back(*species);
-    } else {
-      known_[*name].fate = KnownSpecies::Fate::left_out;
+    if (kind == KnownSpecies::Phase::gas && !is_chosen(*name)) {
+      import_.known[*name].fate = KnownSpecies::Fate::not_chosen;
+    } else if (auto species = read_species(entry, kind, files_, import_)) {
+      take_species(std::move(*species), import_);
     }
   }
 
   bool is_chosen(const std::string& name) const {
     const auto& chosen = import_.options.species;
     return chosen.empty() || std::find(chosen.begin(), chosen.end(), name) != chosen.end();
-  }
-
-  // From the names of all species of the phases, so that a choice of some does not change them.
-  void name_species() {
-    const auto names = short_names(declared_);
-    for (auto* species : {&mechanism().gas, &mechanism().surface}) {
-      for (ImportedSpecies& one : *species) one.short_name = names.at(one.name);
-    }
-  }
-
-  void choose_species() {
-    std::vector<std::string> names;
-    for (const auto& [name, species] : known_) names.push_back(name);
-    for (const std::string& name : import_.options.species) {
-      if (known_.count(name) > 0) continue;
-      findings().error(whole(*import_.files.open(import_.options.file).file()),
-                       message("--species: there is no species '", name, "' in the phase"),
-                       Nearest(name).offer_all(names).help());
-    }
-    if (mechanism().gas.empty() && findings().errors() == 0) {
-      findings().error(whole(*import_.files.open(import_.options.file).file()),
-                       "no species of the phase can be taken");
-    }
   }
 
   void read_reactions(const Value& phase, bool surface) {
@@ -235,11 +220,9 @@ class PhaseReader {
       return;
     }
     if (list.is_scalar() && list.text() == "none") return;
-    const ReactionScope scope{known_, surface,
-                              phase["skip-undeclared-third-bodies"].boolean().value_or(false),
+    const ReactionScope scope{surface, phase["skip-undeclared-third-bodies"].boolean().value_or(false),
                               phase["Motz-Wise"].boolean().value_or(false)};
     const Multipliers multipliers(phase["rate-multipliers"]);
-    auto& reactions = surface ? mechanism().surface_reactions : mechanism().gas_reactions;
     int index = 0;
     for (const Selection& selection : read_reaction_selections(list, phase)) {
       if (selection.rule != "all" && selection.rule != "declared-species") {
@@ -247,81 +230,30 @@ class PhaseReader {
                          "all, declared-species or none");
         continue;
       }
-      for (const Value& entry : import_.files.section(selection.section, selection.where).items()) {
-        const auto [of_phase, reaction] =
-            read_reaction(entry, scope, selection.rule != "all", multipliers.of(index), import_);
-        if (of_phase) ++index;
-        if (reaction) reactions.push_back(*reaction);
+      for (const Value& entry : files_.section(selection.section, selection.where).items()) {
+        if (read_reaction(entry, scope, selection.rule != "all", multipliers.of(index), import_)) ++index;
       }
     }
-    if (!surface) compare_named_partners(phase, mechanism());
+    if (!surface) settle_named_partners(phase["explicit-third-body-duplicates"]);
   }
 
-  // The solver takes the last species for those that do not react: behind those which do in the gas phase
-  // come those which do at the surface only, and then the others.
-  void put_inert_species_last() {
-    const auto reacting_in = [](const std::vector<ImportedReaction>& reactions) {
-      std::set<std::string> names;
-      for (const ImportedReaction& reaction : reactions) {
-        names.insert(reaction.educts.begin(), reaction.educts.end());
-        names.insert(reaction.products.begin(), reaction.products.end());
-      }
-      return names;
-    };
-    const std::set<std::string> in_gas = reacting_in(mechanism().gas_reactions);
-    const std::set<std::string> at_surface = reacting_in(mechanism().surface_reactions);
-    const auto rank = [&](const ImportedSpecies& s) {
-      return in_gas.count(s.name) > 0 ? 0 : at_surface.count(s.name) > 0 ? 1 : 2;
-    };
-    for (auto* species : {&mechanism().gas, &mechanism().surface}) {
-      std::stable_sort(species->begin(), species->end(),
-                       [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
+  void settle_named_partners(const Value& choice) {
+    const std::string action = choice ? choice.string().value_or("") : "warn";
+    if (action == "warn" || action == "error" || action == "mark-duplicate" ||
+        action == "modify-efficiency") {
+      return compare_named_partners(action, import_);
     }
-  }
-
-  void check_limits(const Value& gas) {
-    const auto species = static_cast<int>(mechanism().gas.size() + mechanism().surface.size());
-    if (species > NSMAX) {
-      findings().error(gas.place(), message(species, " species are more than can be held"),
-                       message("at most ", NSMAX, " can be; --species chooses some"));
-    }
-    for (const auto* reactions : {&mechanism().gas_reactions, &mechanism().surface_reactions}) {
-      const auto reversible = std::count_if(reactions->begin(), reactions->end(),
-                                            [](const ImportedReaction& r) { return r.reversible; });
-      const auto number = static_cast<int>(reactions->size()) + static_cast<int>(reversible);
-      if (number > NRMAX) {
-        findings().error(reactions->front().place,
-                         message(number, " reactions, reverse ones included, are more than can be held"),
-                         message("at most ", NRMAX, " can be; --species leaves out those of other species"));
-      }
-    }
-    std::set<std::string> elements;
-    for (const ImportedSpecies& s : mechanism().gas) {
-      for (const auto& [symbol, count] : s.atoms) elements.insert(symbol);
-    }
-    if (elements.size() > NEMAX) {
-      findings().error(gas.place(),
-                       message(static_cast<int>(elements.size()), " elements are more than can be held"),
-                       message("at most ", NEMAX, " can be: ", list_of(elements)));
-    }
+    findings().error(choice.place(),
+                     message("'", action, "' is none of warn, error, mark-duplicate and modify-efficiency"));
   }
 
   Import import_;
-  std::map<std::string, KnownSpecies> known_;
-  std::vector<std::string> declared_;  // in order
+  YamlFiles& files_;
 };
 
 }  // namespace
 
-void Import::refuse(const Place& place, const std::string& what, std::string_view reason,
-                    std::string_view help, Findings::Site kind) {
-  const bool skip = options.skip_unsupported;
-  findings.report(skip ? Findings::Severity::warning : Findings::Severity::error, place,
-                  skip ? message(what, " is left out: ", reason) : message(what, ": ", reason), help, kind);
-  mechanism.left_out.push_back({what, std::string(reason)});
-}
-
-ImportedMechanism read_mechanism(const ImportOptions& options, YamlFiles& files, Findings& findings) {
+ImportedMechanism read_yaml_mechanism(const ImportOptions& options, YamlFiles& files, Findings& findings) {
   return PhaseReader(options, files, findings).read();
 }
 

@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t longest = sizeof(SpeciesName);
 
-std::string capitals(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), upper);
-  return text;
-}
-
 // Characters that neither a reaction line nor a species list nor the start of a record takes for another
 // thing.
 bool is_of_names(char c) {
@@ -31,7 +26,7 @@ bool is_keyword(const std::string& name) {
                                                     "PARI", "TROE", "2DOP", "2DIN", "----", "N2(V", "O2(V"};
   constexpr std::array<std::string_view, 10> words{"P", "T",    "H(T0)", "PHI",  "G",
                                                    "V", "FREQ", "FAC",   "OMEG", "RHO"};
-  const std::string text = capitals(name);
+  const std::string text = in_capitals(name);
   const auto begins = [&](std::string_view start) { return text.starts_with(start); };
   return std::any_of(starts.begin(), starts.end(), begins) ||
          std::find(words.begin(), words.end(), text) != words.end() ||
@@ -57,7 +52,7 @@ std::string cleaned(const std::string& name) {
 std::string free_name(const std::string& name, const std::set<std::string>& taken) {
   const std::string text = cleaned(name);
   std::string candidate = text.substr(0, longest);
-  for (int number = 2; taken.count(capitals(candidate)) > 0 || !is_usable(candidate); ++number) {
+  for (int number = 2; taken.count(in_capitals(candidate)) > 0 || !is_usable(candidate); ++number) {
     const std::string end = message("_", number);
     candidate = text.substr(0, longest - end.size()) + end;
   }
@@ -66,16 +61,21 @@ std::string free_name(const std::string& name, const std::set<std::string>& take
 
 }  // namespace
 
+std::string in_capitals(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), upper);
+  return text;
+}
+
 std::map<std::string, SpeciesName> short_names(std::span<const std::string> names) {
   std::map<std::string, SpeciesName> result;
   std::set<std::string> taken;
   for (const std::string& name : names) {
-    if (is_usable(name) && taken.insert(capitals(name)).second) result[name] = name;
+    if (is_usable(name) && taken.insert(in_capitals(name)).second) result[name] = name;
   }
   for (const std::string& name : names) {
     if (result.count(name) > 0) continue;
     const std::string chosen = free_name(name, taken);
-    taken.insert(capitals(chosen));
+    taken.insert(in_capitals(chosen));
     result[name] = chosen;
   }
   return result;

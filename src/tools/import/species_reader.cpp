@@ -9,7 +9,7 @@ namespace varpre {
 namespace {
 
 const Unit kelvin = *parse_unit("K");
-const Unit pascal = *parse_unit("Pa");
+const Unit bar = *parse_unit("bar");
 const Unit molar_energy = *parse_unit("J/mol");
 const Unit molar_entropy = *parse_unit("J/mol/K");
 
@@ -18,8 +18,8 @@ bool is_whole(double value, double most) {
 }
 
 // Where an element of the file is made heavier or lighter than it is here.
-bool has_own_weight(const Value& entry, const std::string& symbol, Import& import) {
-  for (const Value& element : import.files.open(entry.file()->name)["elements"].items()) {
+bool has_own_weight(const Value& entry, const std::string& symbol, YamlFiles& files) {
+  for (const Value& element : files.open(entry.file()->name)["elements"].items()) {
     const auto name = element["symbol"].string();
     const auto weight = element["atomic-weight"].number();
     constexpr double tolerance = 0.001;
@@ -29,7 +29,7 @@ bool has_own_weight(const Value& entry, const std::string& symbol, Import& impor
   return false;
 }
 
-bool read_atoms(const Value& entry, ImportedSpecies& species, Import& import) {
+bool read_atoms(const Value& entry, ImportedSpecies& species, YamlFiles& files, Import& import) {
   const auto refuse = [&](const Place& place, std::string_view reason, std::string_view help) {
     import.refuse(place, message("species ", species.name), reason, help);
     return false;
@@ -43,7 +43,7 @@ bool read_atoms(const Value& entry, ImportedSpecies& species, Import& import) {
           place, message("'", symbol, "' is not an element that is known here"),
           symbol == "E" ? "charged species and electrons cannot be held" : "isotopes are no elements here");
     }
-    if (has_own_weight(entry, symbol, import)) {
+    if (has_own_weight(entry, symbol, files)) {
       return refuse(place, message("the file gives '", symbol, "' another weight than the element has"), {});
     }
     if (!is_whole(*count, 999) || *count < 0) {
@@ -58,39 +58,49 @@ bool read_atoms(const Value& entry, ImportedSpecies& species, Import& import) {
   return refuse(species.place, "it is made of more than four elements", {});
 }
 
-// The entropies of an entry are those at its reference pressure, at 1 bar here. One of 1 atm is what most
-// files mean; it is left as it is.
-double entropy_shift(const Value& thermo, const ImportedSpecies& species, Import& import) {
-  constexpr double bar = 1.0E5;
-  constexpr double atm = 101325;
-  if (species.on_surface) return 0;
-  const double pressure =
-      thermo["reference-pressure"].quantity(thermo.units().pressure, pascal).value_or(atm);
-  if (pressure == atm) import.mechanism.at_one_atmosphere = true;
-  if (pressure == bar || pressure == atm) return 0;
-  if (pressure > 0) return std::log(pressure / bar);
-  thermo.findings().error(thermo["reference-pressure"].place(), "a pressure is greater than zero");
-  return 0;
-}
-
-std::optional<std::array<double, 7>> read_coefficients(const Value& list) {
+std::optional<std::vector<double>> read_coefficients(const Value& list, std::size_t count) {
   const std::vector<Value> items = list.items();
-  std::array<double, 7> coefficients{};
-  if (items.size() != coefficients.size()) {
-    if (list.is_list())
+  std::vector<double> coefficients;
+  if (items.size() != count) {
+    if (list.is_list()) {
       list.findings().error(list.place(),
-                            message("seven coefficients are due here, not ", static_cast<int>(items.size())));
+                            message(count == 9 ? "nine" : "seven", " coefficients are due here, not ",
+                                    static_cast<int>(items.size())));
+    }
     return std::nullopt;
   }
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const auto value = items[i].number();
+  for (const Value& item : items) {
+    const auto value = item.number();
     if (!value) return std::nullopt;
-    coefficients[i] = *value;
+    coefficients.push_back(*value);
   }
   return coefficients;
 }
 
-bool read_polynomials(const Value& thermo, ImportedSpecies& species) {
+using Coefficients = std::vector<double>;
+
+ThermoRange nasa7(const Coefficients& c) {
+  return {0, 0, {0, 0, c[0], c[1], c[2], c[3], c[4]}, c[5], c[6]};
+}
+
+ThermoRange nasa9(const Coefficients& c) {
+  return {0, 0, {c[0], c[1], c[2], c[3], c[4], c[5], c[6]}, c[7], c[8]};
+}
+
+// A to G in J/(mol K) and kJ/mol, with t = T / 1000 K:
+//   cp = A + B t + C t^2 + D t^3 + E/t^2, h = A t + ... - E/t + F, s = A ln t + ... - E/(2 t^2) + G
+ThermoRange shomate(const Coefficients& c) {
+  constexpr double R = molar_gas_constant;
+  return {0,
+          0,
+          {c[4] * 1.0E6 / R, 0, c[0] / R, c[1] / 1.0E3 / R, c[2] / 1.0E6 / R, c[3] / 1.0E9 / R, 0},
+          1000 * c[5] / R,
+          (c[6] - c[0] * std::log(1000.0)) / R};
+}
+
+// Ranges of temperature and the coefficients of each: at most so many ranges.
+bool read_polynomials(const Value& thermo, std::size_t count, std::size_t most,
+                      ThermoRange (*range_of)(const Coefficients&), ThermoRanges& result) {
   thermo.check_names({"model", "temperature-ranges", "data", "reference-pressure", "note"});
   std::vector<double> limits;
   const Value ranges = thermo.require("temperature-ranges");
@@ -99,58 +109,133 @@ bool read_polynomials(const Value& thermo, ImportedSpecies& species) {
     if (!T) return false;
     limits.push_back(*T);
   }
-  std::vector<std::array<double, 7>> data;
   const Value lists = thermo.require("data");
   for (const Value& list : lists.items()) {
-    const auto coefficients = read_coefficients(list);
+    const auto coefficients = read_coefficients(list, count);
     if (!coefficients) return false;
-    data.push_back(*coefficients);
+    result.ranges.push_back(range_of(*coefficients));
   }
   if (!ranges || !lists) return false;
-  if (data.empty() || data.size() > 2 || limits.size() != data.size() + 1) {
-    thermo.findings().error(
-        ranges.place(), "one or two ranges are due here, their limits and a list of coefficients for each");
+  const std::size_t n = result.ranges.size();
+  if (n == 0 || n > most || limits.size() != n + 1) {
+    thermo.findings().error(ranges.place(),
+                            message(most == 2 ? "one or two ranges are" : "some ranges are",
+                                    " due here, their limits and a list of coefficients for each"));
     return false;
   }
   if (!std::is_sorted(limits.begin(), limits.end(), std::less_equal<>()) || limits.front() < 0) {
     thermo.findings().error(ranges.place(), "the limits of the ranges must rise");
     return false;
   }
-  constexpr double usual_switch = 1000;  // K
-  const double low = limits.front();
-  const double high = limits.back();
-  const bool usual = low < usual_switch && usual_switch < high;
-  species.limits = {low, high, data.size() == 2 ? limits[1] : usual ? usual_switch : (low + high) / 2};
-  species.lower = data.front();
-  species.upper = data.back();
+  for (std::size_t i = 0; i < n; ++i) {
+    result.ranges[i].low = limits[i];
+    result.ranges[i].high = limits[i + 1];
+  }
   return true;
 }
 
+// T-max may be .inf.
+double highest_temperature(const Value& thermo, double usual) {
+  const Value highest = thermo["T-max"];
+  const bool endless = !highest || (highest.is_scalar() && highest.text() == ".inf");
+  return endless ? usual : highest.quantity(thermo.units().temperature, kelvin).value_or(usual);
+}
+
 // cp is constant: h and s follow from their values at T0.
-bool read_constant_heat_capacity(const Value& thermo, ImportedSpecies& species) {
+ThermoRange constant_heat_capacity(double cp, double T0, double h0, double s0) {
+  return {0, 0, {0, 0, cp, 0, 0, 0, 0}, h0 - cp * T0, s0 - cp * std::log(T0)};
+}
+
+bool read_constant_heat_capacity(const Value& thermo, ThermoRanges& result) {
   thermo.check_names({"model", "T0", "h0", "s0", "cp0", "T-min", "T-max", "reference-pressure", "note"});
   const UnitSystem& units = thermo.units();
   const Unit usual = units.energy / units.quantity;
   const int errors = thermo.findings().errors();
+  constexpr double R = molar_gas_constant;
   const double T0 = thermo["T0"].quantity(units.temperature, kelvin).value_or(298.15);
-  const double h0 = thermo["h0"].quantity(usual, molar_energy).value_or(0);
-  const double s0 = thermo["s0"].quantity(usual / units.temperature, molar_entropy).value_or(0);
-  const double cp0 = thermo["cp0"].quantity(usual / units.temperature, molar_entropy).value_or(0);
-  const double low = thermo["T-min"].quantity(units.temperature, kelvin).value_or(0);
-  const Value highest = thermo["T-max"];
-  const bool endless = !highest || (highest.is_scalar() && highest.text() == ".inf");
-  constexpr double usual_high = 5000;  // K
-  const double high = endless ? usual_high : highest.quantity(units.temperature, kelvin).value_or(usual_high);
+  const double h0 = thermo["h0"].quantity(usual, molar_energy).value_or(0) / R;
+  const double s0 = thermo["s0"].quantity(usual / units.temperature, molar_entropy).value_or(0) / R;
+  const double cp0 = thermo["cp0"].quantity(usual / units.temperature, molar_entropy).value_or(0) / R;
+  ThermoRange range = constant_heat_capacity(cp0, T0, h0, s0);
+  range.low = thermo["T-min"].quantity(units.temperature, kelvin).value_or(0);
+  range.high = highest_temperature(thermo, 5000);
   if (thermo.findings().errors() > errors) return false;
-  if (T0 <= 0 || high <= low) {
+  if (T0 <= 0 || range.high <= range.low) {
     thermo.findings().error(thermo.place(),
                             "the temperatures of a constant heat capacity must be positive and rise");
     return false;
   }
-  constexpr double R = gas_constant;
-  species.limits = {low, high, low < 1000 && 1000 < high ? 1000 : (low + high) / 2};
-  species.lower = {cp0 / R, 0, 0, 0, 0, h0 / R - cp0 / R * T0, s0 / R - cp0 / R * std::log(T0)};
-  species.upper = species.lower;
+  result.ranges.push_back(range);
+  return true;
+}
+
+// Gibbs energies g/R at some temperatures, K.
+std::optional<std::map<double, double>> read_gibbs_table(const Value& thermo) {
+  const UnitSystem& units = thermo.units();
+  const bool over_RT = thermo["dimensionless"].boolean().value_or(false);
+  const Unit usual = units.energy / units.quantity;
+  std::map<double, double> table;
+  const Value data = thermo.require("data");
+  for (const auto& [name, place, value] : data.members()) {
+    const auto T = parse_number(name);
+    if (!T || *T <= 0) {
+      thermo.findings().error(place, message("'", name, "' is no temperature"));
+      return std::nullopt;
+    }
+    const auto temperature = static_cast<double>(*T);
+    const auto g = over_RT ? value.number() : value.quantity(usual, molar_energy);
+    if (!g) return std::nullopt;
+    table[temperature] = over_RT ? *g * temperature : *g / molar_gas_constant;
+  }
+  return table;
+}
+
+// Between the temperatures of the table cp is constant, and h and s follow from h at 298.15 K.
+bool read_piecewise_gibbs(const Value& thermo, ThermoRanges& result) {
+  thermo.check_names(
+      {"model", "h0", "dimensionless", "data", "T-min", "T-max", "reference-pressure", "note"});
+  constexpr double standard = 298.15;
+  const UnitSystem& units = thermo.units();
+  const auto table = read_gibbs_table(thermo);
+  if (!table) return false;
+  const auto start = table->find(standard);
+  if (start == table->end() || table->size() < 2) {
+    thermo.findings().error(thermo["data"].place(),
+                            "values at two temperatures are due here, and 298.15 K must be one of them");
+    return false;
+  }
+  const double h0 =
+      thermo["h0"].quantity(units.energy / units.quantity, molar_energy).value_or(0) / molar_gas_constant;
+  const double s0 = (h0 - start->second) / standard;
+  const auto interval = [](double T1, double h, double s, double T2, double g) {
+    const double cp = (g - h + T2 * s) / (T2 - T1 - T2 * std::log(T2 / T1));
+    ThermoRange range = constant_heat_capacity(cp, T1, h, s);
+    range.low = std::min(T1, T2);
+    range.high = std::max(T1, T2);
+    return range;
+  };
+  const auto step = [&](double& T, double& h, double& s, const std::pair<const double, double>& next) {
+    const ThermoRange range = interval(T, h, s, next.first, next.second);
+    T = next.first;
+    const ThermoValues values = evaluate(range, T);
+    h = values.h * T;
+    s = values.s;
+    return range;
+  };
+  double T = standard;
+  double h = h0;
+  double s = s0;
+  for (auto below = std::make_reverse_iterator(start); below != table->rend(); ++below)
+    result.ranges.insert(result.ranges.begin(), step(T, h, s, *below));
+  T = standard;
+  h = h0;
+  s = s0;
+  for (auto above = std::next(start); above != table->end(); ++above)
+    result.ranges.push_back(step(T, h, s, *above));
+  ThermoRange& first = result.ranges.front();
+  first.low = thermo["T-min"].quantity(units.temperature, kelvin).value_or(first.low);
+  ThermoRange& last = result.ranges.back();
+  last.high = highest_temperature(thermo, last.high);
   return true;
 }
 
@@ -160,21 +245,30 @@ bool read_thermo(const Value& entry, ImportedSpecies& species, Import& import) {
   const auto model = thermo.require("model").string();
   if (!model) return false;
   bool read = false;
+  ThermoRanges& ranges = species.thermo;
+  constexpr std::size_t any = 1000;
   if (*model == "NASA7") {
-    read = read_polynomials(thermo, species);
+    read = read_polynomials(thermo, 7, 2, nasa7, ranges);
+  } else if (*model == "NASA9") {
+    read = read_polynomials(thermo, 9, any, nasa9, ranges);
+  } else if (*model == "Shomate") {
+    read = read_polynomials(thermo, 7, 2, shomate, ranges);
   } else if (*model == "constant-cp") {
-    read = read_constant_heat_capacity(thermo, species);
+    read = read_constant_heat_capacity(thermo, ranges);
+  } else if (*model == "piecewise-Gibbs") {
+    read = read_piecewise_gibbs(thermo, ranges);
   } else {
-    import.refuse(
-        thermo["model"].place(), message("species ", species.name),
-        message("its thermochemistry is of the model '", *model, "'"),
-        "polynomials of seven coefficients (NASA7) in one or two ranges are needed: fit some to this model");
+    import.refuse(thermo["model"].place(), message("species ", species.name),
+                  message("its thermochemistry is of the model '", *model, "'"),
+                  "NASA7 and constant-cp come in; --refit-thermo takes NASA9, Shomate and piecewise-Gibbs");
   }
   if (!read) return false;
-  const double shift = entropy_shift(thermo, species, import);
-  species.lower[6] += shift;
-  species.upper[6] += shift;
-  return true;
+  const Value pressure = thermo["reference-pressure"];
+  if (!pressure) return true;
+  const auto value = pressure.quantity(thermo.units().pressure, bar);
+  if (value && *value <= 0) thermo.findings().error(pressure.place(), "a pressure is greater than zero");
+  if (value) ranges.reference_pressure = *value;
+  return value && *value > 0;
 }
 
 bool read_geometry(const Value& transport, ImportedMolecule& molecule) {
@@ -224,21 +318,22 @@ bool read_transport(const Value& entry, ImportedSpecies& species, Import& import
 
 }  // namespace
 
-std::optional<ImportedSpecies> read_species(const Value& entry, bool on_surface, Import& import) {
+std::optional<ImportedSpecies> read_species(const Value& entry, KnownSpecies::Phase phase, YamlFiles& files,
+                                            Import& import) {
   entry.check_names({"name", "composition", "thermo", "transport", "equation-of-state", "critical-parameters",
                      "coverage-dependencies", "sites", "Debye-Huckel", "note", "description"});
   ImportedSpecies species;
   species.name = entry["name"].string().value_or("");
   species.place = entry["name"].place();
-  species.on_surface = on_surface;
+  species.on_surface = phase == KnownSpecies::Phase::surface;
   const double sites = entry["sites"].number().value_or(1);
-  if (on_surface && sites != 1) {
+  if (species.on_surface && sites != 1) {
     import.refuse(entry["sites"].place(), message("species ", species.name),
                   message("it occupies ", sites, " sites"), "a surface species occupies one site");
     return std::nullopt;
   }
-  const bool with_transport = !on_surface && !import.options.without_transport;
-  if (!read_atoms(entry, species, import) || !read_thermo(entry, species, import) ||
+  const bool with_transport = phase == KnownSpecies::Phase::gas && !import.options.without_transport;
+  if (!read_atoms(entry, species, files, import) || !read_thermo(entry, species, import) ||
       (with_transport && !read_transport(entry, species, import))) {
     return std::nullopt;
   }

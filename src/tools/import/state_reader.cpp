@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "thermo/elements.h"
+#include "tools/import/composition.h"
 
 namespace varpre {
 namespace {
@@ -27,11 +28,34 @@ const ImportedSpecies* find(const std::vector<ImportedSpecies>& all, const std::
   return found == all.end() ? nullptr : &*found;
 }
 
+struct Amount {
+  std::string name;
+  Place place;
+  std::optional<double> value;
+};
+
+// A mapping, or a text like "H2:2, O2:1".
+std::vector<Amount> read_amounts(const Value& composition) {
+  std::vector<Amount> amounts;
+  if (!composition.is_scalar()) {
+    for (const auto& [name, place, value] : composition.members())
+      amounts.push_back({name, place, value.number()});
+    return amounts;
+  }
+  const auto parsed = parse_composition(composition.text());
+  if (!parsed)
+    composition.findings().error(composition.place(), "names and amounts are due here, H2:2, O2:1");
+  for (const auto& [name, amount] : parsed.value_or(Composition()))
+    amounts.push_back({name, composition.place(), amount});
+  return amounts;
+}
+
 // Adds the amounts of a composition; those of species that were not taken are left out, with a warning.
 void read_composition(const Value& composition, const std::vector<ImportedSpecies>& all, bool by_mass,
-                      ImportedState& state) {
-  for (const auto& [name, place, value] : composition.members()) {
-    const auto amount = value.number();
+                      Import& import) {
+  ImportedState& state = import.mechanism.state;
+  for (const auto& [given, place, amount] : read_amounts(composition)) {
+    const std::string name = import.resolved(given);
     const ImportedSpecies* const species = find(all, name);
     if (!amount || *amount == 0) continue;
     if (species == nullptr) {
@@ -85,8 +109,8 @@ void read_state(const Value& gas, const Value& surface, Import& import) {
     given.check_names({"T", "temperature", "P", "pressure", "H", "enthalpy", "D", "density", "V",
                        "specific-volume", "U", "int-energy", "internal-energy", "S", "entropy", "X",
                        "mole-fractions", "Y", "mass-fractions"});
-    read_composition(first_of(given, {"X", "mole-fractions"}), mechanism.gas, false, state);
-    read_composition(first_of(given, {"Y", "mass-fractions"}), mechanism.gas, true, state);
+    read_composition(first_of(given, {"X", "mole-fractions"}), mechanism.gas, false, import);
+    read_composition(first_of(given, {"Y", "mass-fractions"}), mechanism.gas, true, import);
     read_gas_state(given, mechanism, state);
   }
   if (state.amounts.empty() && !mechanism.gas.empty()) state.amounts[mechanism.gas.front().name] = 1;
@@ -96,13 +120,16 @@ void read_state(const Value& gas, const Value& surface, Import& import) {
   mechanism.wall_temperature = first_of(given, {"T", "temperature"})
                                    .quantity(given.units().temperature, *parse_unit("K"))
                                    .value_or(state.temperature);
-  read_composition(given["coverages"], mechanism.surface, false, state);
+  read_composition(given["coverages"], mechanism.surface, false, import);
   const auto of_surface = [&](const auto& amount) {
     return find(mechanism.surface, amount.first) != nullptr;
   };
   if (std::none_of(state.amounts.begin(), state.amounts.end(), of_surface) && !mechanism.surface.empty()) {
     state.amounts[mechanism.surface.front().name] = 1;
   }
+}
+
+void read_site_density(const Value& surface, ImportedMechanism& mechanism) {
   const UnitSystem& units = surface.units();
   const auto density = surface.require("site-density")
                            .quantity(units.quantity / power(units.length, 2), *parse_unit("mol/m^2"));

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "tools/import/rate_laws.h"
+
 namespace varpre {
 namespace {
 
@@ -139,9 +141,8 @@ Unit power(const Unit& unit, double exponent) {
   return result;
 }
 
-double without_noise(double value) {
+double without_noise(double value, int digits) {
   std::array<char, 32> text{};
-  constexpr int digits = 15;
   const auto end =
       std::to_chars(text.begin(), text.end(), value, std::chars_format::scientific, digits - 1).ptr;
   std::from_chars(text.begin(), end, value);
@@ -210,11 +211,16 @@ Unit* UnitSystem::find(std::string_view name) {
 
 std::optional<double> activation_energy(long double value, const Unit& unit) {
   constexpr Unit kilojoule_per_mole{1, 3, molar_energy};
-  if (unit.dimensions == molar_energy) return converted(value, unit, kilojoule_per_mole);
-  if (unit.dimensions == energy) return converted(value, unit / *named_unit("molec"), kilojoule_per_mole);
+  constexpr auto R = static_cast<long double>(gas_constant);
+  constexpr long double ratio = R / static_cast<long double>(molar_gas_constant);
+  const auto in_kilojoules = [&](long double energy, const Unit& of) {
+    constexpr int digits = 7;
+    return without_noise(converted(energy, of, kilojoule_per_mole), digits);
+  };
+  if (unit.dimensions == molar_energy) return in_kilojoules(value * ratio, unit);
+  if (unit.dimensions == energy) return in_kilojoules(value * ratio, unit / *named_unit("molec"));
   if (unit.dimensions != temperature) return std::nullopt;
-  return converted(value * static_cast<long double>(gas_constant),
-                   {unit.significand, unit.decades, molar_energy}, kilojoule_per_mole);
+  return in_kilojoules(value * R, {unit.significand, unit.decades, molar_energy});
 }
 
 }  // namespace varpre

@@ -23,8 +23,8 @@ struct Unit {
 };
 Unit power(const Unit& unit, double exponent);
 
-// A calculated value to the fifteen digits that hold: 26.19184 for 26.191840000000003.
-double without_noise(double value);
+// A calculated value to the fifteen digits that hold, 26.19184 for 26.191840000000003, or to fewer.
+double without_noise(double value, int digits = 15);
 
 // The value in other units of the same dimensions.
 double converted(long double value, const Unit& from, const Unit& to);
@@ -55,9 +55,8 @@ struct UnitSystem {
   Unit* find(std::string_view name);
 };
 
-// An activation energy in kJ/mol; one given as a temperature is multiplied by the gas constant of the solver,
-// so that the rate stays as it is, one of a single molecule by Avogadro's number. None for a unit that is no
-// energy.
+// An activation energy in kJ/mol of the solver: what stays as it is is E/R, of one in kJ or kcal per mole, in
+// eV of a single molecule or in K alike; it has seven digits. None for a unit that is no energy.
 std::optional<double> activation_energy(long double value, const Unit& unit);
 
 }  // namespace varpre

@@ -59,12 +59,12 @@ class Import(unittest.TestCase):
         result.MEC = (directory / "MEC").read_text() if (directory / "MEC").exists() else ""
         return result
 
-    def good(self, text, *arguments, phases=("gas",), **more):
+    def good(self, text, *arguments, phases=("gas",), pressure=1e5, **more):
         """The same for what must come in whole, and is proved against the store file."""
         result = self.run_import(text, *arguments, **more)
         self.assertEqual(result.returncode, 0, result.stderr)
         subprocess.run([VARPRE], cwd=result.directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-        result.proof = proof.Proof(str(result.directory / "m.yaml"), str(result.directory), *phases)
+        result.proof = proof.Proof(str(result.directory / "m.yaml"), str(result.directory), *phases, pressure=pressure)
         return result
 
     def refused(self, text, *arguments, says, left_out=None, **more):
@@ -90,7 +90,7 @@ class Import(unittest.TestCase):
             self.assertEqual((directory / name).read_text(), (EXAMPLE / name).read_text(), name)
         subprocess.run([VARPRE], cwd=directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
         found = proof.Proof(str(directory / "hydrogen.yaml"), str(directory), "hydrogen-air", "platinum").compared
-        self.assertGreater(found["A"], 20)
+        self.assertGreater(found["A"], 50)
         self.assertEqual(found["sticking"], 4)
 
     def test_units_of_every_level(self):
@@ -104,7 +104,7 @@ class Import(unittest.TestCase):
         self.good(mechanism(reactions))
         self.good(mechanism(reactions.replace("3.87e-2 m^3/mol/s", "3.87e1"), head=""))
         result = self.good(mechanism("- units: {activation-energy: J/mol}\n- {equation: O + H2 = H + OH, rate-constant: {A: 1e4, b: 2, Ea: 26200}}"))
-        self.assertIn(" 26.2\n", result.MEC)
+        self.assertIn(" 26.19949\n", result.MEC)  # E/R is that of the file
         for unit, says in [("cm^2/mol/s", "of another quantity"), ("cm^3/mol/fortnight", "is no unit"), ("1e4 cm^3/mol/s", "is no unit")]:
             self.refused(mechanism(PLAIN.replace("3.87e+04", f"3.87e+04 {unit}")), says=says)
         self.refused(mechanism(PLAIN, head="units: {length: kg}\n"), says="'kg' is no unit of length")
@@ -154,12 +154,54 @@ class Import(unittest.TestCase):
                                                phase=PHASE + SURFACE), "--surface", "pt")
         self.assertNotIn("stand before others", only_there.stderr)  # O2 comes behind what reacts in the gas
         self.assertIn("the sticking coefficient is 1.5", only_there.stderr)
-        for text, says in [("- {equation: O + PT(S) => O(S), sticking-coefficient: [1.0, 0.5, 0]}", "depends on the temperature"),
-                           ("- {equation: O + PT(S) => O(S), rate-constant: [1.0, 0.5, 0], orders: {PT(S): 2}}", "the order 2 of PT(S) cannot be held"),
+        for text, says in [("- {equation: O + PT(S) => O(S), sticking-coefficient: [2.0, 0.5, 0], Motz-Wise: true}", "not positive at all temperatures"),
+                           ("- {equation: O + PT(S) => O(S), rate-constant: [1.0, 0.5, 0], orders: {O: 2}}", "the order 2 of O cannot be held"),
+                           ("- {equation: O + PT(S) <=> O(S), rate-constant: [1.0, 0.5, 0], orders: {PT(S): 2}}", "has no reverse"),
                            ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, 1], H(S): [0, 0, 1]}}", "second species"),
                            ("- {equation: O + PT(S) => O(S), rate-constant: [1, 0, 0], coverage-dependencies: {O(S): [0, 0, [1, 2, 0, 0]]}}", "a polynomial"),
                            ("- {equation: 4 O + 3 PT(S) => 4 O(S), rate-constant: [1, 0, 0]}", "more than six")]:
             self.refused(mechanism(more="on-pt:\n" + text + "\n" + SITES, phase=PHASE + SURFACE), "--surface", "pt", says=says, left_out="reaction " + text[13:text.index(",")])
+
+    def test_surface_laws_that_the_program_does_not_know(self):
+        reactions = """on-pt:
+- {equation: H2 + 2 PT(S) <=> 2 H(S), sticking-coefficient: {A: 0.046, b: 0, Ea: 0}}
+- {equation: O2 + 2 pt(s) <=> 2 O(S), Motz-Wise: true, sticking-coefficient: {A: 0.5, b: -0.25, Ea: 2.5}}
+- {equation: O + PT(S) => O(S), sticking-coefficient: {A: 0.01, b: 0.5, Ea: 12}}
+- {equation: H + PT(S) <=> H(S), sticking-coefficient: [0.3, 0, 0], coverage-dependencies: {H(S): [0.5, 0.25, -6]}}
+- {equation: H(S) + O(S) <=> OH + 2 PT(S), rate-constant: {A: 3.7e+21, b: 0.5, Ea: 20}, coverage-dependencies: {O(S): [0, 0, -60]}}
+- {equation: H2 + 2 PT(S) => 2 H(S), duplicate: true, rate-constant: {A: 4.4579e+10, b: 0.5, Ea: 0}, orders: {PT(S): 1}}
+- {equation: H2O + 2 PT(S) => O(S) + 2 H + PT(S), rate-constant: {A: 1e10, b: 0, Ea: 0}, orders: {PT(S): 0.5}, coverage-dependencies: {PT(S): [0, 0.25, 0]}}
+- {equation: C(d) + O(S) <=> CO + PT(S), rate-constant: {A: 1e13, b: 0, Ea: 100}}
+"""
+        gas = GAS + [species("CO", "{C: 1, O: 1}", h=-14000)]
+        solid = "- name: diamond\n  thermo: fixed-stoichiometry\n  species: [C(d)]\n"
+        carbon = "- name: C(d)\n  composition: {C: 1}\n  thermo: " + NASA % (-100, -100) + "\n"
+        surface = SURFACE.replace("[gas]", "[gas, diamond]") + solid
+        phase = PHASE.replace("  kinetics", f"  species: [{', '.join(s.split()[2] for s in gas)}]\n  kinetics") + surface
+        result = self.good(mechanism(gas=gas + [carbon], more=reactions.replace("3.7e+21", "3.7e+21 cm^2/mol/s") + SITES, phase=phase), "--surface", "pt", phases=("gas", "pt"))
+        found = result.proof.compared
+        self.assertEqual((found["sticking"], found["the reverse rate"]), (1, 12))
+        self.assertEqual(len(result.proof.deviations), 5)
+        self.assertLess(result.proof.deviations["O2 + 2 pt(s) <=> 2 O(S)"], 0.02)
+
+    def test_rates_that_depend_on_the_pressure(self):
+        table = "rate-constants: [{P: 0.1 atm, A: 2.1e+09, b: 1.2, Ea: 68.34}, {P: 1 atm, A: 1.26e+20, b: -1.83, Ea: 150.03}, {P: 1 atm, A: 1.23e+04, b: 2.68, Ea: 63.35}, {P: 10 atm, A: 1.68e+16, b: -0.6, Ea: 147.54}]"
+        chebyshev = "temperature-range: [290, 3000], pressure-range: [0.01 atm, 100 atm], data: [[-1.44, 0.26, -0.02], [2.2, 0.49, -0.04], [-0.23, 0.40, -0.026]]"
+        forms = [f"equation: H + H2O <=> H2 + OH, type: pressure-dependent-Arrhenius, {table}", f"equation: O2 (+M) <=> 2 O (+M), type: Chebyshev, {chebyshev}",
+                 "equation: H2 <=> 2 H, type: pressure-dependent-Arrhenius, rate-constants: [{P: 2 bar, A: 1e13, b: -1.5, Ea: 400}]"]
+        text = mechanism("".join(f"- {{{form}}}\n" for form in forms))
+        for given, pascal in (("1 atm", 101325), ("0.5 bar", 5e4), ("2MPa", 2e6)):
+            result = self.good(text, "--pressure", given, pressure=pascal)
+            self.assertEqual(len(result.proof.deviations), 3)
+            self.assertLess(max(result.proof.deviations.values()), 0.5)
+        self.assertIn("H2=H+H                                        1.0E+13     -1.5", result.MEC)
+        self.assertIn("are given from 0.101325 to 10.1325 bar; the nearest are taken for 20", result.stderr)
+        for form in forms[:2]:
+            self.refused(mechanism(f"{PLAIN}- {{{form}}}\n"), says="--pressure", left_out="reaction " + form[10:form.index(",")])
+        self.assertEqual(self.run_import(mechanism(f"- {{{forms[2]}}}\n")).returncode, 0)
+        self.refused(text, "--pressure", "200 bar", says="not at 200", left_out="reaction O2 (+M) <=> 2 O (+M)")
+        for pressure in ("1", "-1 bar", "1 K", "bar"):
+            self.assertEqual(self.run_import(text, "--pressure", pressure).returncode, 2)
 
     def test_equations_too_long_for_a_line(self):
         names = ["PLATIN_A", "PLATIN_B", "PLATIN_C", "PLATIN_D", "PLATIN_E"]
@@ -174,8 +216,6 @@ class Import(unittest.TestCase):
                 (f"equation: 2 O (+M) = O2 (+M), type: falloff, {rate}, SRI: {{A: 1, B: 2, C: 3}}", "of the form SRI"),
                 (f"equation: 2 O (+M) = O2 (+M), type: falloff, {rate}, Tsang: {{A: 1}}", "of the form Tsang"),
                 (f"equation: 2 O (+M) = O2 (+M), type: chemically-activated, {rate}", "type 'chemically-activated'"),
-                ("equation: H + OH = H2O, type: pressure-dependent-Arrhenius, rate-constants: []", "type 'pressure-dependent-Arrhenius'"),
-                ("equation: H + OH = H2O, type: Chebyshev, data: []", "type 'Chebyshev'"),
                 ("equation: H + OH = H2O, type: linear-Burke", "type 'linear-Burke'"),
                 ("equation: H + OH = H2O, type: Blowers-Masel, rate-constant: [1, 0, 0, 0]", "type 'Blowers-Masel'"),
                 ("equation: H + OH = H2O, type: two-temperature-plasma, rate-constant: [1, 0, 0, 0]", "type 'two-temperature-plasma'"),
@@ -183,10 +223,7 @@ class Import(unittest.TestCase):
                 ("equation: 2 H2 + O2 => 2 H2O, rate-constant: [1, 0, 0], orders: {H2: 1}", "the order 1 of H2 cannot be held"),
                 ("equation: 4 H + 2 O => 2 H2O, rate-constant: [1, 0, 0]", "more than three")]:
             self.refused(mechanism(f"{PLAIN}- {{{form}}}\n"), says=says, left_out="reaction " + form[10:form.index(",")])
-        for thermo, says in [("{model: NASA9, temperature-ranges: [200, 1000], data: [[0, 0, 0, 0, 0, 0, 0, 0, 0]]}", "model 'NASA9'"),
-                             ("{model: Shomate, temperature-ranges: [200, 1000], data: [[0, 0, 0, 0, 0, 0, 0]]}", "model 'Shomate'"),
-                             ("{model: piecewise-Gibbs, h0: 0, data: {298.15: 1}}", "model 'piecewise-Gibbs'")]:
-            self.refused(mechanism(gas=GAS + [species("X", "{Ar: 1}", thermo)]), says=says, left_out="species X")
+        self.refused(mechanism(gas=GAS + [species("X", "{Ar: 1}", "{model: adsorbate}")]), says="model 'adsorbate'", left_out="species X")
         for composition, says in [("{D: 2}", "'D' is not an element"), ("{E: -1, Ar: 1}", "charged"), ("{C: 1.5}", "1.5 atoms"),
                                   ("{H: 1, C: 1, N: 1, O: 1, Ar: 1}", "more than four elements")]:
             self.refused(mechanism(gas=GAS + [species("X", composition)]), says=says, left_out="species X")
@@ -195,7 +232,8 @@ class Import(unittest.TestCase):
         alone = self.run_import(mechanism(gas=GAS + [without]), "--without-transport")
         self.assertEqual(alone.returncode, 0, alone.stderr)
         self.assertFalse((alone.directory / "MOLNEW").exists())
-        self.refused(mechanism(phase=PHASE.replace("ideal-gas", "Redlich-Kwong")), "--phase", "gas", says="its model is 'Redlich-Kwong'")
+        for skip in ((), ("--skip-unsupported",)):
+            self.refused(mechanism(phase=PHASE.replace("ideal-gas", "Redlich-Kwong")), "--phase", "gas", *skip, says="its model is 'Redlich-Kwong'")
         too_many = [species(f"S{i}", "{Ar: 1}") for i in range(301)]
         self.refused(mechanism("[]", gas=too_many, phase=PHASE.replace("X: {H2: 1, O2: 1}", "X: {S1: 1}")), says="301 species are more")
 
@@ -294,7 +332,9 @@ class Import(unittest.TestCase):
         for reaction in ("equation: O + H2 => H + OH, rate-constant: [1e10, 0, 0], orders: {O: 1, H2: 1.0}", f"equation: 2 O (+AR) = O2 (+AR), {rates}, efficiencies: {{AR: 1}}",
                          "equation: 2 O + AR = O2 + AR, type: three-body, rate-constant: [1e17, 0, 0], efficiencies: {AR: 1.0}, default-efficiency: 0"):
             self.assertEqual(self.run_import(mechanism(f"- {{{reaction}}}\n")).returncode, 0, reaction)
-            self.refused(mechanism(f"- {{{reaction.replace('H2: 1.0', 'H2: 1.5').replace('AR: 1', 'AR: 2')}}}\n"), says="cannot be held")
+        self.refused(mechanism("- {equation: O + H2 => H + OH, rate-constant: [1e10, 0, 0], orders: {H2: 1.5}}"), says="cannot be held")
+        for reaction in (f"equation: 2 O (+AR) = O2 (+AR), {rates}, efficiencies: {{AR: 0.5}}", "equation: 2 O + AR = O2 + AR, type: three-body-Arrhenius, rate-constant: [1e17, 0, 0], efficiencies: {ar: 2}"):
+            self.good(mechanism(f"- {{{reaction}}}\n"))
 
     def test_files_are_never_written_over(self):
         first = self.run_import(mechanism())

@@ -12,6 +12,7 @@ import sys
 import yaml
 
 R = 8.3143  # J/(mol K), of the solver
+R_TRUE = 8.31446261815324
 BAR, ATM = 1e5, 101325.0
 BASE = {"g": 1e-3, "m": 1, "s": 1, "min": 60, "hr": 3600, "K": 1, "mol": 1, "gmol": 1, "mole": 1, "molec": 1 / 6.02214076e23,
         "J": 1, "cal": 4.184, "erg": 1e-7, "eV": 1.602176634e-19, "Pa": 1, "atm": ATM, "bar": BAR, "1": 1, "L": 1e-3, "cc": 1e-6}
@@ -45,7 +46,7 @@ class Units(dict):
         unit = unit or self.get("activation-energy") or self["energy"] + "/" + self["quantity"]
         if unit == "K":
             return float(number) * R
-        return float(number) * factor(unit) * (1 if "mol" in unit else 6.02214076e23)
+        return float(number) * factor(unit) * (1 if "mol" in unit else 6.02214076e23) * R / R_TRUE
 
     def value(self, text, usual):
         number, _, unit = text.partition(" ")
@@ -56,11 +57,15 @@ class Mechanism:
     """The reactions and species of one or two phases, with the units in which each was written."""
 
     def __init__(self, path, names):
-        self.documents, self.species, self.reactions = {}, {}, {}
+        self.documents, self.species, self.reactions, self.bulk = {}, {}, {}, set()
         root = self.load(path)
         phases = {p["name"]: p for p in root["phases"]}
-        for name in filter(None, names):
+        solids = [n for n in names if n for n in phases[n].get("adjacent-phases", []) if phases[n]["thermo"] == "fixed-stoichiometry"]
+        for name in [*filter(None, names), *solids]:
             phase, own = phases[name], []
+            units = Units(None, root.get("units"))
+            if "site-density" in phase:  # mol/m2
+                self.site_density = units.value(phase["site-density"], factor(units["quantity"]) / factor(units["length"]) ** 2)
             selected = phase.get("species", "all")
             for item in [{"species": "all"}] if selected == "all" else selected if isinstance(selected[0], dict) else [{"species": selected}]:
                 for section, chosen in item.items():
@@ -71,6 +76,7 @@ class Mechanism:
                         if declared and not set(entry["composition"]) <= set(declared):
                             continue
                         self.species[species] = (entry, units, phase["thermo"] == "ideal-surface")
+                        self.bulk |= {species} if name in solids else set()
             reactions = phase.get("reactions", "all")
             for item in ["reactions"] if isinstance(reactions, str) else reactions:
                 section = item if isinstance(item, str) else next(iter(item))
@@ -192,7 +198,7 @@ def coefficients(entry, units, T):
     if thermo["model"] == "constant-cp":
         molar = factor(units["energy"]) / factor(units["quantity"])
         T0 = units.value(thermo.get("T0", "298.15"), 1)
-        h0, s0, cp0 = (units.value(thermo.get(k, "0"), molar) / R for k in ("h0", "s0", "cp0"))
+        h0, s0, cp0 = (units.value(thermo.get(k, "0"), molar) / R_TRUE for k in ("h0", "s0", "cp0"))
         return [cp0, 0, 0, 0, 0, h0 - cp0 * T0, s0 - cp0 * math.log(T0)]
     limits = [units.value(x, 1) for x in thermo["temperature-ranges"]]
     data = thermo["data"][-1 if len(thermo["data"]) == 2 and T >= limits[1] else 0]
@@ -200,9 +206,10 @@ def coefficients(entry, units, T):
 
 
 class Proof:
-    def __init__(self, path, directory, phase, surface=None):
+    def __init__(self, path, directory, phase, surface=None, pressure=1e5):
         self.mechanism, self.store = Mechanism(path, (phase, surface)), Store(os.path.join(directory, "fort.3"))
-        self.worst = {}
+        self.pressure = pressure  # Pa, of tables
+        self.worst, self.deviations = {}, {}  # of what was fitted, by its name: the fraction
         self.compared = {}
         self.thermo()
         for k, name in enumerate(filter(None, (phase, surface))):
@@ -219,6 +226,8 @@ class Proof:
         for name in self.store.names:
             entry, units, _ = self.mechanism.species[name]
             for T in (300.0, 999.0, 1001.0, 2500.0):
+                if entry["thermo"]["model"] in ("NASA9", "Shomate", "piecewise-Gibbs"):
+                    continue
                 wanted = sums(coefficients(entry, units, T), T)
                 for what, (value, size), (found, _) in zip(("cp", "h", "s"), wanted, self.store.properties(name, T)):
                     self.close(what, found, value, 6e-5 * size + 1e-12, f"{name} at {T} K")
@@ -233,83 +242,168 @@ class Proof:
         return total
 
     def rates(self, phase, stored):
-        stored = list(stored)
+        stored, known = list(stored), set(self.store.names) | self.mechanism.bulk
         for entry, units in self.mechanism.reactions[phase]:
             (educts, partner), (products, _) = sides(entry["equation"])
-            if not set(educts + products) <= set(self.store.names) or "orders" in entry:
+            educts, products = ([next((k for k in known if k.lower() == n.lower()), n) for n in side] for side in (educts, products))
+            if not set(educts + products) <= known:
                 continue
+            solid = [n for n in educts + products if n in self.mechanism.bulk]
+            written = [[n for n in side if n not in self.mechanism.bulk] for side in (educts, products)]
             reaction = stored.pop(0)
             where = entry["equation"]
-            found = [n for n in reaction["educts"] if isinstance(n, str)], [n for n in reaction["products"] if isinstance(n, str)]
-            assert found == (sorted(educts), sorted(products)), f"{where}: the store file has {found}"
-            self.rate(entry, units, educts, partner, reaction, where)
+            self.same_species(reaction, *written, where)
+            k = self.rate(entry, units, written[0], partner, reaction, where)
             if " => " not in where:
-                self.reverse(educts, products, reaction, stored.pop(0), where)
+                own = self.mechanism.species[written[0][0]][2] or any(self.mechanism.species[n][2] for n in written[0])
+                own = own and (reaction["stick"] or "coverage-dependencies" in entry or bool(solid))
+                self.same_species(stored[0], *written[::-1], where)
+                self.reverse(educts, products, k, reaction, stored.pop(0), own, where)
         assert not stored, f"reactions of the store file that the YAML file does not have: {stored}"
 
-    def arrhenius(self, rate, units, surface):
+    @staticmethod
+    def same_species(reaction, educts, products, where):
+        found = [[n for n in reaction[side] if isinstance(n, str)] for side in ("educts", "products")]
+        assert found == [sorted(educts), sorted(products)], f"{where}: the store file has {found}"
+
+    def arrhenius(self, rate, units, orders, on_surface):
         if isinstance(rate, dict):
             units = Units(units, rate.get("units"))
             rate = [rate[k] for k in ("A", "b", "Ea")]
-        gas = sum(1 for s in surface if not s)
-        on_surface = any(surface)
-        A = units.value(rate[0], units.rate(gas, len(surface) - gas, on_surface))
-        return A, float(rate[1]), units.energy(rate[2])
+        return units.value(rate[0], units.rate(*orders, on_surface)), float(rate[1]), units.energy(rate[2])
 
     def compare_arrhenius(self, found, wanted, where):
         for what, a, b in zip(("A", "b", "E"), found, wanted):
             self.close(what, a, b, 6e-5 * abs(b), where)
 
+    def orders(self, entry, educts, partner):
+        """Sums of the orders in gas and surface species."""
+        orders = {n: educts.count(n) for n in educts}
+        orders.update({n: float(o) for n, o in entry.get("orders", {}).items()})
+        of = lambda kind: sum(o for n, o in orders.items() if self.mechanism.species[n][2] == kind)
+        return of(False) + bool(partner), of(True)
+
+    def pressure_law(self, entry, units, orders, on_surface):
+        """k(T) of a table over pressure or of Chebyshev polynomials."""
+        P = self.pressure
+        if "data" in entry:
+            (T0, T1), (P0, P1) = ([units.value(x, f) for x in entry[k]] for k, f in (("temperature-range", 1), ("pressure-range", factor(units["pressure"]))))
+            p = (2 * math.log10(P) - math.log10(P0) - math.log10(P1)) / (math.log10(P1) - math.log10(P0))
+            c = [[float(x) for x in row] for row in entry["data"]]
+
+            def k(T):
+                t = (2 / T - 1 / T0 - 1 / T1) / (1 / T1 - 1 / T0)
+                cheb = lambda n, x: math.cos(n * math.acos(x)) if abs(x) <= 1 else (1 if x > 0 else (-1) ** n) * math.cosh(n * math.acosh(abs(x)))
+                return units.rate(*orders, on_surface) * 10 ** sum(c[i][j] * cheb(i, t) * cheb(j, p) for i in range(len(c)) for j in range(len(c[0])))
+            return k
+        table = {}
+        for row in entry["rate-constants"]:
+            table.setdefault(units.value(row["P"], factor(units["pressure"])), []).append(self.arrhenius(row, units, orders, on_surface))
+        at = lambda P, T: sum(A * T ** b * math.exp(-E / R / T) for A, b, E in table[P])
+        below, above = max([p for p in table if p <= P], default=min(table)), min([p for p in table if p > P], default=max(table))
+        part = math.log(P / below) / math.log(above / below) if below < P < above else 0
+        return lambda T: at(below, T) ** (1 - part) * at(above, T) ** part
+
+    def sticking(self, entry, units, educts, reaction, where):
+        """k(T) of a sticking reaction, and whether it is Arrhenius's."""
+        gamma = entry["sticking-coefficient"]
+        g, b, E = [gamma[k] for k in ("A", "b", "Ea")] if isinstance(gamma, dict) else gamma
+        g, b, E = float(g), float(b), units.energy(E)
+        wise = entry.get("Motz-Wise") == "true"
+        mass = self.store.mass[next(n for n in educts if n == entry.get("sticking-species", n) and not self.mechanism.species[n][2])]
+        sites = self.mechanism.site_density ** self.orders(entry, educts, None)[1]
+        if reaction["stick"]:
+            self.close("sticking", reaction["A"], g / (1 - g / 2) if wise else g, 6e-5 * reaction["A"], where)
+
+        def k(T):
+            value = g * T ** b * math.exp(-E / R / T)
+            return (value / (1 - value / 2) if wise else value) * math.sqrt(R * T / (2 * math.pi * mass)) / sites
+        return k, not wise
+
     def rate(self, entry, units, educts, partner, reaction, where):
-        stands = [self.mechanism.species[name][2] for name in educts]
-        found = reaction["A"], reaction["b"], reaction["E"]
-        if "sticking-coefficient" in entry:
-            gamma = entry["sticking-coefficient"]
-            self.close("sticking", reaction["A"], float((gamma if isinstance(gamma, list) else [gamma["A"]])[0]), 6e-5 * reaction["A"], where)
-            return
-        with_partner = stands + [False] * bool(partner)
-        falloff = "low-P-rate-constant" in entry
-        A, b, E = self.arrhenius(entry["high-P-rate-constant" if falloff else "rate-constant"], units, stands if falloff else with_partner)
-        # The store file counts the partner of a falloff reaction in the order of its high-pressure limit too.
-        self.compare_arrhenius(found, (A * (1e-6 if falloff else 1), b, E), where)
-        if falloff:
-            A, b, E = self.arrhenius(entry["low-P-rate-constant"], units, with_partner)
-            found_A, found_b, found_E = reaction["low"]
-            if len(str(b)) > 6:  # than the exponent has columns
-                self.close("b of six columns", found_b, b, 10.0 ** (len(str(int(abs(b)))) + (b < 0) - 5), where)
-                b = found_b
-            self.compare_arrhenius((found_A, found_b, found_E), (A * 1e6 ** len(educts), b, E), where)
-            Troe = entry.get("Troe", {})
-            for a, key in zip(reaction["Troe"], ("A", "T3", "T1", "T2")):
-                self.close("Troe", a, float(Troe.get(key, 0)), 6e-3 * abs(a), where)
+        """Compares the rate; the one that is meant as a function of the temperature, in m, mol and s."""
+        on_surface = any(self.mechanism.species[n][2] for n in educts)
+        orders = self.orders(entry, educts, partner)
+        found, exact = (reaction["A"], reaction["b"], reaction["E"]), True
+        if "low-P-rate-constant" in entry:
+            self.falloff(entry, units, educts, partner, reaction, where)
+            k = None
+        elif "sticking-coefficient" in entry:
+            k, exact = self.sticking(entry, units, educts, reaction, where)
+        elif "rate-constant" in entry:
+            A, b, E = self.arrhenius(entry["rate-constant"], units, orders, on_surface)
+            own = 1 if partner else math.prod(float(x) for x in entry.get("efficiencies", {}).values())
+            k = lambda T: own * A * T ** b * math.exp(-E / R / T)
+        else:
+            partner, orders = None, self.orders(entry, educts, None)
+            k, exact = self.pressure_law(entry, units, orders, on_surface), False
+        coverage = {n: (d if isinstance(d, list) else [d[x] for x in "amE"]) for n, d in entry.get("coverage-dependencies", {}).items()}
+        power = 0
+        for name, order in entry.get("orders", {}).items():
+            if float(order) != educts.count(name):
+                power = float(order) - educts.count(name)
+                coverage[name] = [*coverage.get(name, "000")]
+                coverage[name][1] = str(float(coverage[name][1]) + power)
+        for name, (a, m, of_coverage) in coverage.items():
+            for x, y in zip(reaction["VT"], (float(a), float(m), units.energy(of_coverage))):
+                self.close("coverage", x, y, 6e-5 * abs(y), where)
+        if k and not reaction["stick"]:
+            factor_ = self.mechanism.site_density ** power if power else 1
+            self.fitted(found, lambda T: factor_ * k(T), exact, where)
         if partner:
             number = next(n for n in reaction["educts"] if not isinstance(n, str))
             usual = 0 if partner != "M" else float(entry.get("default-efficiency", 1))
-            given = {partner: 1} if partner != "M" else entry.get("efficiencies", {})
+            given = {partner: 1, **entry.get("efficiencies", {})}
             for name, efficiency in zip(self.store.names, self.store.rows[number - 1]):
                 self.close("efficiency", efficiency, float(given.get(name, usual)), 6e-5 * abs(efficiency), where)
-        for name, dependence in entry.get("coverage-dependencies", {}).items():
-            a, m, E = [dependence[k] for k in "amE"] if isinstance(dependence, dict) else dependence
-            for x, y in zip(reaction["VT"], (float(a), float(m), units.energy(E))):
-                self.close("coverage", x, y, 6e-5 * abs(y), where)
+        return k
 
-    def reverse(self, educts, products, forward, reverse, where):
+    def fitted(self, found, k, exact, where):
+        A, b, E = found
+        ratio = lambda T: abs(A * T ** b * math.exp(-E / R / T) / k(T) - 1)
+        if exact:
+            for T in (300.0, 1000.0, 2500.0):
+                self.close("A", ratio(T), 0, 6e-5 * (2 + abs(b) * math.log(T) + abs(E) / R / T), where)
+        else:
+            self.deviations[where] = max(ratio(300 + 10 * i) for i in range(221))
+
+    def falloff(self, entry, units, educts, partner, reaction, where):
+        orders = self.orders(entry, educts, None)
+        A, b, E = self.arrhenius(entry["high-P-rate-constant"], units, orders, False)
+        # The store file counts the partner of a falloff reaction in the order of its high-pressure limit too.
+        self.compare_arrhenius((reaction["A"], reaction["b"], reaction["E"]), (A * 1e-6, b, E), where)
+        A, b, E = self.arrhenius(entry["low-P-rate-constant"], units, (orders[0] + 1, 0), False)
+        A, (found_A, found_b, found_E) = A * 1e6 ** len(educts), reaction["low"]
+        for T in (300.0, 1000.0, 2500.0):
+            ratio = found_A / A * T ** (found_b - b) * math.exp((E - found_E) / R / T)
+            self.close("low-pressure limit", ratio, 1, (6e-5 if len(str(b)) <= 6 else 2e-3) * (2 + abs(b) * math.log(T) + abs(E) / R / T), where)
+        Troe = {"T2": 1e30, **entry["Troe"]} if "Troe" in entry else {}
+        for a, key in zip(reaction["Troe"], ("A", "T3", "T1", "T2")):
+            self.close("Troe", a, float(Troe.get(key, 0)), 6e-3 * abs(a), where)
+
+    def reverse(self, educts, products, k, forward, reverse, own, where):
         """The stored reverse goes through the values from equilibrium at the two temperatures of its fit."""
-        if forward["form"]:
+        if forward["form"] and not own:
             return
-        numbers = [self.store.fits[n] for n in educts]
-        T1 = max(f[14] for f in numbers) + 400
-        T2 = min(f[15] for f in numbers) + 1500
-        surface = [self.mechanism.species[n][2] for n in educts + products]
-        if any(surface):
-            return  # their amounts per area have no such reference
-        dn = len(products) - len(educts)
+        if not own:
+            k = lambda T: forward["A"] * T ** forward["b"] * math.exp(-forward["E"] / R / T)
+        written = [n for n in educts if n not in self.mechanism.bulk]
+        T1 = max(self.store.fits[n][14] for n in written) + 400
+        T2 = min(self.store.fits[n][15] for n in written) + 1500
+        signs = [(n, 1) for n in products if n not in self.mechanism.bulk] + [(n, -1) for n in written]
+        stored = lambda T: reverse["A"] * T ** reverse["b"] * math.exp(-reverse["E"] / R / T)
+
+        def wanted(T):
+            Kc = math.exp(self.gibbs(educts, T) - self.gibbs(products, T))
+            for name, sign in signs:
+                Kc *= (self.mechanism.site_density if self.mechanism.species[name][2] else BAR / (R * T)) ** sign
+            return k(T) / Kc
         for T in (T1, T2):
-            kf = math.log(abs(forward["A"])) + forward["b"] * math.log(T) - forward["E"] / (R * T)
-            kr = math.log(abs(reverse["A"])) + reverse["b"] * math.log(T) - reverse["E"] / (R * T)
-            Kc = -(self.gibbs(products, T) - self.gibbs(educts, T)) + dn * math.log(BAR / (R * T))
             open_ = 1.2e-4 * (1 + abs(reverse["E"]) / (R * T) + abs(forward["E"]) / (R * T))
-            self.close("ln of the reverse rate", kr, kf - Kc, open_, f"{where} at {T} K")
+            self.close("the reverse rate", stored(T) / wanted(T), 1, open_, f"{where} at {T} K")
+        if own:
+            assert reverse["VT"] == forward["VT"], where
+            self.deviations[f"the reverse of {where}"] = max(abs(stored(300 + 10 * i) / wanted(300 + 10 * i) - 1) for i in range(221))
 
 
 def main():
