@@ -1,12 +1,10 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
-#include <new>
 
 #include "driver/run.h"
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
+#include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 #include "tools/export/mechanism_yaml.h"
 
@@ -20,8 +18,7 @@ struct Arguments {
   bool skip_unsupported = false;
 };
 
-constexpr int not_held = 1;  // exit statuses
-constexpr int not_done = 2;
+constexpr int not_held = 1;  // an exit status
 
 void tell(const std::string& findings) {
   std::fputs(findings.c_str(), stderr);
@@ -63,38 +60,20 @@ int export_case(const Arguments& arguments) {
   return 0;
 }
 
-int fail(const std::string& reason) {
-  tell("varpre-export: " + varpre::for_terminal(reason) + "\n");
-  return not_done;
-}
+constexpr varpre::Program program{
+    "varpre-export", "Writes the mechanism, the species data and the mixtures of a case as Cantera's YAML.",
+    "0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that cannot be read or "
+    "written."};
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
   Arguments arguments;
-  CLI::App app("Writes the mechanism, the species data and the mixtures of a case as Cantera's YAML.",
-               "varpre-export");
-  app.add_option("DIRECTORY", arguments.directory, "a directory with INP, MEC, THERMO and MOLNEW")
-      ->type_name("")
-      ->required();
-  app.add_option("--output", arguments.output, "where to write (standard output)")->type_name("FILE");
-  app.add_flag("--skip-unsupported", arguments.skip_unsupported,
-               "leave out what the format cannot hold, with a warning each");
-  app.set_version_flag("--version", "varpre-export " VARPRE_VERSION);
-  app.footer(
-      "Exit status: 0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that "
-      "cannot be read or written.");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : not_done;
-  }
-  const int status = export_case(arguments);
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-  std::perror("varpre-export: standard output");
-  return not_done;
-} catch (const std::bad_alloc&) {
-  return fail("not enough memory");
-} catch (const std::exception& error) {
-  return fail(error.what());
+  return varpre::run_program(
+      program,
+      {{"DIRECTORY", &arguments.directory, "a directory with INP, MEC, THERMO and MOLNEW", "", true},
+       {"--output", &arguments.output, "where to write (standard output)", "FILE"},
+       {"--skip-unsupported", &arguments.skip_unsupported,
+        "leave out what the format cannot hold, with a warning each"}},
+      argc, argv, [&] { return export_case(arguments); });
 }
