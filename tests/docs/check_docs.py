@@ -628,8 +628,9 @@ def check_links(pages):
 
 
 def check_names(pages):
-    verbs = set(re.findall(r"^verb_([\w-]+)\(\)", (ROOT / "dev").read_text(), re.M))
-    folders = ("src", "tests", "docs", "examples", "bench", "fuzz", "cmake")
+    verbs = set(re.findall(r"^verb_([\w-]+)\(\)", (ROOT / "dev").read_text(), re.M)) | {
+        script.name for script in (ROOT / "scripts").iterdir()}
+    folders = ("src", "tests", "docs", "examples", "bench", "fuzz", "scripts")
     count = 0
     for page in pages:
         if page.name not in ("docs/architecture.md", "README.md", "examples/README.md"):
