@@ -111,7 +111,13 @@ class Holder {
     if (partners > 1) return no("it has more than one collision partner");
     if (reaction.MARK) return no("its mark * has no place in the format");
     if (reaction.IARRH == non_arrhenius) return no("the meaning of its \"@\" record is the solver's own");
-    return held.on_surface ? holds_surface_rate(held, no) : holds_gas_rate(held, no);
+    if (!(held.on_surface ? holds_surface_rate(held, no) : holds_gas_rate(held, no))) return false;
+    if (held.reversible && (reaction.ISTICK != 0 || reaction.IARRH == coverage_dependent)) {
+      findings_.warning(reaction.line,
+                        "the reverse of this reaction is not that of equilibrium; in the format it is",
+                        "write the reverse as a reaction of its own");
+    }
+    return true;
   }
 
   template <class Refuse>

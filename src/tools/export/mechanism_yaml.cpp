@@ -1,6 +1,8 @@
 #include "tools/export/mechanism_yaml.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 #include "mechanism/phase.h"
 #include "textio/record/numbered.h"
@@ -26,8 +28,16 @@ bool is_made_up(const ElementSymbol& symbol) {
   return symbol.view() == "YY";
 }
 
-double in_thousands(double value) {  // kJ/mol from J/mol
-  return given_number(value, value / 1000, [](double x) { return x * 1000; });
+// E/R in K, by which rates stay as they are whatever gas constant a reader has, from E in J/mol.
+std::string temperature_text(double E) {
+  const auto rounded = [](double value) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.begin(), text.end(), value, std::chars_format::scientific, 14);
+    std::from_chars(text.begin(), end.ptr, value);
+    return value;
+  };
+  return yaml_number(
+      given_number(rounded(E), E / gas_constant, [&](double T) { return rounded(T * gas_constant); }));
 }
 
 class YamlWriter {
@@ -59,7 +69,7 @@ class YamlWriter {
     text_ += yaml_description(data_.titles);
     line("generator: varpre-export");
     line("");
-    line("units: {length: cm, time: s, quantity: mol, pressure: Pa, activation-energy: kJ/mol}");
+    line("units: {length: cm, time: s, quantity: mol, pressure: Pa, activation-energy: K}");
     line("");
   }
 
@@ -242,7 +252,7 @@ class YamlWriter {
   }
 
   static std::string rate(double A, double b, double E) {
-    return yaml_map({{"A", yaml_number(A)}, {"b", yaml_number(b)}, {"Ea", yaml_number(in_thousands(E))}});
+    return yaml_map({{"A", yaml_number(A)}, {"b", yaml_number(b)}, {"Ea", temperature_text(E)}});
   }
 
   // A as the mechanism file gives it: in cm, mol and s, or the coefficient of a sticking reaction.
@@ -269,7 +279,8 @@ class YamlWriter {
     line("  high-P-rate-constant: ", rate(given_A(held), reaction.TEXP, reaction.EXA));
     if (a == 0 && T3 == 0 && T1 == 0 && T2 == 0) return;  // Lindemann
     YamlMembers Troe{{"A", yaml_number(a)}, {"T3", yaml_number(T3)}, {"T1", yaml_number(T1)}};
-    if (T2 != 0) Troe.emplace_back("T2", yaml_number(T2));
+    constexpr double none = 1.0E30;  // the term with T2 is 0
+    if (T2 != none) Troe.emplace_back("T2", yaml_number(T2));
     line("  Troe: ", yaml_map(Troe));
   }
 
@@ -297,7 +308,7 @@ class YamlWriter {
     line("    ", name_of(reaction.ICOV), ": ",
          yaml_map({{"a", yaml_number(reaction.VT4)},
                    {"m", yaml_number(reaction.VT5)},
-                   {"E", yaml_number(in_thousands(reaction.VT6))}}));
+                   {"E", temperature_text(reaction.VT6)}}));
   }
 
   const RunData& data_;

@@ -127,7 +127,7 @@ class Export(unittest.TestCase):
         self.assertEqual(surface["adjacent-phases"], ["gas"])
         self.assertEqual(surface["site-density"], "2.7063e-05 mol/m^2")
         self.assertEqual(gas["state"]["X"], {"CH4": 0.095, "O2": 0.21, "AR": 0.79})
-        self.assertEqual(file["units"]["activation-energy"], "kJ/mol")
+        self.assertEqual(file["units"]["activation-energy"], "K")
         self.assertTrue(all(s["thermo"]["reference-pressure"] == "1 bar" for s in file["species"]))
         twice = [r["equation"] for r in file["surface-reactions"] if r.get("duplicate")]
         self.assertEqual(twice, ["O2 + 2 PT(S) => 2 O(S)"] * 2)
