@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "conditions/options.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -15,8 +13,5 @@ namespace varpre {
 // no END, or one of GE, NG, RI, RO, TE, NT not given. GE, NG or NGK outside five columns are written as
 // asterisks: an error for people only.
 [[nodiscard]] bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
-
-// Whether a word is a keyword of the flame conditions.
-bool is_flame_keyword(std::string_view word);
 
 }  // namespace varpre

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
-#include "files/sections.h"
+#include "files/keywords.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "thermo/elements.h"
@@ -13,17 +12,9 @@ namespace varpre {
 
 // One boundary mixture.
 struct MixtureState {
-  double T = 0;    // temperature, K
-  double H = 0;    // specific enthalpy, J/kg
-  double P = 0;    // pressure, Pa
-  double RHO = 0;  // density, kg/m^3
-  double PHI = 0;  // the rest is passed on as read
-  double G = 0;
-  double v = 0;
-  double FREQ = 0;
-  double FAC = 0;
-  double OMEG = 0;
-  Place pressure;                       // where P is given
+  MixtureConditions values;  // temperature, K, and specific enthalpy, J/kg: one of them computed; pressure,
+                             // Pa; density, kg/m^3, computed; the rest is passed on as read
+  Place pressure;            // where P is given
   std::array<double, NSMAX> amounts{};  // of the species as given, before they become fractions
   std::array<double, NSMAX>
       X{};  // mole fractions of the gas species, and of the surface species among themselves
@@ -55,8 +46,5 @@ void write_condition_set(const MixtureState& mixture, int NTOT, StoreFile& NFIST
 // Lists a mixture under its mixture fraction ZMIX.
 void PRICOM(const SpeciesView& species, int NSURF, const Elements& elements, double ZMIX,
             const MixtureState& mixture, Listing& MSGFIL);
-
-// Whether a word is a keyword of a mixture.
-bool is_mixture_keyword(std::string_view word);
 
 }  // namespace varpre

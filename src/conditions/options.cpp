@@ -2,13 +2,15 @@
 
 #include <algorithm>
 
-#include "conditions/keyword_records.h"
+#include "files/keyword_section.h"
 #include "files/section_findings.h"
 #include "files/store_records.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {
 namespace {
+
+constexpr const Section& section = sections::named("the options");
 
 // Only the first four characters take part in matching; names of dashes are free slots.
 constexpr OptionNames NTOPT{
@@ -35,7 +37,7 @@ bool find_heading(Input& NFICON, Listing& MSGFIL, std::vector<std::string>& titl
     write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(title).subspan<1>());
     return true;
   };
-  const Heading heading = find_section(sections::named("the options"), NFICON, list_title);
+  const Heading heading = find_section(section, NFICON, list_title);
   if (heading) return true;
   write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, Text<8>(heading.record));
   const bool at_end = heading.record.starts_with("COMM") || NFICON.record_number() == 0;
@@ -67,7 +69,7 @@ bool set_option(const OptionField& field, OptionVector& IOPT, OptionPlaces& plac
 
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
 bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
-  const Place heading = heading_place(sections::named("the options"), NFICON);
+  const Place heading = heading_place(section, NFICON);
   OptionPlaces places;
   bool LOK = true;
   bool readable = true;
@@ -77,7 +79,7 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
     const auto unreadable = std::find_if(record.begin(), end, [](const OptionField& f) { return !f.value; });
     if (unreadable != end) {
-      if (!report_heading_inside(sections::named("the options"), heading, NFICON, MSGFIL.findings)) {
+      if (!report_heading_inside(section, heading, NFICON, MSGFIL.findings)) {
         report_option_value(*unreadable, MSGFIL.findings);
       }
       readable = false;
@@ -90,7 +92,7 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
     return LOK;
   }
   write<"(1H1,5X,'ERROR - Unreadable options or no END of options')">(MSGFIL);
-  if (readable) report_not_closed(sections::named("the options"), heading, MSGFIL.findings);
+  if (readable) report_not_closed(section, heading, MSGFIL.findings);
   return fail(MSGFIL);
 }
 

@@ -4,16 +4,21 @@
 #include <array>
 #include <cmath>
 #include <numeric>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
-#include "conditions/keyword_records.h"
+#include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/species.h"
 
 namespace varpre {
 namespace {
+
+constexpr const Section& names_section = sections::named("the names of the particle data");
+constexpr const Section& fractions_section = sections::named("the particle fractions");
 
 struct Particles {
   int NRGP = 0;                    // grid size
@@ -54,7 +59,7 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
   for (;;) {
     std::array<SpeciesName, 7> record;
     if (!read<"(7(A8,1X))">(NFICON, record)) {
-      report_not_closed(sections::named("the names of the particle data"), heading, findings);
+      report_not_closed(names_section, heading, findings);
       return false;
     }
     if (record[0].first(3) == "END") return true;
@@ -70,49 +75,45 @@ bool read_names(Input& NFICON, std::vector<SpeciesName>& names, Findings& findin
 // Grid size and list of the section, up to the heading of the fractions.
 bool read_section(Input& NFICON, Particles& particles, Findings& findings) {
   return find_part(sections::named("the particle data"), NFICON, findings) &&
-         read_grid_size(NFICON, particles, findings) &&
-         find_part(sections::named("the names of the particle data"), NFICON, findings) &&
-         read_names(NFICON, particles.names, findings) &&
-         find_part(sections::named("the particle fractions"), NFICON, findings);
+         read_grid_size(NFICON, particles, findings) && find_part(names_section, NFICON, findings) &&
+         read_names(NFICON, particles.names, findings) && find_part(fractions_section, NFICON, findings);
 }
 
-// Takes a fraction; false, some with a message of their own, at an error.
-bool take_fraction(const KeywordRecord<8>& record, const Place& heading, const Input& NFICON, Listing& MSGFIL,
-                   Particles& particles) {
-  const auto& [name, value, result] = record;
-  const auto found = std::find(particles.names.begin(), particles.names.end(), name);
-  if (found == particles.names.end()) {
-    write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
-    report_unknown_keyword(sections::named("the particle fractions"), heading, name.view(),
-                           "particle species", Nearest(name.view()).offer_all(particles.names), {10, 10},
-                           NFICON, MSGFIL.findings);
-    return false;
+// The records of the fractions: names of particle species.
+struct Fractions {
+  Particles& particles;
+  const Input& NFICON;
+  Listing& MSGFIL;
+
+  std::optional<SectionEnd> take(const KeywordRecord& record) const {
+    const auto& [name, value, result] = record;
+    const auto found = std::find(particles.names.begin(), particles.names.end(), name);
+    if (found == particles.names.end()) return SectionEnd::unknown_word;
+    const FieldColumns& field = columns_of<ParticleSection>.value;
+    if (!value_is_readable(result, name.view(), value, field, {}, NFICON, MSGFIL.findings)) {
+      return SectionEnd::unreadable_value;
+    }
+    double& XPA = particles.XPA.begin()[found - particles.names.begin()];
+    if (XPA > 0 || value < 0) {
+      write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
+      MSGFIL.findings.error(here(NFICON, 1, field.last()),
+                            value < 0 ? message("the fraction of ", name, " is negative")
+                                      : message("the fraction of ", name, " is given twice"));
+      return SectionEnd::given_up;
+    }
+    XPA = value;
+    return std::nullopt;
   }
-  if (!value_is_readable(result, name.view(), value, {10, 10}, NFICON, MSGFIL.findings)) return false;
-  double& XPA = particles.XPA.begin()[found - particles.names.begin()];
-  if (XPA > 0 || value < 0) {
-    write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
-    MSGFIL.findings.error(here(NFICON, 1, 19), value < 0
-                                                   ? message("the fraction of ", name, " is negative")
-                                                   : message("the fraction of ", name, " is given twice"));
-    return false;
-  }
-  XPA = value;
-  return true;
-}
+  void offer_to(Nearest& nearest) const { nearest.offer_all(particles.names); }
+};
 
 // Takes the fraction records up to END; false after the finding.
 bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
-  const Place heading = heading_place(sections::named("the particle fractions"), NFICON);
   particles.XPA.assign(particles.names.size(), 0.0);
-  const auto ends = [](const SpeciesName& name) { return name.first(3) == "END"; };
-  const auto take = [&](const KeywordRecord<8>& record) {
-    return take_fraction(record, heading, NFICON, MSGFIL, particles);
-  };
-  const SectionEnd end = read_keyword_records<"(A8,1X,E10.2)", 8>(NFICON, ends, take);
-  if (end == SectionEnd::end_of_file) {
-    report_not_closed(sections::named("the particle fractions"), heading, MSGFIL.findings);
-  }
+  GivenKeywords<ParticleSection> given;
+  const SectionEnd end =
+      read_keywords(fractions_section, NFICON, MSGFIL.findings, given, Fractions{particles, NFICON, MSGFIL});
+  if (end == SectionEnd::unknown_word) write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
   return end == SectionEnd::closed;
 }
 

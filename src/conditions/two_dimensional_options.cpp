@@ -1,13 +1,13 @@
 #include "conditions/two_dimensional_options.h"
 
 #include <algorithm>
-#include <array>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
-#include "conditions/keyword_records.h"
 #include "conditions/options.h"
+#include "files/keywords.h"
 #include "files/store_records.h"
 
 namespace varpre {
@@ -24,29 +24,8 @@ constexpr OptionNames N2TOPT{
     "------- ", "SOLID   ", "PLN2D   ", "------- ", "------- ", "------- ", "------- ", "------- ",
     "------- ", "------- ", "------- ", "------- "};
 
-struct Parameter {
-  std::string_view word;  // dashes: cannot be set
-  double standard;
-};
-constexpr std::array<Parameter, 16> parameters{{
-    {"UINI", 0},
-    {"VINI", 0},
-    {"RI2 ", 0},
-    {"DIST", 0},
-    {"----", 0},
-    {"TMAX", 1.0E+30},
-    {"HMAX", 1.0E+30},
-    {"REDF", 1.0},
-    {"XSOU", 1.0E+30},
-    {"YSOU", 1.0E+30},
-    {"----", 0},
-    {"----", 0},
-    {"GACC", 0},
-    {"----", 0},
-    {"----", 0},
-    {"----", 0},
-}};
-using ParameterValues = std::array<double, parameters.size()>;
+constexpr const Section& options_section = sections::named("the two-dimensional options");
+constexpr const Section& input_section = sections::named("the two-dimensional parameters");
 
 using StoreRecord = Text<200>;
 constexpr std::string_view radius_record = "INNER AN";
@@ -55,11 +34,11 @@ constexpr std::ptrdiff_t weight_record =
 
 // Reads the option entries up to the END record, its own other entries included; false after the message.
 bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
-  const Place heading = heading_place(sections::named("the two-dimensional options"), NFICON);
+  const Place heading = heading_place(options_section, NFICON);
   for (OptionRecord record;;) {
     if (!read_option_record(NFICON, MSGFIL.findings, record)) {
       write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
-      report_not_closed(sections::named("the two-dimensional options"), heading, MSGFIL.findings);
+      report_not_closed(options_section, heading, MSGFIL.findings);
       return false;
     }
     if (entries.size() + record.size() > NUMOPT) {
@@ -107,52 +86,35 @@ OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
   return IOPT2;
 }
 
-// The parameter that a keyword sets, if it sets one.
-auto parameter_of(std::string_view word) {
-  return std::find_if(parameters.begin(), parameters.end(),
-                      [&](const Parameter& p) { return p.word == word; });
-}
+// The first word that is no keyword ends the section; it is warned of when that is not END.
+struct OtherEnd {
+  const Input& NFICON;
+  const Place& heading;
+  Findings& findings;
 
-// Warns when it is not END that ends the section.
-void warn_of_other_end(std::string_view word, const Place& heading, const Input& NFICON, Findings& findings) {
-  if (word.starts_with("END")) return;
-  if (report_heading_inside(sections::named("the two-dimensional parameters"), heading, NFICON, findings,
-                            Findings::Severity::warning)) {
-    return;
+  std::optional<SectionEnd> take(const KeywordRecord& record) const {
+    if (report_heading_inside(input_section, heading, NFICON, findings, Findings::Severity::warning)) {
+      return SectionEnd::closed;
+    }
+    const std::string_view word = trimmed(record.word.view());
+    Nearest nearest(word);
+    for (const auto& keyword : TwoDimensionalSection::keywords) nearest.offer(keyword.word);
+    findings.warning(here(NFICON, 1, 4),
+                     message("'", word, "' is no two-dimensional parameter: it ends the section"),
+                     nearest.help());
+    return SectionEnd::closed;
   }
-  Nearest nearest(word);
-  for (const Parameter& p : parameters) nearest.offer(p.word);
-  findings.warning(here(NFICON, 1, 4),
-                   message("'", trimmed(word), "' is no two-dimensional parameter: it ends the section"),
-                   nearest.help());
-}
+  static void offer_to(Nearest&) {}
+};
 
 // Takes the keyword records up to the first other one; false after the message.
-bool read_parameters(Input& NFICON, Listing& MSGFIL, ParameterValues& values) {
-  const Place heading = heading_place(sections::named("the two-dimensional parameters"), NFICON);
-  std::array<Place, parameters.size()> places;
-  const auto ends = [&](const Text<4>& word) {
-    if (parameter_of(word.view()) != parameters.end()) return false;
-    warn_of_other_end(word.view(), heading, NFICON, MSGFIL.findings);
-    return true;
-  };
-  const auto take = [&](const KeywordRecord<4>& record) {
-    const auto& [word, value, result] = record;
-    if (!value_is_readable(result, word.view(), value, {6, 10}, NFICON, MSGFIL.findings)) {
-      write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, word);
-      return false;
-    }
-    const auto number = parameter_of(word.view()) - parameters.begin();
-    warn_of_second(trimmed(word.view()), places.begin()[number], here(NFICON, 6, 10), MSGFIL.findings);
-    places.begin()[number] = here(NFICON, 6, 10);
-    values.begin()[number] = value;
-    return true;
-  };
-  const SectionEnd end = read_keyword_records<"(A4,1X,E10.3)", 4>(NFICON, ends, take);
-  if (end == SectionEnd::end_of_file) {
-    write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
-    report_not_closed(sections::named("the two-dimensional parameters"), heading, MSGFIL.findings);
+bool read_parameters(Input& NFICON, Listing& MSGFIL, GivenKeywords<TwoDimensionalSection>& given) {
+  const OtherEnd other{NFICON, given.heading, MSGFIL.findings};
+  const SectionEnd end = read_keywords(input_section, NFICON, MSGFIL.findings, given, other);
+  if (end == SectionEnd::unreadable_value) {
+    write<"(/,5X,'ERROR IN INPUT OF 2D-CONDITIONS : ',A4)">(MSGFIL, given.last.word.first(4));
   }
+  if (end == SectionEnd::end_of_file) write<"('*!* ERROR: COULD NOT READ 2D-OPTIONS PROPERLY!')">(MSGFIL);
   return end == SectionEnd::closed;
 }
 
@@ -174,22 +136,22 @@ void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> record
   for (const StoreRecord& record : records) write_free(MSGFIL, record);
 }
 
-std::vector<StoreRecord> parameter_records(const ParameterValues& values) {
-  const auto group = [&](std::size_t k) { return std::span<const double>(values).subspan(4 * k, 4); };
+std::vector<StoreRecord> parameter_records(const TwoDimensionalParameters& p) {
+  constexpr double unused = 0;
   StoreFile records;
-  write<store_records::velocities>(records, group(0));
-  write<store_records::limits>(records, group(1));
-  write<store_records::sources>(records, group(2));
-  write<store_records::gravity>(records, group(3));
+  write<store_records::velocities>(records, p.UINI, p.VINI, p.RI2, p.DIST);
+  write<store_records::limits>(records, unused, p.TMAX, p.HMAX, p.REDF);
+  write<store_records::sources>(records, p.XSOU, p.YSOU, unused, unused);
+  write<store_records::gravity>(records, p.GACC, unused, unused, unused);
   return records_of(records);
 }
 
 }  // namespace
 
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
-  if (!find_section(sections::named("the two-dimensional options"), NFICON)) {
+  if (!find_section(options_section, NFICON)) {
     write<"('*!* WARNING: NO 2D-OPTIONS-FOUND -- REALLY 2D-Problem?')">(MSGFIL);
-    report_missing(sections::named("the two-dimensional options"), NFICON, MSGFIL.findings);
+    report_missing(options_section, NFICON, MSGFIL.findings);
     return;
   }
   write_free(MSGFIL, std::string_view("--* 2D-OPTIONS FOUND: CALCULATING 2D-PROBLEM"));
@@ -200,15 +162,13 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   write<"(3X,'2DOptions : ')">(MSGFIL);
   list_options(N2TOPT, IOPT2, MSGFIL);
 
-  if (!find_section(sections::named("the two-dimensional parameters"), NFICON)) {
+  if (!find_section(input_section, NFICON)) {
     write<"('*!* ERROR WHILE SCANNING FOR HEADING OF 2D-OPTIONS!')">(MSGFIL);
-    report_missing(sections::named("the two-dimensional parameters"), NFICON, MSGFIL.findings);
+    report_missing(input_section, NFICON, MSGFIL.findings);
     return;
   }
-  ParameterValues values{};
-  std::transform(parameters.begin(), parameters.end(), values.begin(),
-                 [](const Parameter& p) { return p.standard; });
-  if (!read_parameters(NFICON, MSGFIL, values)) return;
+  GivenKeywords<TwoDimensionalSection> given;
+  if (!read_parameters(NFICON, MSGFIL, given)) return;
 
   std::vector<StoreRecord> records = records_of(NFISTO);
   if (records.size() > 3) replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
@@ -220,7 +180,7 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
     return;
   }
   const auto first_listed = radius - records.begin();
-  const std::vector<StoreRecord> inserted = parameter_records(values);
+  const std::vector<StoreRecord> inserted = parameter_records(given.values);
   records.insert(radius + weight_record + 1, inserted.begin(), inserted.end());
   constexpr std::ptrdiff_t most_listed = 13;
   radius = records.begin() + first_listed;
@@ -235,10 +195,6 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
 
 const OptionNames& two_dimensional_option_names() {
   return N2TOPT;
-}
-
-bool is_two_dimensional_keyword(std::string_view word) {
-  return parameter_of(Text<4>(word).view()) != parameters.end() && !word.starts_with('-');
 }
 
 }  // namespace varpre

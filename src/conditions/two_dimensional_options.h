@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "conditions/options.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -19,8 +17,5 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
 // The names of the slots of the two-dimensional options.
 const OptionNames& two_dimensional_option_names();
-
-// Whether a word is a keyword of the two-dimensional parameters.
-bool is_two_dimensional_keyword(std::string_view word);
 
 }  // namespace varpre

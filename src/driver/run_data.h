@@ -24,7 +24,7 @@ struct RunData {
   Elements gas_elements;
   Elements surface_elements;
   std::vector<Molecule> molecules;  // of the gas species
-  WallConditions wall;
+  SurfaceConditions wall;
   Mechanism gas_mechanism;      // A in SI units
   Mechanism surface_mechanism;  // A in SI units
   CollisionEfficiencies efficiencies;

@@ -5,11 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "conditions/flame_conditions.h"
-#include "conditions/mixtures.h"
 #include "conditions/options.h"
-#include "conditions/surface_conditions.h"
-#include "conditions/two_dimensional_options.h"
+#include "files/keywords.h"
 #include "files/section_findings.h"
 #include "textio/record/number_format.h"
 
@@ -45,8 +42,7 @@ bool is_number(std::string_view word) {
 bool is_condition(const std::vector<std::string_view>& words, const NameIndex& species) {
   if (words.size() < 2 || !is_number(words[1])) return false;
   const std::string_view word = words[0];
-  return is_flame_keyword(word) || is_surface_keyword(word) || is_mixture_keyword(word) ||
-         is_two_dimensional_keyword(word) || is_option(word) || species.find(SpeciesName(word)) > 0;
+  return is_keyword(word) || is_option(word) || species.find(SpeciesName(word)) > 0;
 }
 
 // A reaction with its numbers, or a row of numbers.

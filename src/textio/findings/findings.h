@@ -14,8 +14,8 @@
 // wrote.
 namespace varpre {
 
-// Columns of a record of a unit. What is found at a place without unit is not reported: the caller has no
-// input to show.
+// Columns of a record of a unit; without unit: of none. What is found at a place of none is not reported: the
+// caller has no input to show.
 struct Place {
   const Input* unit = nullptr;
   int record = 0;  // from 1; 0: the file as a whole
@@ -23,6 +23,8 @@ struct Place {
   int width = 1;   // how many
   int caret = 0;   // the column that matters most; 0: the first
 
+  // Whether it is one.
+  explicit operator bool() const { return unit != nullptr; }
   // The column to look at first.
   int column_to_show() const { return caret > 0 ? caret : column; }
 

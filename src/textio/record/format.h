@@ -144,6 +144,24 @@ constexpr void walk_output(const FormatView& format, Sink& sink) {
   }
 }
 
+// Columns of a record.
+struct FieldColumns {
+  int first = 0;  // from 1
+  int width = 0;
+  constexpr int last() const { return first + width - 1; }
+};
+
+// Where the field of an item, by its number from 1, stands in the first record of a format.
+constexpr FieldColumns field_columns(const FormatView& format, int number) {
+  Walk walk(format);
+  for (int column = 1;;) {
+    const Edit& edit = walk.next();
+    if (edit.kind == Edit::Kind::slash || edit.kind == Edit::Kind::end) return {};
+    if (edit.takes_item() && --number == 0) return {column, edit.width};
+    column += edit.width + edit.gap;
+  }
+}
+
 namespace format_detail {
 
 // Reaching one of these while a format is parsed stops the compilation; the name is the message.

@@ -80,7 +80,8 @@ class YamlWriter {
       return std::equal(left.amounts.begin() + first, left.amounts.begin() + last,
                         right.amounts.begin() + first);
     };
-    const bool same_gas = left.T == right.T && left.P == right.P && same(0, data_.NGAS);
+    const bool same_gas =
+        left.values.T == right.values.T && left.values.P == right.values.P && same(0, data_.NGAS);
     line("phases:");
     write_gas_phase("gas", left);
     if (data_.NSURF > 0) write_surface_phase("surface", "gas", left);
@@ -98,10 +99,10 @@ class YamlWriter {
     line("  reactions: ", held_.gas_reactions.empty() ? "none" : "all");
     if (has_colliding_species()) line("  explicit-third-body-duplicates: mark-duplicate");
     line("  transport: mixture-averaged");
-    if (state.P <= 0) return;  // its block is not there
+    if (state.values.P <= 0) return;  // its block is not there
     line("  state:");
-    line("    T: ", yaml_number(state.T));
-    line("    P: ", yaml_number(state.P));
+    line("    T: ", yaml_number(state.values.T));
+    line("    P: ", yaml_number(state.values.P));
     text_ += yaml_map_lines("    X", amounts(state, 1, data_.NGAS));
   }
 

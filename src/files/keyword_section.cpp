@@ -1,10 +1,11 @@
-#include "conditions/keyword_records.h"
+#include "files/keyword_section.h"
 
 #include <algorithm>
 #include <array>
 #include <string>
 
 #include "textio/findings/odd_characters.h"
+#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {
@@ -47,65 +48,64 @@ bool is_unit(std::string_view word) {
   return std::find(known_units.begin(), known_units.end(), word) != known_units.end();
 }
 
-void warn_of_unit(std::string_view keyword, double value, const ValueField& field, const Word& behind,
+void warn_of_unit(std::string_view keyword, double value, std::string_view meant, const Word& behind,
                   const Input& NFICON, Findings& findings) {
   const std::string unit = plain_unit(behind.text);
-  if (field.unit.empty() || !is_unit(unit) || unit == field.unit) return;
+  if (meant.empty() || !is_unit(unit) || unit == meant) return;
   findings.warning(here(NFICON, behind.column, static_cast<int>(behind.text.size())),
-                   message(keyword, " is taken as ", value, " ", field.unit, ": '", behind.text,
+                   message(keyword, " is taken as ", value, " ", meant, ": '", behind.text,
                            "' behind it names another unit"),
                    "what stands behind a value is not read");
 }
 
-void warn_of_no_value(std::string_view keyword, const ValueField& field, const Word& behind,
+void warn_of_no_value(std::string_view keyword, const FieldColumns& field, const Word& behind,
                       const Input& NFICON, Findings& findings) {
-  const int last = field.column + field.width - 1;
   const auto length = static_cast<int>(behind.text.size());
   findings.warning(
-      behind.text.empty() ? here(NFICON, field.column, field.width) : here(NFICON, behind.column, length),
-      message(keyword, " has no value in columns ", field.column, "-", last, " (read as 0)",
+      behind.text.empty() ? here(NFICON, field.first, field.width) : here(NFICON, behind.column, length),
+      message(keyword, " has no value in columns ", field.first, "-", field.last(), " (read as 0)",
               behind.text.empty() ? std::string()
                                   : message("; '", behind.text, "' stands in columns ", behind.column, "-",
                                             behind.column + length - 1)));
 }
 
 // The word that begins in the columns of the value and ends behind them; none where they end with a blank.
-Word word_across_end(std::string_view line, const ValueField& field) {
-  const auto end = static_cast<std::size_t>(field.column + field.width) - 1;
+Word word_across_end(std::string_view line, const FieldColumns& field) {
+  const auto end = static_cast<std::size_t>(field.last());
   if (line.size() <= end || line[end] == ' ' || line[end - 1] == ' ') return {};
   const std::size_t blank = line.find_last_of(' ', end);
   const std::size_t start =
-      std::max(blank == std::string_view::npos ? 0 : blank + 1, static_cast<std::size_t>(field.column) - 1);
+      std::max(blank == std::string_view::npos ? 0 : blank + 1, static_cast<std::size_t>(field.first) - 1);
   return first_word(line, static_cast<int>(start) + 1);
 }
 
 // Reports a value of which only the columns up to the last one are read.
-void report_value_across_end(std::string_view keyword, bool readable, double value, const ValueField& field,
+void report_value_across_end(std::string_view keyword, bool readable, double value, const FieldColumns& field,
                              const Word& across, const Input& NFICON, Findings& findings) {
   const auto length = static_cast<int>(across.text.size());
   const Place place = here(NFICON, across.column, length);
-  const int last = field.column + field.width - 1;
-  const std::string columns = message("its value stands in columns ", field.column, "-", last);
+  const std::string columns = message("its value stands in columns ", field.first, "-", field.last());
   if (readable) {
     findings.warning(
-        place, message(keyword, " is read as ", value, ": '", across.text, "' reaches beyond column ", last),
+        place,
+        message(keyword, " is read as ", value, ": '", across.text, "' reaches beyond column ", field.last()),
         columns);
   } else {
-    findings.error(
-        place,
-        message("cannot read the value of ", keyword, ": '", across.text, "' reaches beyond column ", last),
-        columns);
+    findings.error(place,
+                   message("cannot read the value of ", keyword, ": '", across.text,
+                           "' reaches beyond column ", field.last()),
+                   columns);
   }
 }
 
 // Warns of blanks inside a number, which are read as if they were not there.
-void warn_of_inner_blanks(std::string_view keyword, double value, const ValueField& field,
+void warn_of_inner_blanks(std::string_view keyword, double value, const FieldColumns& field,
                           std::string_view line, const Input& NFICON, Findings& findings) {
-  std::string_view text = trimmed(columns(line, field.column, field.width));
+  std::string_view text = trimmed(columns(line, field.first, field.width));
   text.remove_prefix(text.find_first_not_of(' '));
   if (text.find(' ') == std::string_view::npos) return;
   findings.warning(
-      here(NFICON, field.column, field.width),
+      here(NFICON, field.first, field.width),
       message(keyword, " is read as ", value, ": blanks inside the number '", text, "' do not count"));
 }
 
@@ -120,13 +120,14 @@ void warn_of_unusual(std::string_view keyword, double value, const Usual& usual,
 }
 
 void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings) {
-  if (earlier.unit == nullptr) return;
+  if (!earlier) return;
   findings.warning(later, message(keyword, " stands already in line ",
                                   earlier.unit->origin(earlier.record).line, ": this value counts"));
 }
 
-bool value_is_readable(const ReadResult& result, std::string_view word, double value, const ValueField& field,
-                       const Input& NFICON, Findings& findings) {
+bool value_is_readable(const ReadResult& result, std::string_view word, double value,
+                       const FieldColumns& field, std::string_view unit, const Input& NFICON,
+                       Findings& findings) {
   const std::string_view keyword = trimmed(word);
   std::string name = message("the value of ", keyword);
   const std::string_view line = NFICON.origin(NFICON.record_number()).text;
@@ -138,36 +139,35 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
   }
   if (!result) return false;
 
-  const Word behind = first_word(
-      line, std::max(field.column + field.width, across.column + static_cast<int>(across.text.size())));
-  const auto before = static_cast<std::size_t>(field.column) - 1;
+  const Word behind =
+      first_word(line, std::max(field.last() + 1, across.column + static_cast<int>(across.text.size())));
+  const auto before = static_cast<std::size_t>(field.first) - 1;
   if (line.size() <= before || trimmed(line.substr(before, static_cast<std::size_t>(field.width))).empty()) {
     warn_of_no_value(keyword, field, behind, NFICON, findings);
     return true;
   }
   if (across.text.empty()) warn_of_columns(findings, NFICON, result, [&](int) { return name; });
   warn_of_inner_blanks(keyword, value, field, line, NFICON, findings);
-  if (!behind.text.empty()) warn_of_unit(keyword, value, field, behind, NFICON, findings);
+  if (!behind.text.empty()) warn_of_unit(keyword, value, unit, behind, NFICON, findings);
   return true;
 }
 
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
-                            std::string_view kinds, const Nearest& nearest, const ValueField& field,
-                            const Input& NFICON, Findings& findings) {
+                            const KeywordColumns& columns, const Nearest& nearest, const Input& NFICON,
+                            Findings& findings) {
   if (report_heading_inside(section, heading, NFICON, findings)) return;
-  const std::size_t columns_of_word = word.size();
-  const auto width = static_cast<int>(word.size());
-  const std::string columns = message("columns 1-", width, " hold a ", kinds, ", columns ", field.column, "-",
-                                      field.column + field.width - 1, " its value");
+  const auto& [field, value, kinds] = columns;
+  const std::string layout = message("columns 1-", field.last(), " hold a ", kinds, ", columns ", value.first,
+                                     "-", value.last(), " its value");
+  const std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  const std::string odd = odd_character_help(line.substr(0, static_cast<std::size_t>(field.width)), 1);
   word = trimmed(word);
-  const std::string odd =
-      odd_character_help(NFICON.origin(NFICON.record_number()).text.substr(0, columns_of_word), 1);
   const std::string meant = odd.empty() ? nearest.help() : odd;
   const bool in_two = word.find(' ') != std::string_view::npos;  // a value that begins too early
-  findings.error(here(NFICON, 1, width),
+  findings.error(here(NFICON, 1, field.width),
                  word.empty() ? message("blank line in ", section.content, ", which END would close")
                               : message("unknown ", kinds, " '", word, "' in ", section.content),
-                 meant.empty() || in_two ? columns : meant);
+                 meant.empty() || in_two ? layout : meant);
 }
 
 }  // namespace varpre

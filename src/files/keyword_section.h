@@ -1,0 +1,195 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <type_traits>
+
+#include "files/section_findings.h"
+#include "files/sections.h"
+#include "textio/channel/statement.h"
+#include "textio/findings/findings.h"
+
+// Sections made of records with a keyword and a value, up to an END record. Such a section is a struct, whose
+// members have their standard values, and a description, whose rows point to them:
+//
+//   struct FlameSection {
+//     using Values = FlameConditions;
+//     static constexpr FormatText record{"(A4,1X,E10.3)"};          // the keyword and the value
+//     static constexpr Section::Letters letters = Section::Letters::as_written;
+//     static constexpr std::string_view end = "END ";               // what the last record begins with
+//     static constexpr std::string_view kinds = "keyword";          // what a word of it can be
+//     static constexpr auto keywords = std::to_array<Keyword<Values>>({{"RI  ", &Values::RI, ...}, ...});
+//   };
+namespace varpre {
+
+// The values of a keyword that are usual.
+struct Usual {
+  double least = -1.0E+300;
+  double most = 1.0E+300;
+};
+
+// A keyword of a section with values of a type, which are doubles.
+template <class Values>
+struct Keyword {
+  std::string_view word;  // as it stands in its columns, with the blanks that count
+  double Values::*value;
+  std::string_view meaning;    // a short phrase
+  std::string_view unit = {};  // of the input; none where it has none or people write none
+  Usual usual = {};
+  bool required = false;
+  double factor = 1;                  // from the unit of the input to that of the value
+  std::string_view stored_unit = {};  // of the value, where that is another one
+  std::string_view not_once = {};     // what the listing says where it must be given once and is not
+};
+
+// Whether each member of the values stands in exactly one row.
+template <class Values, std::size_t N>
+constexpr bool sets_each_member_once(const std::array<Keyword<Values>, N>& keywords) {
+  for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t k = 0; k < i; ++k) {
+      if (keywords[k].value == keywords[i].value || keywords[k].word == keywords[i].word) return false;
+    }
+  }
+  return sizeof(Values) == N * sizeof(double);
+}
+
+// The row of a section that sets a value.
+template <class Description>
+constexpr std::size_t row_of(double Description::Values::*value) {
+  const auto& keywords = Description::keywords;
+  return static_cast<std::size_t>(
+      std::ranges::find(keywords, value, &Keyword<typename Description::Values>::value) - keywords.begin());
+}
+template <class Description>
+constexpr const Keyword<typename Description::Values>& keyword(double Description::Values::*value) {
+  return Description::keywords[row_of<Description>(value)];
+}
+
+// One record of a section.
+struct KeywordRecord {
+  Text<8> word;
+  double value = 0;
+  ReadResult result;  // of the value
+};
+
+// Where the word and the value of a record stand, and what the word can be.
+struct KeywordColumns {
+  FieldColumns word;
+  FieldColumns value;
+  std::string_view kinds;
+};
+template <class Description>
+inline constexpr KeywordColumns columns_of{field_columns(Format<Description::record>::view, 1),
+                                           field_columns(Format<Description::record>::view, 2),
+                                           Description::kinds};
+
+// How the reading of a section ended: all but `closed` and `given_up` have been reported.
+enum class SectionEnd { closed, end_of_file, unknown_word, unreadable_value, given_up };
+
+// What a section gives.
+template <class Description>
+struct GivenKeywords {
+  using Member = double Description::Values::*;
+  static constexpr std::size_t count = Description::keywords.size();
+
+  typename Description::Values values;
+  std::array<Place, count> places;  // of each keyword its value, the last of several
+  std::array<int, count> times{};   // how often it is given
+  Place heading;
+  KeywordRecord last;  // the record read last
+
+  const Place& place(Member value) const { return places[row_of<Description>(value)]; }
+};
+
+// Takes no words but the keywords.
+struct NoOtherWords {
+  static std::optional<SectionEnd> take(const KeywordRecord&) { return SectionEnd::unknown_word; }
+  static void offer_to(Nearest&) {}
+};
+
+// Whether the value of a keyword, in the record last read, could be read; if not, reports it. Warns of
+// columns that were hardly meant, of a value that stands beside its columns, and of another unit behind it.
+bool value_is_readable(const ReadResult& result, std::string_view word, double value,
+                       const FieldColumns& field, std::string_view unit, const Input& NFICON,
+                       Findings& findings);
+
+// Warns of a value outside of what is usual.
+void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
+                     Findings& findings);
+
+// Warns that a keyword, in the record last read, was given before; the later value counts. Nothing where it
+// was not.
+void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings);
+
+// Reports that the record last read holds no keyword of its section: the heading of another one, or a keyword
+// that is misspelt or unknown.
+void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
+                            const KeywordColumns& columns, const Nearest& nearest, const Input& NFICON,
+                            Findings& findings);
+
+namespace keyword_detail {
+
+template <class Description>
+constexpr bool begins(std::string_view word, std::string_view with) {
+  if (Description::letters == Section::Letters::as_written) return word.starts_with(with);
+  return EQUSYM(static_cast<int>(with.size()), word, with);
+}
+
+// Takes the value of a keyword; false, after the finding, where it cannot be read.
+template <class Description>
+bool take_keyword(std::size_t row, const Input& NFICON, Findings& findings,
+                  GivenKeywords<Description>& given) {
+  const auto& keyword = Description::keywords[row];
+  const auto& [word, value, result] = given.last;
+  const FieldColumns& field = columns_of<Description>.value;
+  if (!value_is_readable(result, word.view(), value, field, keyword.unit, NFICON, findings)) return false;
+  const Place place = here(NFICON, field.first, field.width);
+  const std::string_view name = trimmed(keyword.word);
+  if (keyword.not_once.empty()) warn_of_second(name, given.places[row], place, findings);
+  warn_of_unusual(name, value, keyword.usual, place, findings);
+  given.values.*keyword.value = value * keyword.factor;
+  given.places[row] = place;
+  ++given.times[row];
+  return true;
+}
+
+}  // namespace keyword_detail
+
+// Reads the records of a section, behind its heading, up to the one that closes it. Words that are no
+// keywords go to others.take(record), which returns nothing when it has taken the record, or how the section
+// ends there; others.offer_to(nearest) offers the words that it takes to a search for the one that was meant.
+template <class Description, class Others = NoOtherWords>
+SectionEnd read_keywords(const Section& section, Input& NFICON, Findings& findings,
+                         GivenKeywords<Description>& given, Others&& others = {}) {
+  const auto& keywords = Description::keywords;
+  given.heading = heading_place(section, NFICON);
+  for (auto& [word, value, result] = given.last;;) {
+    result = read<Description::record>(NFICON, word, value);
+    if (result.end_of_file()) {
+      report_not_closed(section, given.heading, findings);
+      return SectionEnd::end_of_file;
+    }
+    if (keyword_detail::begins<Description>(word.view(), Description::end)) return SectionEnd::closed;
+    const auto found = std::find_if(keywords.begin(), keywords.end(), [&w = word](const auto& k) {
+      return keyword_detail::begins<Description>(w.view(), k.word);
+    });
+    if (found != keywords.end()) {
+      const auto row = static_cast<std::size_t>(found - keywords.begin());
+      if (!keyword_detail::take_keyword(row, NFICON, findings, given)) return SectionEnd::unreadable_value;
+      continue;
+    }
+    const std::optional<SectionEnd> end = others.take(given.last);
+    if (end == SectionEnd::unknown_word) {
+      Nearest nearest(word.view());
+      others.offer_to(nearest);
+      for (const auto& known : keywords) nearest.offer(known.word);
+      report_unknown_keyword(section, given.heading, word.view(), columns_of<Description>, nearest, NFICON,
+                             findings);
+    }
+    if (end) return *end;
+  }
+}
+
+}  // namespace varpre
