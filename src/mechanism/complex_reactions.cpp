@@ -1,10 +1,10 @@
 #include "mechanism/complex_reactions.h"
 
-#include <cmath>
 #include <vector>
 
 #include "files/sections.h"
 #include "files/store_records.h"
+#include "math/elementary.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
@@ -115,7 +115,7 @@ void report_asterisks(const ComplexReaction& r, Findings& findings) {
 
 void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
   constexpr double per_mole = 1.0E-6F;  // from cm^3 to m^3
-  const double ABR = r.ABR * std::pow(per_mole, r.ORD[0] + r.ORD[1] + r.ORD[2] - 1);
+  const double ABR = r.ABR * math::pow(per_mole, r.ORD[0] + r.ORD[1] + r.ORD[2] - 1);
   write<store_records::complex_coefficients>(NFISTO, r.STOBR);
   write<store_records::complex_species>(NFISTO, r.NUMS);
   write<store_records::complex_orders>(NFISTO, r.ORD);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "math/elementary.h"
 #include "mechanism/reverse_reaction.h"
 #include "textio/names/scanning.h"
 #include "thermo/elements.h"
@@ -45,11 +46,11 @@ void warn_of_factor(const Phase& phase, const ReactionLine& line, const Reaction
   const bool partner = std::any_of(educts.begin(), educts.end(), [&](int k) { return k > names.NS(); });
   if (partner || educts[1] == 0 || educts[2] != 0) return;
   constexpr double T = 1500;
-  static const double log_T = std::log(T);
-  const double log_rate = std::log(r.AFAC) + r.TEXP * log_T - r.EXA / (gas_constant * T);
+  static const double log_T = math::log(T);
+  const double log_rate = math::log(r.AFAC) + r.TEXP * log_T - r.EXA / (gas_constant * T);
   if (!(log_rate > log_fastest_rate)) return;
   findings.warning(r.line,
-                   message("the rate of this reaction is ", std::exp(log_rate), " cm3/(mol s) at 1500 K"),
+                   message("the rate of this reaction is ", math::exp(log_rate), " cm3/(mol s) at 1500 K"),
                    "two gas species collide at some 1E+14 to 3E+15 cm3/(mol s)");
 }
 
@@ -161,7 +162,7 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
       });
     }
   }
-  const double log_factors = std::log(forward.AFAC / reverse.AFAC);
+  const double log_factors = math::log(forward.AFAC / reverse.AFAC);
   for (std::size_t k = 0; k < temperatures.size(); ++k) {
     const double T = temperatures[k];
     double log_Kc = 0;
@@ -173,7 +174,7 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
       dn += sign;
       reliable = reliable && T <= at(fit_, number).TLIM[2];
     });
-    log_Kc -= dn * std::log(gas_constant_cm3_bar * T);
+    log_Kc -= dn * math::log(gas_constant_cm3_bar * T);
     const double error = std::abs(log_factors - log_Kc + (reverse.EXA - forward.EXA) / (R * T));
     if (!reliable || !(error > worst_)) continue;
     worst_ = error;
@@ -183,10 +184,10 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
 }
 
 void ReverseRateCheck::report(Findings& findings) const {
-  if (!(worst_ > std::log(2.0))) return;
+  if (!(worst_ > math::log(2.0))) return;
   findings.warning(worst_place_,
                    message("the generated reverse rate of this reaction is off by a factor of ",
-                           std::round(std::exp(std::min(worst_, 600.0)) * 10) / 10, " at ",
+                           std::round(math::exp(std::min(worst_, 600.0)) * 10) / 10, " at ",
                            worst_temperature_, " K, the worst of the mechanism"),
                    "with the option RevSim the solver computes reverse rates from the equilibrium constant");
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "math/elementary.h"
 #include "mechanism/integer_power.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/thermo_functions.h"
@@ -59,7 +60,7 @@ ReactionSums reaction_sums(const Phase& phase, const SpeciesVector& MAT, double 
 
 // Equilibrium constant in (mol/cm^3)^dn.
 double equilibrium_constant(const ReactionSums& sums, double T) {
-  const double Kp = std::exp(-(sums.dH - T * sums.dS) / (R * T));
+  const double Kp = math::exp(-(sums.dH - T * sums.dS) / (R * T));
   return Kp / integer_power(gas_constant_cm3_bar * T, sums.dn);
 }
 
@@ -95,10 +96,10 @@ Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const The
   const ReactionSums at_T1 = reaction_sums(phase, forward.MAT, T1, fit, MSGFIL);
   const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), forward.line, MSGFIL);
   const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), forward.line, MSGFIL);
-  const double X2 = forward.AFAC * std::exp(-forward.EXA / (R * T2)) / Kc2;
-  const double X1 = forward.AFAC * std::exp(-forward.EXA / (R * T1)) / Kc1;
-  reverse.EXA = R * std::log(X1 / X2) / (1 / T2 - 1 / T1);
-  reverse.AFAC = X2 * std::exp(reverse.EXA / (R * T2));
+  const double X2 = forward.AFAC * math::exp(-forward.EXA / (R * T2)) / Kc2;
+  const double X1 = forward.AFAC * math::exp(-forward.EXA / (R * T1)) / Kc1;
+  reverse.EXA = R * math::log(X1 / X2) / (1 / T2 - 1 / T1);
+  reverse.AFAC = X2 * math::exp(reverse.EXA / (R * T2));
   if (!std::isfinite(reverse.EXA) || !std::isfinite(reverse.AFAC)) {
     report_bad_parameters(forward.line, MSGFIL);
     reverse.AFAC = reverse.EXA = 0;

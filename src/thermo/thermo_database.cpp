@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "files/store_records.h"
+#include "math/elementary.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"
@@ -115,7 +116,7 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   const double h =
       (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
   const double s =
-      (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + std::log(T) * d[0] + d[6]) / R;
+      (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + math::log(T) * d[0] + d[6]) / R;
   std::string jumps;
   const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
     if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "math/elementary.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
@@ -18,7 +19,7 @@ double enthalpy(const Coefficients& a, double T) {
 
 double entropy(const Coefficients& a, double T) {
   const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
-  return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + std::log(T) * a1 + a7;
+  return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + math::log(T) * a1 + a7;
 }
 
 double heat_capacity(const Coefficients& a, double T) {

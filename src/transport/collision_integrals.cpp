@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "math/wide_vectors.h"
 #include "textio/findings/record_findings.h"
 #include "transport/collision_tables.h"
 #include "transport/log_fit.h"
-#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {

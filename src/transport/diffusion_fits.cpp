@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "math/elementary.h"
+#include "math/wide_vectors.h"
 #include "textio/findings/record_findings.h"
 #include "transport/collision_integrals.h"
-#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
@@ -31,7 +32,7 @@ Pair induced_pair(const Molecule& polar, const Molecule& nonpolar) {
   const double polarizability = nonpolar.DI2 / cube(nonpolar.SIGMA);
   const double xi = 1 + 0.25 * polarizability * dipole * std::sqrt(polar.EPS / nonpolar.EPS);
   return {xi * xi * std::sqrt(polar.EPS * nonpolar.EPS),
-          0.5 * (polar.SIGMA + nonpolar.SIGMA) * std::pow(xi, minus_one_sixth), 0};
+          0.5 * (polar.SIGMA + nonpolar.SIGMA) * math::pow(xi, minus_one_sixth), 0};
 }
 
 Pair plain_pair(const Molecule& i, const Molecule& j) {

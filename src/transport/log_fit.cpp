@@ -7,8 +7,9 @@
 #include <limits>
 #include <stdexcept>
 
+#include "math/elementary.h"
+#include "math/wide_vectors.h"
 #include "textio/findings/record_findings.h"
-#include "transport/wide_vectors.h"
 
 namespace varpre {
 namespace {
@@ -53,7 +54,7 @@ FitGrid::FitGrid(std::vector<double> temperatures) : T(std::move(temperatures)) 
   constexpr double EPSIL = 1.0e-5;  // smallest pivot
   if (points() > most_points) throw std::length_error("too many temperatures for a fit");
   for (const double t : T) {
-    const double x = std::log(t);
+    const double x = math::log(t);
     const FitCoefficients row{1, x, x * x, x * (x * x)};
     for (std::size_t j = 0; j < NDI; ++j) A[j].push_back(row[j]);
   }
@@ -113,14 +114,14 @@ FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Lis
   }
   std::array<double, FitGrid::most_points> logarithms;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   const auto YL = std::span(logarithms).first(V.size());
-  std::transform(V.begin(), V.end(), YL.begin(), [](double v) { return std::log(v); });
+  math::log(V, YL);
   fit.LOK = INIAGL(grid, YL, fit.COEF, MSGFIL);
   if (!fit.LOK) write<"(1X,5X,'STATIONARITY IN -GENLAM-(AGL)')">(MSGFIL);
   if (!print && deviations_within(tolerance, grid, YL, fit.COEF)) return fit;
 
   if (print) write<"(2X,'  T(K)    ',2X,' V(EXACT) ',2X,' V(FITTED)', 2X,' ERROR    ')">(MSGFIL);
   for (std::size_t k = 0; k < grid.points(); ++k) {
-    const double VFIT = std::exp(fitted_logarithm(fit.COEF, grid, k));
+    const double VFIT = math::exp(fitted_logarithm(fit.COEF, grid, k));
     const double E = std::abs((V[k] - VFIT) / V[k]);
     if (print) write<"(6(2X,1PE10.3))">(MSGFIL, grid.T[k], V[k], VFIT, E);
     if (E >= fit.ERRMAX) {
