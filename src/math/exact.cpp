@@ -139,9 +139,9 @@ std::optional<double> short_power(double x, double y) {
 
 // --- As many bits as it takes ----------------------------------------------------------------------
 
-// No result of exp or log comes closer to the middle between two doubles than 2^-118 of itself (V. Lefevre and J.-M.
-// Muller, ARITH 15 (2001) 111): six words, less 2^-53 as the smallest logarithm and 32 bits of error, are far more.
-// Nobody has proved such a bound for powers, of which none that comes closer than 2^-120 is known; they get 900 bits.
+// No result of exp or log comes closer to the middle between two doubles than 2^-118 of itself, next to e^0
+// 2^-158 (V. Lefevre and J.-M. Muller, ARITH 15 (2001) 111): six words, less 53 bits for the smallest
+// logarithm and 32 of error, are far more. Nobody has proved such a bound for powers; they get 900 bits.
 constexpr std::size_t words = 6;
 constexpr std::size_t words_of_power = 16;
 

@@ -96,7 +96,8 @@ std::int64_t certain_logs(std::span<const double> x, const Parts& parts, std::sp
         log_sum(high, e * log_of_two.low + parts.low[k], reduced(parts.c[k], parts.z[k]));
     const double upper = sum.high + (sum.low + error);
     const double lower = sum.high + (sum.low - error);
-    const bool certain = (upper == lower) & (x[k] >= smallest_normal) & (x[k] < infinity);
+    const double argument = x[k];
+    const bool certain = (upper == lower) & (argument >= smallest_normal) & (argument < infinity);
     result[k] = certain ? upper : std::numeric_limits<double>::quiet_NaN();
     others += certain ? 0 : 1;
   }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 #include "math/double_double.h"
@@ -20,15 +21,14 @@ struct LogValue {
 
 constexpr LogValue log_value(const Fixed<2>& value) {
   constexpr int places = 42;
+  constexpr std::uint64_t unit = std::uint64_t{1} << (64 - places);
   Fixed<2> half_unit;
-  half_unit.word[1] = std::uint64_t{1} << (63 - places);
-  const Fixed<2> rounded = value + half_unit;
-  const auto units = static_cast<std::int64_t>(rounded.word[2] << places | rounded.word[1] >> (64 - places));
-  const Fixed<2> rest = value - shifted(Fixed<2>::integer(units), -places);
-  const Fixed<2> size = magnitude(rest);
-  const double low =
-      static_cast<double>(size.word[1]) * 0x1p-64 + static_cast<double>(size.word[0]) * 0x1p-128;
-  return {static_cast<double>(units) * 0x1p-42, rest.is_negative() ? -low : low};
+  half_unit.word[1] = unit / 2;
+  const Fixed<2> sum = value + half_unit;
+  const auto units = static_cast<std::int64_t>(sum.word[2] << places | sum.word[1] / unit);
+  const auto rest = static_cast<std::int64_t>(sum.word[1] % unit) - static_cast<std::int64_t>(unit / 2);
+  return {static_cast<double>(units) * 0x1p-42,
+          static_cast<double>(rest) * 0x1p-64 + static_cast<double>(sum.word[0]) * 0x1p-128};
 }
 
 inline constexpr LogValue log_of_two = log_value(ln2<2>);
@@ -55,18 +55,28 @@ constexpr int reciprocal_of_piece(int i) {
                               : static_cast<int>(512 / middle + 0.5);
 }
 
+// ln(512/n) for n from 372 to 745, from ln(n/(n-1)) = 2 artanh(1/(2n-1)) one by one.
+inline constexpr std::size_t lowest_reciprocal = 372;
+inline constexpr std::size_t highest_reciprocal = 745;
+inline constexpr auto reciprocal_logs = [] {
+  std::array<Fixed<2>, highest_reciprocal - lowest_reciprocal + 1> logs{};
+  const auto step = [](std::size_t n) {
+    const Fixed<2> half = artanh_of_reciprocal<2>(2 * n - 1);
+    return half + half;
+  };
+  for (std::size_t i = 512 - lowest_reciprocal; i > 0; --i)
+    logs[i - 1] = logs[i] + step(i + lowest_reciprocal);
+  for (std::size_t i = 513 - lowest_reciprocal; i < logs.size(); ++i)
+    logs[i] = logs[i - 1] - step(i + lowest_reciprocal);
+  return logs;
+}();
+
 inline constexpr std::array<LogPiece, log_pieces> log_table = [] {
-  // ln(512/n), from ln(n/(n-1)) = 2 artanh(1/(2n-1)) one by one.
-  constexpr std::uint64_t lowest = 256;
-  std::array<Fixed<2>, 513> logs{};
-  for (std::uint64_t n = 512; n > lowest; --n)
-    logs[n - 1 - lowest] = logs[n - lowest] + shifted(artanh_of_reciprocal<2>(2 * n - 1), 1);
-  for (std::uint64_t n = 513; n <= 2 * 512 - lowest; ++n)
-    logs[n - lowest] = logs[n - 1 - lowest] - shifted(artanh_of_reciprocal<2>(2 * n - 1), 1);
   std::array<LogPiece, log_pieces> table{};
   for (int i = 0; i < log_pieces; ++i) {
     const auto n = static_cast<std::size_t>(reciprocal_of_piece(i));
-    table[static_cast<std::size_t>(i)] = {static_cast<double>(n) / 512, log_value(logs[n - lowest])};
+    table[static_cast<std::size_t>(i)] = {static_cast<double>(n) / 512,
+                                          log_value(reciprocal_logs[n - lowest_reciprocal])};
   }
   return table;
 }();
