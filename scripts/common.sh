@@ -104,6 +104,9 @@ need_tool_tests() {
   python3 -c "import yaml" 2>/dev/null || /usr/bin/python3 -c "import yaml" 2>/dev/null || need python3-yaml "the tests of varpre-import"
 }
 
+# The tests of the elementary functions compare them with its numbers.
+need_mpfr() { need_header mpfr.h libmpfr-dev "the tests of exp, log and pow"; }
+
 need_googletest() {
   local place
   for place in /usr/include /usr/local/include "${GTEST_ROOT:-/usr}/include" /opt/homebrew/include; do

@@ -51,8 +51,8 @@ constexpr double begin_of_piece(int i) {
 constexpr int reciprocal_of_piece(int i) {
   if (i == pieces_below_one) return 512;
   const double middle = (begin_of_piece(i) + begin_of_piece(i + 1)) / 2;
-  return i < pieces_below_one ? 2 * static_cast<int>(256 / middle + 0.5)
-                              : static_cast<int>(512 / middle + 0.5);
+  const int step = i < pieces_below_one ? 2 : 1;
+  return step * static_cast<int>((512.0 / step + middle / 2) / middle);  // the nearest multiple
 }
 
 // ln(512/n) for n from 372 to 745, from ln(n/(n-1)) = 2 artanh(1/(2n-1)) one by one.
@@ -64,10 +64,12 @@ inline constexpr auto reciprocal_logs = [] {
     const Fixed<2> half = artanh_of_reciprocal<2>(2 * n - 1);
     return half + half;
   };
-  for (std::size_t i = 512 - lowest_reciprocal; i > 0; --i)
-    logs[i - 1] = logs[i] + step(i + lowest_reciprocal);
-  for (std::size_t i = 513 - lowest_reciprocal; i < logs.size(); ++i)
-    logs[i] = logs[i - 1] - step(i + lowest_reciprocal);
+  for (std::size_t n = 512; n > lowest_reciprocal; --n) {
+    logs[n - 1 - lowest_reciprocal] = logs[n - lowest_reciprocal] + step(n);
+  }
+  for (std::size_t n = 513; n <= highest_reciprocal; ++n) {
+    logs[n - lowest_reciprocal] = logs[n - 1 - lowest_reciprocal] - step(n);
+  }
   return logs;
 }();
 
