@@ -102,6 +102,7 @@ need_tool_libraries() {
 # The tests of the tools check them by other means.
 need_tool_tests() {
   python3 -c "import yaml" 2>/dev/null || /usr/bin/python3 -c "import yaml" 2>/dev/null || need python3-yaml "the tests of varpre-import"
+  need_command node nodejs "the tests of what the report's page computes"
 }
 
 # The tests of the elementary functions compare them with its numbers.

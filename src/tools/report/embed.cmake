@@ -1,10 +1,15 @@
-# Writes files as texts of a header: -DHEADER=... -DPARTS=name=file;name=file
+# Writes files as texts of a header: -DHEADER=... -DPARTS=name=file;name=file. Files of one name follow one another.
 set(text "#pragma once\n\n#include <string_view>\n\nnamespace varpre::page_parts {\n")
 foreach(part ${PARTS})
   string(REGEX MATCH "^([a-z]+)=(.*)$" matched "${part}")
   set(name ${CMAKE_MATCH_1})
+  list(APPEND names ${name})
   file(READ ${CMAKE_MATCH_2} hex HEX)
-  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${hex}")
+  string(APPEND ${name}_hex "${hex}")
+endforeach()
+list(REMOVE_DUPLICATES names)
+foreach(name ${names})
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${${name}_hex}")
   string(APPEND text "\ninline constexpr char ${name}_bytes[] = {${bytes}};\n"
     "inline constexpr std::string_view ${name}{${name}_bytes, sizeof ${name}_bytes};\n")
 endforeach()

@@ -19,11 +19,15 @@ struct Arguments {
   bool json = false;
 };
 
-// The store file of a directory, or one that is named itself.
-varpre::StoreData read(const std::string& name) {
+// The path of the store file of a directory, or of one that is named itself.
+std::string store_file(const std::string& name) {
   std::error_code error;
-  const bool is_directory = std::filesystem::is_directory(name, error);
-  const std::string path = is_directory ? (std::filesystem::path(name) / "fort.3").string() : name;
+  return std::filesystem::is_directory(name, error) ? (std::filesystem::path(name) / "fort.3").string()
+                                                    : name;
+}
+
+varpre::StoreData read(const std::string& name) {
+  const std::string path = store_file(name);
   const auto file = varpre::open_input(path);
   if (!file) varpre::throw_system_error(ENOENT, path);
   int read_error = 0;
@@ -62,6 +66,15 @@ void tell_of_the_end(const std::string& name, const varpre::StoreData& data) {
                data.stopped_at, varpre::for_terminal(data.stopped).c_str());
 }
 
+std::string page(const Arguments& arguments, const varpre::StoreData& data,
+                 const std::optional<varpre::StoreData>& other) {
+  const auto named = [](const std::string& name, const varpre::StoreData& store) {
+    return varpre::NamedStore{name, store_file(name), store};
+  };
+  return varpre::page_of(named(arguments.directory, data),
+                         other ? std::optional(named(arguments.other, *other)) : std::nullopt);
+}
+
 int report(const Arguments& arguments) {
   const varpre::StoreData data = read(arguments.directory);
   std::optional<varpre::StoreData> other;
@@ -70,11 +83,7 @@ int report(const Arguments& arguments) {
     other = read(arguments.other);
     tell_of_the_end(arguments.other, *other);
   }
-  put(arguments, arguments.json
-                     ? json_text(data, other)
-                     : varpre::page_of({arguments.directory, data},
-                                       other ? std::optional(varpre::NamedStore{arguments.other, *other})
-                                             : std::nullopt));
+  put(arguments, arguments.json ? json_text(data, other) : page(arguments, data, other));
   return 0;
 }
 

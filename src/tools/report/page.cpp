@@ -1,6 +1,9 @@
 #include "tools/report/page.h"
 
+#include <array>
+#include <ctime>
 #include <filesystem>
+#include <sys/stat.h>
 
 #include "page_parts.h"
 #include "textio/findings/odd_characters.h"
@@ -18,12 +21,25 @@ std::string embedded(const nlohmann::ordered_json& json) {
   return safe;
 }
 
+// When a file was last written, in local time; empty where that cannot be said.
+std::string date_of(const std::string& file) {
+  struct stat about {};
+  std::tm date{};
+  if (stat(file.c_str(), &about) != 0 || localtime_r(&about.st_mtime, &date) == nullptr) return "";
+  std::array<char, 32> text{};
+  const std::size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S %z", &date);
+  return {text.data(), size};
+}
+
 nlohmann::ordered_json json_of(const NamedStore& store) {
   nlohmann::ordered_json json = json_for_page(store.data);
-  const std::filesystem::path path =
-      (std::filesystem::absolute(store.name) / "").lexically_normal().parent_path();
-  json["name"] = for_terminal(path.filename().string());
+  const auto normal = [](const std::string& name) {
+    return (std::filesystem::absolute(name) / "").lexically_normal().parent_path();
+  };
+  json["name"] = for_terminal(normal(store.name).filename().string());
   json["path"] = for_terminal(store.name);
+  json["directory"] = for_terminal(normal(store.file).parent_path().string());
+  json["date"] = date_of(store.file);
   return json;
 }
 
@@ -42,8 +58,9 @@ std::string filled(std::string_view page,
 }  // namespace
 
 std::string page_of(const NamedStore& store, const std::optional<NamedStore>& other) {
-  const std::string data =
-      embedded({{"store", json_of(store)}, {"other", other ? json_of(*other) : nlohmann::ordered_json()}});
+  const std::string data = embedded({{"version", VARPRE_VERSION},
+                                     {"store", json_of(store)},
+                                     {"other", other ? json_of(*other) : nlohmann::ordered_json()}});
   return filled(page_parts::html, {{"/*style*/", page_parts::css},
                                    {"/*data*/", data},
                                    {"/*charts*/", page_parts::charts},

@@ -9,6 +9,7 @@ namespace varpre {
 
 struct NamedStore {
   std::string name;  // as the user gave it
+  std::string file;  // the path of the store file
   const StoreData& data;
 };
 
