@@ -5,6 +5,7 @@
 
 #include "mechanism/reaction.h"
 #include "thermo/elements.h"
+#include "tools/import/partners.h"
 #include "tools/import/short_names.h"
 
 namespace varpre {
@@ -93,6 +94,26 @@ void put_inert_species_last(ImportedMechanism& mechanism) {
     std::stable_sort(species->begin(), species->end(),
                      [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
   }
+}
+
+// Reactions with the same efficiencies share a collision partner, of which there are only so many.
+void limit_partners(Import& import) {
+  ImportedMechanism& mechanism = import.mechanism;
+  const auto most =
+      std::min<std::size_t>(partner_count, NEFMAX / std::max<std::size_t>(mechanism.gas.size(), 1));
+  std::set<EfficiencyRow> rows{EfficiencyRow(mechanism.gas.size(), 1.0)};
+  std::erase_if(mechanism.gas_reactions, [&](const ImportedReaction& reaction) {
+    if (!reaction.efficiencies) return false;
+    EfficiencyRow row = efficiency_row(*reaction.efficiencies, mechanism.gas);
+    if (rows.size() == most && rows.count(row) == 0) {
+      import.refuse(reaction.place, message("reaction ", reaction.equation),
+                    "it needs one more set of efficiencies than can be held",
+                    message("at most ", static_cast<int>(most) - 1, " different sets can be"));
+      return true;
+    }
+    rows.insert(std::move(row));
+    return false;
+  });
 }
 
 void check_limits(const Place& file, const ImportedMechanism& mechanism, Findings& findings) {
@@ -194,6 +215,7 @@ bool take_species(ImportedSpecies species, Import& import) {
 void complete(const Place& file, Import& import) {
   check_choice(file, import);
   name_species(import);
+  limit_partners(import);
   put_inert_species_last(import.mechanism);
   check_limits(file, import.mechanism, import.findings);
 }

@@ -15,6 +15,11 @@ bool take_species(ImportedSpecies species, Import& import);
 // species, and the site density, have to be there. False, after a finding, when it cannot be held.
 bool take_reaction(ImportedReaction reaction, bool on_surface, Import& import);
 
+// Takes a global reaction, `orders` being those that are not the coefficients. A species with an order that
+// is no educt joins both sides. False, after a finding, when the columns do not hold it.
+bool take_global_reaction(GlobalReaction reaction, const std::map<std::string, double>& orders,
+                          Import& import);
+
 // Looks for reactions in which a species that stands on both sides is the collision partner of another
 // reaction as well, that with M. `action` says what happens then: "warn", "error", "mark-duplicate" (nothing)
 // or "modify-efficiency", which takes the species from the partners of the other.

@@ -28,6 +28,8 @@ bool is_partner(const std::string& word) {
 
 struct Side {
   std::vector<std::string> species;
+  std::vector<GlobalTerm> terms;
+  bool whole = true;
   std::string partner;
   bool in_parentheses = false;
 };
@@ -73,15 +75,14 @@ class SideReader {
       coefficient = static_cast<double>(*number);
     }
     constexpr double most = 100;
-    if (coefficient != std::floor(coefficient) || coefficient <= 0 || coefficient > most) {
-      import_.refuse(value_.place(), message("reaction ", value_.text()),
-                     message("the coefficient ", coefficient, " cannot be held"),
-                     "coefficients are whole numbers: a name stands as often as it counts");
-      return false;
-    }
+    if (coefficient <= 0 || coefficient > most)
+      return fail(message("the coefficient ", coefficient, " is not between 0 and 100"));
     if (name == "M")
       return coefficient == 1 ? take_partner(name, false) : fail("a collision partner counts once");
-    side_.species.insert(side_.species.end(), static_cast<std::size_t>(coefficient), import_.resolved(name));
+    side_.terms.push_back({import_.resolved(name), coefficient, coefficient});
+    side_.whole = side_.whole && coefficient == std::floor(coefficient);
+    side_.species.insert(side_.species.end(), static_cast<std::size_t>(coefficient),
+                         side_.terms.back().species);
     return true;
   }
 
@@ -115,8 +116,24 @@ std::optional<Equation> read_equation(const Value& value, Import& import) {
     import.findings.error(value.place(), "the collision partner must stand on both sides of the equation");
     return std::nullopt;
   }
-  return Equation{educts->species, products->species, educts->partner, educts->in_parentheses,
-                  *arrow != "=>"};
+  const bool whole = educts->whole && products->whole;
+  return Equation{whole ? educts->species : Names(),
+                  whole ? products->species : Names(),
+                  educts->partner,
+                  educts->in_parentheses,
+                  *arrow != "=>",
+                  whole,
+                  educts->terms,
+                  products->terms};
+}
+
+std::vector<std::string> Equation::names() const {
+  std::vector<std::string> names;
+  for (const auto* terms : {&educt_terms, &product_terms}) {
+    for (const GlobalTerm& term : *terms) names.push_back(term.species);
+  }
+  if (!partner.empty() && partner != "M") names.push_back(partner);
+  return names;
 }
 
 }  // namespace varpre

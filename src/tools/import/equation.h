@@ -16,10 +16,15 @@ struct Equation {
   std::string partner;  // "M", or the species in "(+N2)"; empty: none
   bool in_parentheses = false;
   bool reversible = false;
+  // The terms as they stand; with coefficients that are no whole numbers, the lists of names are empty.
+  bool whole = true;
+  std::vector<GlobalTerm> educt_terms;
+  std::vector<GlobalTerm> product_terms;
+
+  std::vector<std::string> names() const;  // of all species, the partner too
 };
 
-// Takes the value of `equation` apart. None after an error, or when it has coefficients that are no whole
-// numbers, which are refused.
+// Takes the value of `equation` apart. None after an error.
 std::optional<Equation> read_equation(const Value& value, Import& import);
 
 }  // namespace varpre

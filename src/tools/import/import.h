@@ -14,6 +14,7 @@ struct ImportOptions {
   std::string phase;                 // empty: that of the surface, or the first ideal gas
   std::string surface;               // empty: none
   std::vector<std::string> species;  // empty: all
+  std::string transport;             // a file with transport data
   std::optional<double> pressure;    // bar, of rates that depend on it
   bool refit_thermo = false;
   bool skip_unsupported = false;

@@ -30,8 +30,7 @@ double shortened(double value) {
 
 class Writer {
  public:
-  Writer(const ImportedMechanism& mechanism, Findings& findings)
-      : mechanism_(mechanism), partners_(mechanism, findings) {
+  explicit Writer(const ImportedMechanism& mechanism) : mechanism_(mechanism), partners_(mechanism) {
     for (const auto* species : {&mechanism.gas, &mechanism.surface}) {
       for (const ImportedSpecies& one : *species)
         names_[one.name] = std::string(trimmed(one.short_name.view()));
@@ -118,10 +117,39 @@ class Writer {
     write_reactions(mechanism_.gas_reactions);
     write<"('END')">(MEC_);
     write_efficiencies();
-    if (mechanism_.surface_phase.empty()) return;
-    write<"('SURFACE MECHANISM')">(MEC_);
-    write_reactions(mechanism_.surface_reactions);
-    write<"('END')">(MEC_);
+    if (!mechanism_.surface_phase.empty()) {
+      write<"('SURFACE MECHANISM')">(MEC_);
+      write_reactions(mechanism_.surface_reactions);
+      write<"('END')">(MEC_);
+    }
+    write_global_reactions();
+  }
+
+  void write_global_reactions() {
+    const auto& reactions = mechanism_.global_reactions;
+    if (reactions.empty()) return;
+    write<"('COMPLEX REACTIONS')">(MEC_);
+    write<"(I4)">(MEC_, static_cast<int>(reactions.size()));
+    for (const GlobalReaction& reaction : reactions) {
+      lost_.place = reaction.place;
+      const auto [A, b, E] = rate_in_columns(reaction.rate, 5, 5);
+      write<"(A,A10)">(MEC_, std::string_view(global_side(reaction.educts)), number<10>(A));
+      write<"(A,2A5)">(MEC_, std::string_view(global_side(reaction.products)), number<5>(b), number<5>(E));
+    }
+  }
+
+  // Three slots of a coefficient, a name and an order; products have none.
+  std::string global_side(const std::vector<GlobalTerm>& terms) {
+    StoreFile line;
+    for (std::size_t slot = 0; slot < 3; ++slot) {
+      const bool taken = slot < terms.size();
+      const GlobalTerm term = taken ? terms[slot] : GlobalTerm{};
+      write<"(1X,A4,1X,A8,1X,A3,1X)">(line, number<4>(term.coefficient),
+                                      SpeciesName(taken ? names_.at(term.species) : ""),
+                                      number<3>(term.order));
+    }
+    std::erase(line.text, '\n');
+    return line.text;
   }
 
   bool has_falloff() const {
@@ -201,7 +229,7 @@ class Writer {
       }
       delimiters[count - 1] = side == &products ? " " : reaction.reversible ? "=" : ">";
     }
-    const auto& [A, b, E] = reaction.rate;
+    const auto [A, b, E] = rate_in_columns(reaction.rate, 7, 10);
     write<"('MAXI')">(MEC_);
     write<"(5(A8,A1),/,5(A8,A1),A10,A7,A10,A)">(MEC_, zip(names, delimiters), number<10>(A), number<7>(b),
                                                 number<10>(E),
@@ -209,7 +237,7 @@ class Writer {
   }
 
   void write_falloff(const ImportedReaction& reaction) {
-    const auto& [A, b, E] = *reaction.low_pressure;
+    const auto [A, b, E] = rate_in_columns(*reaction.low_pressure, 6, 10);
     write<"('#',5X,A10,2X,A6,2X,A10)">(MEC_, number<10>(A), number<6>(b), number<10>(E));
     const auto& [a, T3, T1, T2] = reaction.Troe;
     write<"('#',5X,4(A10,2X),A6)">(MEC_, number<10>(a), number<10>(T3), number<10>(T1), number<10>(T2),
@@ -368,7 +396,7 @@ class Writer {
 }  // namespace
 
 InputTexts write_inputs(const ImportedMechanism& mechanism, const Input& file, Findings& findings) {
-  Writer writer(mechanism, findings);
+  Writer writer(mechanism);
   InputTexts texts = writer.write_all();
   writer.warn(whole(file), findings);
   return texts;

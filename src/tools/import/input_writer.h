@@ -15,9 +15,9 @@ struct InputTexts {
   std::string INP;
 };
 
-// Writes a mechanism in the forms of the input files. Reports, at the reaction, when there are more sets of
-// efficiencies than names of collision partners; and warns, of the file as a whole, of what everybody should
-// know: the meaning of falloff records and sticking coefficients, lost digits, and the reference pressure.
+// Writes a mechanism in the forms of the input files; and warns, of the file as a whole, of what everybody
+// should know: the meaning of falloff records and sticking coefficients, lost digits, and the reference
+// pressure.
 InputTexts write_inputs(const ImportedMechanism& mechanism, const Input& file, Findings& findings);
 
 }  // namespace varpre

@@ -6,6 +6,7 @@
 #include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 #include "tools/import/input_writer.h"
+#include "tools/import/species_reader.h"
 #include "tools/import/yaml_reader.h"
 
 namespace {
@@ -15,6 +16,7 @@ using varpre::message;
 struct Arguments {
   varpre::ImportOptions import;
   std::string directory = ".";
+  std::vector<std::string> include;
   std::string pressure;
   bool force = false;
 };
@@ -113,11 +115,16 @@ int import(Arguments& arguments) {
   refuse_to_overwrite(arguments);
   varpre::Findings findings;
   findings.most_shown = std::string::npos;
-  varpre::YamlFiles files(findings);
-  const varpre::ImportedMechanism mechanism = varpre::read_yaml_mechanism(arguments.import, files, findings);
+  const varpre::ImportOptions& options = arguments.import;
+  varpre::SourceFiles sources;
+  varpre::YamlFiles files(sources, arguments.include, findings);
+  const varpre::Molecules molecules =
+      options.transport.empty() ? varpre::Molecules()
+                                : varpre::read_transport_file(options.transport, sources, files, findings);
+  const varpre::ImportedMechanism mechanism =
+      varpre::read_yaml_mechanism(options, files, molecules, findings);
   varpre::InputTexts texts;
-  if (findings.errors() == 0)
-    texts = varpre::write_inputs(mechanism, *files.open(arguments.import.file).file(), findings);
+  if (findings.errors() == 0) texts = varpre::write_inputs(mechanism, sources.open(options.file), findings);
   tell(findings.render());
   if (findings.errors() > 0) {
     tell(message("varpre-import: ", varpre::summary(findings.errors(), findings.warnings()),
@@ -148,6 +155,10 @@ int main(int argc, char** argv) {
        {"--species", &options.species, "gas species to be taken (all), with the reactions among them",
         "A,B,...", false, ','},
        {"--output", &arguments.directory, "where the files are written (.)", "DIRECTORY"},
+       {"--transport", &options.transport,
+        "transport data for species that have none (YAML, tran.dat, MOLNEW)", "FILE"},
+       {"--include", &arguments.include, "where files are looked for that the file names, beside its own",
+        "DIRECTORY"},
        {"--pressure", &arguments.pressure, "of rates that depend on it (\"1 bar\")", "P"},
        {"--refit-thermo", &options.refit_thermo,
         "fit ranges of seven coefficients to thermochemistry of other forms"},

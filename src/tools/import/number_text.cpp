@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "textio/record/number_format.h"
+#include "tools/import/rate_fits.h"
 
 namespace varpre {
 namespace {
@@ -81,17 +82,36 @@ std::string number_text(double value, std::size_t width, LostDigits& lost) {
   std::string best = fitting(value, -1, width);
   for (int digits = all_digits; best.empty() && digits > 0; --digits) best = fitting(value, digits, width);
   const double read = read_free_real(best).value_or(0);
-  constexpr double noise = 1.0E-14;  // of conversions
-  const double change = value == 0 ? 0 : std::abs(read / value - 1);
-  if (change > noise) {
+  constexpr int stored_digits = 5;
+  const auto stored = [](double x) { return edited(x, std::chars_format::scientific, stored_digits - 1); };
+  if (stored(value) != stored(read)) {
     ++lost.numbers;
+    const double change = std::abs(read / value - 1);
     if (change > lost.largest) {
       lost.largest = change;
       lost.of_largest = lost.place;
-      lost.text = message(value, " is written ", best);
+      lost.text = message(with_point(stored(value)), " is ", with_point(stored(read)), " there");
     }
   }
   return std::string(width - std::min(best.size(), width), ' ') + best;
+}
+
+double value_in_columns(double value, std::size_t width) {
+  LostDigits ignored;
+  return read_real(number_text(value, width, ignored), {static_cast<int>(width), 0, 0}).value_or(0);
+}
+
+ArrheniusRate rate_in_columns(const ArrheniusRate& rate, std::size_t b_width, std::size_t E_width) {
+  const RateOfTemperature meant = [&](double T) { return std::abs(rate_constant(rate, T)); };
+  ArrheniusRate result = rate;
+  const auto take = [&](const std::optional<FittedRate>& fit) {
+    if (fit) result = {std::copysign(fit->rate.A, rate.A), fit->rate.b, fit->rate.E};
+  };
+  if (const double b = b_width == 0 ? rate.b : value_in_columns(rate.b, b_width); b != rate.b)
+    take(fit_arrhenius(meant, b));
+  if (const double E = E_width == 0 ? result.E : value_in_columns(result.E, E_width); E != result.E)
+    take(fit_arrhenius(meant, result.b, E));
+  return result;
 }
 
 }  // namespace varpre

@@ -6,25 +6,28 @@
 
 namespace varpre {
 
-Partners::Partners(const ImportedMechanism& mechanism, Findings& findings) : mechanism_(mechanism) {
-  std::vector<Row> rows;
-  numbers_[Row(mechanism.gas.size(), 1.0)] = 1;
+EfficiencyRow efficiency_row(const Efficiencies& efficiencies, const std::vector<ImportedSpecies>& gas) {
+  EfficiencyRow row;
+  row.reserve(gas.size());
+  for (const ImportedSpecies& species : gas) {
+    const auto found = efficiencies.named.find(species.name);
+    row.push_back(found == efficiencies.named.end() ? efficiencies.usual : found->second);
+  }
+  return row;
+}
+
+Partners::Partners(const ImportedMechanism& mechanism) : mechanism_(mechanism) {
+  std::vector<EfficiencyRow> rows;
+  numbers_[EfficiencyRow(mechanism.gas.size(), 1.0)] = 1;
   for (const ImportedReaction& reaction : mechanism.gas_reactions) {
     if (!reaction.efficiencies) continue;
-    const Row row = row_of(*reaction.efficiencies);
+    EfficiencyRow row = efficiency_row(*reaction.efficiencies, mechanism.gas);
     const int next = static_cast<int>(rows.size()) + 2;
-    if (!numbers_.try_emplace(row, std::min(next, partner_count)).second) continue;
-    if (next > partner_count) {
-      findings.error(reaction.place,
-                     message("this reaction needs one more set of efficiencies than can be held"),
-                     message("at most ", partner_count - 1, " different sets can be"));
-      return;
-    }
-    rows.push_back(row);
+    if (numbers_.try_emplace(row, next).second) rows.push_back(std::move(row));
   }
   const auto entries = [&](double usual) {
     std::ptrdiff_t count = 0;
-    for (const Row& row : rows) count += count_of(row) - std::count(row.begin(), row.end(), usual);
+    for (const EfficiencyRow& row : rows) count += count_of(row) - std::count(row.begin(), row.end(), usual);
     return count;
   };
   usual_ = entries(1) <= entries(0) ? 1 : 0;
@@ -40,18 +43,8 @@ Partners::Partners(const ImportedMechanism& mechanism, Findings& findings) : mec
   }
 }
 
-Partners::Row Partners::row_of(const Efficiencies& efficiencies) const {
-  Row row;
-  for (const ImportedSpecies& species : mechanism_.gas) {
-    const auto found = efficiencies.named.find(species.name);
-    row.push_back(found == efficiencies.named.end() ? efficiencies.usual : found->second);
-  }
-  return row;
-}
-
 std::string Partners::name_of(const Efficiencies& efficiencies) const {
-  const auto found = numbers_.find(row_of(efficiencies));
-  return std::string(at(MCOLLI, found == numbers_.end() ? 1 : found->second));
+  return std::string(at(MCOLLI, numbers_.at(efficiency_row(efficiencies, mechanism_.gas))));
 }
 
 }  // namespace varpre

@@ -8,6 +8,10 @@
 
 namespace varpre {
 
+// The efficiency of each gas species.
+using EfficiencyRow = std::vector<double>;
+EfficiencyRow efficiency_row(const Efficiencies& efficiencies, const std::vector<ImportedSpecies>& gas);
+
 // A collision partner and the efficiencies that its definition names.
 struct Partner {
   std::string name;
@@ -18,8 +22,7 @@ struct Partner {
 // every species is with 1.
 class Partners {
  public:
-  // Reports the reaction for which no name is left.
-  Partners(const ImportedMechanism& mechanism, Findings& findings);
+  explicit Partners(const ImportedMechanism& mechanism);
 
   // "M'"
   std::string name_of(const Efficiencies& efficiencies) const;
@@ -29,11 +32,8 @@ class Partners {
   double usual() const { return usual_; }
 
  private:
-  using Row = std::vector<double>;  // of the gas species
-  Row row_of(const Efficiencies& efficiencies) const;
-
   const ImportedMechanism& mechanism_;
-  std::map<Row, int> numbers_;
+  std::map<EfficiencyRow, int> numbers_;
   std::vector<Partner> all_;
   double usual_ = 1;
 };

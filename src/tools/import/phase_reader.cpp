@@ -40,8 +40,8 @@ class Multipliers {
 
 class PhaseReader {
  public:
-  PhaseReader(const ImportOptions& options, YamlFiles& files, Findings& findings)
-      : import_{options, findings}, files_(files) {}
+  PhaseReader(const ImportOptions& options, YamlFiles& files, const Molecules& molecules, Findings& findings)
+      : import_{options, findings}, files_(files), molecules_(molecules) {}
 
   ImportedMechanism read() {
     const ImportOptions& options = import_.options;
@@ -60,6 +60,8 @@ class PhaseReader {
       read_bulk_species(gas, surface);
       read_site_density(surface, mechanism());
     }
+    settle_transport(molecules_, gas.place(), import_);
+    if (files_.incomplete()) return mechanism();
     read_reactions(gas, false);
     if (surface) read_reactions(surface, true);
     complete(gas.place(), import_);
@@ -249,12 +251,14 @@ class PhaseReader {
 
   Import import_;
   YamlFiles& files_;
+  const Molecules& molecules_;
 };
 
 }  // namespace
 
-ImportedMechanism read_yaml_mechanism(const ImportOptions& options, YamlFiles& files, Findings& findings) {
-  return PhaseReader(options, files, findings).read();
+ImportedMechanism read_yaml_mechanism(const ImportOptions& options, YamlFiles& files,
+                                      const Molecules& molecules, Findings& findings) {
+  return PhaseReader(options, files, molecules, findings).read();
 }
 
 }  // namespace varpre

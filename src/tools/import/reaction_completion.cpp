@@ -3,6 +3,7 @@
 
 #include "mechanism/reverse_reaction.h"
 #include "tools/import/completion.h"
+#include "tools/import/number_text.h"
 #include "tools/import/rate_fits.h"
 #include "tools/import/units.h"
 
@@ -230,6 +231,46 @@ class Completion {
 
 bool take_reaction(ImportedReaction reaction, bool on_surface, Import& import) {
   return Completion(std::move(reaction), on_surface, import).take();
+}
+
+bool take_global_reaction(GlobalReaction reaction, const std::map<std::string, double>& orders,
+                          Import& import) {
+  const auto refuse = [&](std::string_view reason, std::string_view help = {},
+                          Findings::Site kind = Findings::Site::current()) {
+    import.refuse(reaction.place, message("reaction ", reaction.equation), reason, help, kind);
+    return false;
+  };
+  const auto term_of = [](std::vector<GlobalTerm>& terms, const std::string& name, double coefficient) {
+    const auto is_it = [&](const GlobalTerm& term) { return term.species == name; };
+    const auto found = std::find_if(terms.begin(), terms.end(), is_it);
+    if (found != terms.end()) return found;
+    return terms.insert(terms.end(), {name, coefficient, 0});
+  };
+  for (const auto& [name, order] : orders) {
+    const std::size_t before = reaction.educts.size();
+    term_of(reaction.educts, name, 1)->order = order;
+    if (reaction.educts.size() > before) term_of(reaction.products, name, 0)->coefficient += 1;
+  }
+  constexpr std::size_t slots = 3;
+  constexpr std::size_t coefficient_width = 4;
+  constexpr std::size_t order_width = 3;
+  if (reaction.educts.size() > slots || reaction.products.size() > slots)
+    return refuse("it has more than three educts or products", "a species with an order is one of them");
+  for (const auto* terms : {&reaction.educts, &reaction.products}) {
+    for (const auto& [name, coefficient, order] : *terms) {
+      if (value_in_columns(coefficient, coefficient_width) != coefficient ||
+          (terms == &reaction.educts && value_in_columns(order, order_width) != order)) {
+        return refuse(message("the coefficient ", coefficient, " or order ", order, " of ", name,
+                              " does not fit into its columns"),
+                      "four columns hold a coefficient, three an order");
+      }
+    }
+  }
+  auto& list = import.mechanism.global_reactions;
+  if (list.size() == MNCRE)
+    return refuse(message("it is one more global reaction than can be held: ", MNCRE));
+  list.push_back(std::move(reaction));
+  return true;
 }
 
 }  // namespace varpre

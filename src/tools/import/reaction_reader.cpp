@@ -60,7 +60,9 @@ class ReactionReader {
     reaction_.products = equation_.products;
     reaction_.reversible = equation_.reversible;
     reaction_.duplicate = entry_["duplicate"].boolean().value_or(false);
-    if (read_orders() && read_efficiencies() && read_law(multiplier) && read_coverage())
+    if (!read_orders()) return true;
+    if (!equation_.whole || gas_orders_) return read_global_reaction(multiplier), true;
+    if (read_efficiencies() && read_law(multiplier) && read_coverage())
       take_reaction(std::move(reaction_), scope_.on_surface, import_);
     return true;
   }
@@ -80,22 +82,15 @@ class ReactionReader {
 
   const KnownSpecies* find(const std::string& name) const { return import_.find(name); }
 
-  std::vector<std::string> names() const {
-    std::vector<std::string> all = equation_.educts;
-    all.insert(all.end(), equation_.products.begin(), equation_.products.end());
-    if (!equation_.partner.empty() && equation_.partner != "M") all.push_back(equation_.partner);
-    return all;
-  }
-
   bool is_of_phase(bool declared_only) {
-    for (const std::string& name : names()) {
+    for (const std::string& name : equation_.names()) {
       if (find(name) == nullptr) return !declared_only && report_unknown(name);
     }
     return true;
   }
 
   bool is_of_taken_species() {
-    const std::vector<std::string> all = names();
+    const std::vector<std::string> all = equation_.names();
     const auto is = [&](Fate fate) {
       return [this, fate](const std::string& name) { return find(name)->fate == fate; };
     };
@@ -157,10 +152,27 @@ class ReactionReader {
   }
 
   double count_among_educts(const std::string& name) const {
-    return static_cast<double>(std::count(equation_.educts.begin(), equation_.educts.end(), name));
+    double count = 0;
+    for (const GlobalTerm& term : equation_.educt_terms) count += term.species == name ? term.coefficient : 0;
+    return count;
   }
 
-  // An order may be given that the species has anyway, and another one of a surface species.
+  // One of the gas with orders of its own, or coefficients that are no whole numbers.
+  void read_global_reaction(double multiplier) {
+    if (scope_.on_surface || kind_ != Kind::arrhenius || !equation_.partner.empty() || equation_.reversible) {
+      refuse(reaction_.place, "orders and coefficients that are no whole numbers cannot be held here",
+             "an irreversible reaction of the gas with a rate of A, b and Ea can have them");
+      return;
+    }
+    const auto rate = read_arrhenius(entry_, "rate-constant", order(0));
+    if (!rate) return;
+    GlobalReaction global{reaction_.place, reaction_.equation, equation_.educt_terms, equation_.product_terms,
+                          *rate};
+    global.rate.A *= multiplier;
+    take_global_reaction(std::move(global), reaction_.orders, import_);
+  }
+
+  // An order may be given that the species has anyway.
   bool read_orders() {
     for (const auto& [given, place, value] : entry_["orders"].members()) {
       const std::string name = import_.resolved(given);
@@ -168,9 +180,11 @@ class ReactionReader {
       if (!order) return false;
       if (*order == count_among_educts(name)) continue;
       const KnownSpecies* const species = find(name);
-      if (species == nullptr || species->fate != Fate::taken || !species->on_surface())
+      const bool of_gas = species != nullptr && !species->on_surface();
+      if (species == nullptr || species->fate != Fate::taken || of_gas == scope_.on_surface)
         return refuse(place, message("the order ", *order, " of ", name, " cannot be held"));
       reaction_.orders[name] = *order;
+      gas_orders_ = gas_orders_ || of_gas;
     }
     return true;
   }
@@ -260,7 +274,7 @@ class ReactionReader {
       if (phase == KnownSpecies::Phase::gas) order.gas += count;
       if (phase == KnownSpecies::Phase::surface) order.surface += count;
     };
-    for (const std::string& educt : equation_.educts) add(educt, 1);
+    for (const GlobalTerm& term : equation_.educt_terms) add(term.species, term.coefficient);
     for (const auto& [name, of_species] : reaction_.orders) add(name, of_species - count_among_educts(name));
     return order;
   }
@@ -382,7 +396,8 @@ class ReactionReader {
   Import& import_;
   Equation equation_;
   Kind kind_ = Kind::arrhenius;
-  double efficiency_ = 1;  // of a partner that stands on both sides like a reactant
+  bool gas_orders_ = false;  // of mass action are not all
+  double efficiency_ = 1;    // of a partner that stands on both sides like a reactant
   ImportedReaction reaction_;
 };
 

@@ -48,9 +48,15 @@ std::string cleaned(const std::string& name) {
   return text.empty() || is_keyword(text) || read_free_real(text) ? message("x", text) : text;
 }
 
+// In capitals, but for what stands in parentheses: CH2(s). The program compares some names letter by letter.
+std::string raised(const std::string& name) {
+  const std::size_t end = std::min(name.find('('), name.size());
+  return in_capitals(name.substr(0, end)) + name.substr(end);
+}
+
 // The first name of this kind that is free: cut, and with a number where that is taken.
 std::string free_name(const std::string& name, const std::set<std::string>& taken) {
-  const std::string text = cleaned(name);
+  const std::string text = raised(cleaned(name));
   std::string candidate = text.substr(0, longest);
   for (int number = 2; taken.count(in_capitals(candidate)) > 0 || !is_usable(candidate); ++number) {
     const std::string end = message("_", number);
@@ -69,8 +75,11 @@ std::string in_capitals(std::string text) {
 std::map<std::string, SpeciesName> short_names(std::span<const std::string> names) {
   std::map<std::string, SpeciesName> result;
   std::set<std::string> taken;
-  for (const std::string& name : names) {
-    if (is_usable(name) && taken.insert(in_capitals(name)).second) result[name] = name;
+  for (const bool in_capitals_already : {true, false}) {
+    for (const std::string& name : names) {
+      const bool now = (name == raised(name)) == in_capitals_already;
+      if (now && is_usable(name) && taken.insert(in_capitals(name)).second) result[name] = raised(name);
+    }
   }
   for (const std::string& name : names) {
     if (result.count(name) > 0) continue;

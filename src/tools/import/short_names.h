@@ -11,8 +11,8 @@ namespace varpre {
 std::string in_capitals(std::string text);
 
 // Gives every name one that the input files can hold: at most eight characters that stand in names, different
-// from the others in any letter case, no keyword and no collision partner. A name that is such stays; the
-// others depend on nothing but the list.
+// from the others in any letter case, no keyword and no collision partner. A name that is such stays, in
+// capitals before its first parenthesis; the others depend on nothing but the list.
 std::map<std::string, SpeciesName> short_names(std::span<const std::string> names);
 
 }  // namespace varpre

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "thermo/elements.h"
+#include "tools/import/short_names.h"
 
 namespace varpre {
 namespace {
@@ -284,13 +285,10 @@ bool read_geometry(const Value& transport, ImportedMolecule& molecule) {
   return false;
 }
 
+// Nothing where there are none. False after a finding.
 bool read_transport(const Value& entry, ImportedSpecies& species, Import& import) {
   const Value transport = entry["transport"];
-  if (!transport) {
-    import.refuse(species.place, message("species ", species.name), "it has no transport data",
-                  "--without-transport takes none from the file; MOLNEW is yours then");
-    return false;
-  }
+  if (!transport) return true;
   if (const auto model = transport.require("model").string(); model != "gas") {
     if (model) {
       import.refuse(transport["model"].place(), message("species ", species.name),
@@ -298,25 +296,42 @@ bool read_transport(const Value& entry, ImportedSpecies& species, Import& import
     }
     return false;
   }
+  species.molecule = read_molecule(transport);
+  return species.molecule.has_value();
+}
+
+}  // namespace
+
+std::optional<ImportedMolecule> read_molecule(const Value& transport) {
   transport.check_names({"model", "geometry", "diameter", "well-depth", "dipole", "polarizability",
                          "rotational-relaxation", "acentric-factor", "dispersion-coefficient",
                          "quadrupole-polarizability", "note"});
   ImportedMolecule molecule;
-  const int errors = import.findings.errors();
+  const int errors = transport.findings().errors();
   const auto number = [&](const char* name) { return transport[name].number().value_or(0); };
   const auto well_depth = transport.require("well-depth").number();
   const auto diameter = transport.require("diameter").number();
   molecule.dipole = number("dipole");
   molecule.polarizability = number("polarizability");
   molecule.rotational_relaxation = number("rotational-relaxation");
-  if (!read_geometry(transport, molecule) || import.findings.errors() > errors) return false;
+  if (!read_geometry(transport, molecule) || transport.findings().errors() > errors) return std::nullopt;
   molecule.well_depth = *well_depth;
   molecule.diameter = *diameter;
-  species.molecule = molecule;
-  return true;
+  return molecule;
 }
 
-}  // namespace
+Molecules read_transport_file(const std::string& path, SourceFiles& sources, YamlFiles& files,
+                              Findings& findings) {
+  if (!path.ends_with(".yaml") && !path.ends_with(".yml"))
+    return read_transport_text(sources.open(path), findings);
+  Molecules molecules;
+  for (const Value& entry : files.open(path)["species"].items()) {
+    const Value transport = entry["transport"];
+    const auto molecule = transport["model"].string() == "gas" ? read_molecule(transport) : std::nullopt;
+    if (molecule) molecules[in_capitals(entry["name"].string().value_or(""))] = *molecule;
+  }
+  return molecules;
+}
 
 std::optional<ImportedSpecies> read_species(const Value& entry, KnownSpecies::Phase phase, YamlFiles& files,
                                             Import& import) {

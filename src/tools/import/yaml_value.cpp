@@ -1,13 +1,10 @@
 #include "tools/import/yaml_value.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
 #include <yaml-cpp/depthguard.h>
-
-#include "textio/channel/file.h"
 
 namespace varpre {
 namespace {
@@ -15,15 +12,6 @@ namespace {
 Place place_of_mark(const Input* file, const YAML::Mark& mark, int width = 1) {
   if (mark.is_null()) return {file};
   return {file, mark.line + 1, mark.column + 1, width};
-}
-
-std::string read_file(const std::string& path) {
-  const auto file = open_input(path);
-  if (!file) throw_system_error(ENOENT, path);
-  int read_error = 0;
-  std::string text = read_to_end(*file, path, read_error);
-  if (read_error != 0) throw_system_error(read_error, path);
-  return text;
 }
 
 }  // namespace
@@ -189,44 +177,54 @@ void Value::set_units(const YAML::Node& units) {
 }
 
 Value YamlFiles::open(const std::string& path, const Place& named) {
-  auto& file = files_[path];
-  if (file) return file->root;
-  file = std::make_unique<File>();
-  file->text.name = path;
+  const auto [known, first] = roots_.try_emplace(path);
+  Value& root = known->second;
+  if (!first) return root;
+  const Input* file = nullptr;
   try {
-    file->text.text = read_file(path);
-    const std::vector<YAML::Node> documents = YAML::LoadAll(file->text.text);
+    file = &sources_.open(path);
+    const std::vector<YAML::Node> documents = YAML::LoadAll(file->text);
     if (documents.size() == 1 && documents.front().IsMap()) {
-      file->root = Value(documents.front(), &file->text, {}, findings_);
-      file->root.members();  // of which none comes twice
+      root = Value(documents.front(), file, {}, findings_);
+      root.members();  // of which none comes twice
     } else {
-      findings_.error({&file->text}, "the file is no mapping of sections");
+      findings_.error({file}, "the file is no mapping of sections");
     }
   } catch (const YAML::DeepRecursion& error) {
-    findings_.error(place_of_mark(&file->text, error.mark), "this is nested too deeply");
+    findings_.error(place_of_mark(file, error.mark), "this is nested too deeply");
   } catch (const YAML::Exception& error) {
-    findings_.error(place_of_mark(&file->text, error.mark), message("this is no YAML: ", error.msg));
+    findings_.error(place_of_mark(file, error.mark), message("this is no YAML: ", error.msg));
   } catch (const std::runtime_error& error) {
     if (named.unit == nullptr) throw;
-    findings_.error(named, error.what());
+    findings_.error(named, error.what(),
+                    "it is looked for beside the file that names it, and in the directories of --include");
   }
-  return file->root;
+  incomplete_ = incomplete_ || !root;
+  return root;
+}
+
+std::string YamlFiles::find(const std::string& name, const Value& from) const {
+  const auto beside = std::filesystem::path(from.file()->name).parent_path() / name;
+  std::error_code ignored;
+  if (std::filesystem::exists(beside, ignored)) return beside.string();
+  for (const std::string& directory : directories_) {
+    const auto other = std::filesystem::path(directory) / name;
+    if (std::filesystem::exists(other, ignored)) return other.string();
+  }
+  return beside.string();
 }
 
 Value YamlFiles::section(const std::string& name, const Value& from) {
   const std::size_t slash = name.rfind('/');
-  Value root;
-  if (slash == std::string::npos) {
-    root = open(from.file()->name);
-  } else {
-    const auto directory = std::filesystem::path(from.file()->name).parent_path();
-    root = open((directory / name.substr(0, slash)).string(), from.place());
-  }
+  const Value root = slash == std::string::npos ? open(from.file()->name)
+                                                : open(find(name.substr(0, slash), from), from.place());
   if (!root) return {};
   const std::string key = slash == std::string::npos ? name : name.substr(slash + 1);
   Value section = root[key.c_str()];
-  if (!section)
+  if (!section) {
     findings_.error(from.place(), message("there is no section '", key, "' in ", root.file()->name));
+    incomplete_ = true;
+  }
   return section;
 }
 

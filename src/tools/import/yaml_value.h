@@ -12,6 +12,7 @@
 
 #include "textio/channel/input.h"
 #include "textio/findings/findings.h"
+#include "tools/import/source_files.h"
 #include "tools/import/units.h"
 
 namespace varpre {
@@ -82,22 +83,28 @@ struct Value::Member {
 // The files of an import, each read once.
 class YamlFiles {
  public:
-  explicit YamlFiles(Findings& findings) : findings_(findings) {}
+  YamlFiles(SourceFiles& sources, std::vector<std::string> directories, Findings& findings)
+      : sources_(sources), directories_(std::move(directories)), findings_(findings) {}
 
   // The whole of a file. Missing, after an error, when it is no YAML; `named` is where another file names it.
   // Throws std::runtime_error (file.h) when the first file cannot be read.
   Value open(const std::string& path, const Place& named = {});
 
-  // A section, "species" or "other.yaml/species", as seen from a value. Missing after an error.
+  // A section, "species" or "other.yaml/species", as seen from a value: the other file is looked for beside
+  // the file of the value and in the directories. Missing after an error.
   Value section(const std::string& name, const Value& from);
 
+  // Whether a file or section that another one names could not be had: what follows from that is no news.
+  bool incomplete() const { return incomplete_; }
+
  private:
-  struct File {
-    Input text;
-    Value root;
-  };
+  std::string find(const std::string& name, const Value& from) const;
+
+  SourceFiles& sources_;
+  std::vector<std::string> directories_;
   Findings& findings_;
-  std::map<std::string, std::unique_ptr<File>> files_;
+  std::map<std::string, Value> roots_;
+  bool incomplete_ = false;
 };
 
 }  // namespace varpre

@@ -109,7 +109,7 @@ def sides(equation):
         names = []
         for term in re.sub(r"\(\+\s*([^\s]+)\)(?=\s|$)", "", side).strip().split(" + "):
             *count, name = term.split()
-            names += [name] * int(count[0] if count else 1)
+            names += [name] * math.ceil(float(count[0]) if count else 1)
         three_body = "M" in names
         result.append(([n for n in names if n != "M"], "M" if three_body else partner.group(1) if partner else None))
     return result
@@ -141,6 +141,12 @@ class Store:
         for i, line in enumerate(lines):
             if line.endswith(" ELEMENTARY REACTIONS"):
                 self.reactions.append(self.read_reactions(lines, i, len(self.reactions)))
+        self.globals = []
+        at = next((i for i, line in enumerate(lines) if line.endswith(" COMPLEX REACTIONS")), None)
+        for k in range(int(lines[at][:5]) if at else 0):
+            stoichiometry, numbers, orders, rate = ([float(x) for x in lines[at + 1 + 4 * k + j][12:].split()] for j in range(4))
+            names = [self.names[int(n) - 1] if n else "" for n in numbers]
+            self.globals.append((list(zip(names, stoichiometry, orders))[:3], list(zip(names, stoichiometry))[3:], rate))
         self.rows = []
         for i, line in enumerate(lines):
             if line.startswith(" EFF."):
@@ -205,11 +211,36 @@ def coefficients(entry, units, T):
     return [float(x) for x in data]
 
 
+def other_thermo(thermo, units, T):
+    """cp, h, s times the ratio of the gas constants."""
+    molar = factor(units["energy"]) / factor(units["quantity"])
+    if thermo["model"] == "piecewise-Gibbs":
+        table = sorted((float(t), units.value(g, molar)) for t, g in thermo["data"].items())
+        t, h, cp = 298.15, units.value(thermo["h0"], molar), 0.0
+        s = (h - dict(table)[298.15]) / 298.15
+        for t2, g in [x for x in table if x[0] > 298.15]:
+            cp = (g - h + t2 * s) / (t2 - t - t2 * math.log(t2 / t))
+            if T <= t2:
+                break
+            h, s, t = h + cp * (t2 - t), s + cp * math.log(t2 / t), t2
+        return [x * R / R_TRUE for x in (cp, h + cp * (T - t), s + cp * math.log(T / t))]
+    limits = [float(x) for x in thermo["temperature-ranges"]]
+    a = [float(x) for x in thermo["data"][sum(T >= t for t in limits[1:-1])]]
+    if thermo["model"] == "Shomate":
+        A, B, C, D, E, F, G = a
+        t = T / 1000
+        return [x * R / R_TRUE for x in (A + B * t + C * t * t + D * t ** 3 + E / t / t, 1000 * (A * t + B * t * t / 2 + C * t ** 3 / 3 + D * t ** 4 / 4 - E / t + F),
+                                         A * math.log(t) + B * t + C * t * t / 2 + D * t ** 3 / 3 - E / (2 * t * t) + G)]
+    return [R * sum(c * T ** (k - 2) for k, c in enumerate(a[:7])),
+            R * (-a[0] / T + a[1] * math.log(T) + sum(c * T ** (k + 1) / (k + 1) for k, c in enumerate(a[2:7])) + a[7]),
+            R * (-a[0] / T ** 2 / 2 - a[1] / T + a[2] * math.log(T) + sum(c * T ** k / k for k, c in enumerate(a[3:7], 1)) + a[8])]
+
+
 class Proof:
     def __init__(self, path, directory, phase, surface=None, pressure=1e5):
         self.mechanism, self.store = Mechanism(path, (phase, surface)), Store(os.path.join(directory, "fort.3"))
         self.pressure = pressure  # Pa, of tables
-        self.worst, self.deviations = {}, {}  # of what was fitted, by its name: the fraction
+        self.worst, self.deviations, self.thermo_deviations, self.jump = {}, {}, {}, 0.0  # of what was fitted, by its name: the fraction
         self.compared = {}
         self.thermo()
         for k, name in enumerate(filter(None, (phase, surface))):
@@ -222,12 +253,24 @@ class Proof:
         self.worst[what] = max(self.worst.get(what, (0, "")), (size, where))
         assert size <= 1, f"{where}: {what} {found} in the store file, {wanted} in the YAML file"
 
+    def refitted(self, name, thermo, units):
+        """Of ranges that were fitted, the largest deviations and the jump at the switch."""
+        Ts = [300 + 10 * i for i in range(221)]
+        for T in Ts:
+            for what, wanted, (found, _) in zip(("cp", "h", "s"), other_thermo(thermo, units, T), self.store.properties(name, T)):
+                size = abs(found - wanted) / (R * T) if what == "h" else abs(found / wanted - 1)
+                self.thermo_deviations[what, name] = max(size, self.thermo_deviations.get((what, name), 0))
+        T = self.store.fits[name][15]
+        for (below, _), (above, _) in zip(self.store.properties(name, T * (1 - 1e-9)), self.store.properties(name, T)):
+            self.jump = max(self.jump, abs(below / above - 1))
+
     def thermo(self):
         for name in self.store.names:
             entry, units, _ = self.mechanism.species[name]
+            if entry["thermo"]["model"] in ("NASA9", "Shomate", "piecewise-Gibbs"):
+                self.refitted(name, entry["thermo"], units)
+                continue
             for T in (300.0, 999.0, 1001.0, 2500.0):
-                if entry["thermo"]["model"] in ("NASA9", "Shomate", "piecewise-Gibbs"):
-                    continue
                 wanted = sums(coefficients(entry, units, T), T)
                 for what, (value, size), (found, _) in zip(("cp", "h", "s"), wanted, self.store.properties(name, T)):
                     self.close(what, found, value, 6e-5 * size + 1e-12, f"{name} at {T} K")
@@ -250,8 +293,11 @@ class Proof:
                 continue
             solid = [n for n in educts + products if n in self.mechanism.bulk]
             written = [[n for n in side if n not in self.mechanism.bulk] for side in (educts, products)]
-            reaction = stored.pop(0)
             where = entry["equation"]
+            if not any(self.mechanism.species[n][2] for n in educts) and ("orders" in entry or "0.5" in where):
+                self.global_reaction(entry, units, *self.store.globals.pop(0), where)
+                continue
+            reaction = stored.pop(0)
             self.same_species(reaction, *written, where)
             k = self.rate(entry, units, written[0], partner, reaction, where)
             if " => " not in where:
@@ -260,6 +306,23 @@ class Proof:
                 self.same_species(stored[0], *written[::-1], where)
                 self.reverse(educts, products, k, reaction, stored.pop(0), own, where)
         assert not stored, f"reactions of the store file that the YAML file does not have: {stored}"
+
+    def global_reaction(self, entry, units, educts, products, rate, where):
+        net, wanted = {}, {}
+        for sign, side in ((-1, educts), (1, products)):
+            for name, coefficient, *_ in side:
+                net[name] = net.get(name, 0) + sign * coefficient
+        for sign, side in zip((-1, 1), re.split(" => ", where)):
+            for term in side.split(" + "):
+                *count, name = term.split()
+                wanted[name] = sign * float(count[0] if count else 1)
+        assert {n: c for n, c in net.items() if n and c} == wanted, where
+        orders = {n: -c for n, c in wanted.items() if c < 0} | {n: float(o) for n, o in entry.get("orders", {}).items()}
+        assert {n: o for n, _, o in educts if n} == orders, where
+        A, b, E = self.arrhenius(entry["rate-constant"], units, (sum(orders.values()), 0), False)
+        for T in (300.0, 1000.0, 2500.0):
+            ratio = rate[0] * T ** rate[1] * math.exp(-rate[2] / R / T) / (A * T ** b * math.exp(-E / R / T))
+            self.close("global rate", ratio, 1, 0.012, where)  # E has five columns
 
     @staticmethod
     def same_species(reaction, educts, products, where):
