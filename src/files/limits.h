@@ -1,7 +1,12 @@
 #pragma once
 
+#include "textio/record/text.h"
+
 // The fixed sizes of the system.
 namespace varpre {
+
+using SpeciesName = Text<8>;
+using ElementSymbol = Text<2>;
 
 inline constexpr int NSMAX = 300;     // species, all phases together
 inline constexpr int NRMAX = 4000;    // reactions of a mechanism, generated reverses included

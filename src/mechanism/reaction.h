@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "files/partners.h"
 #include "textio/record/numbered.h"
 #include "thermo/species.h"
 
@@ -38,13 +39,6 @@ struct Reaction {
   SpeciesVector MAT{};           // each group in decreasing order
   Place line;                    // its equation; of a generated reverse, that of the forward reaction
 };
-
-// The names of the collision partners ("third bodies"), which a reaction may name like species.
-inline constexpr int partner_count = 27;
-inline constexpr std::array<std::string_view, partner_count> MCOLLI{
-    "M",    "M'",   "M''",   "M'''",   "M''''",   "M'''''",   "M''''''", "M'''''''", "M*",
-    "M**",  "M***", "M****", "M*****", "M******", "M*******", "M(1)",    "M(2)",     "M(3)",
-    "M(4)", "M(5)", "M(6)",  "M(7)",   "M(8)",    "M(9)",     "M(10)",   "M(11)",    "M(12)"};
 
 inline SpeciesName partner_name(int c) {
   return SpeciesName(at(MCOLLI, c));

@@ -11,9 +11,6 @@
 
 namespace varpre {
 
-using SpeciesName = Text<8>;
-using ElementSymbol = Text<2>;
-
 // Gas constant, J/(mol K).
 inline constexpr double gas_constant = 8.3143;
 

@@ -7,7 +7,7 @@
 What is checked:
 
   formats    A code span that is a parenthesised format stands in the code, blanks between items apart.
-             Every record of the store file is in docs/store-file.md. In docs/inputs.md the columns of the numbers of
+             Every record of the store file is in docs/store-file.md, and its items with their units. In docs/inputs.md the columns of the numbers of
              a format stand in the same section; where it has "...", those of the first two.
   messages   Every message of the code is in docs/messages.md and every message there is in the code. There, lines
              of four blanks and "listing", "error", "warning" or "stderr" hold one each, with <places> for what varies.
@@ -111,6 +111,12 @@ class Source:
     def __init__(self, path):
         self.path = path
         self.tokens = tokens(path.read_text())
+
+    def items(self):
+        """(name, unit, meaning) of the calls see(name, member, unit, meaning)."""
+        for position in self.calls("see", "("):
+            name, _, unit, meaning = arguments(self.tokens, position)
+            yield name[0][1], unit[0][1], meaning[0][1]
 
     def calls(self, *words):
         """Positions behind the parenthesis of calls such as findings . error (."""
@@ -331,6 +337,27 @@ def check_store_records(page, code):
         if format_ not in written:
             problem(where, f"not in {page.name}: {format_}")
     return len(code.store)
+
+
+def check_store_items(store, report, code):
+    """What the code says of the items of the store file stands in the documents: their meaning, in a line with their
+    unit; and their name in the JSON."""
+    def said(page, text, unit=""):
+        return any(text in line.replace("`", "") and unit in line for line in page.lines)
+
+    count = 0
+    for source in code.sources:
+        for name, unit, meaning in source.items():
+            count += 1
+            if not said(store, meaning, unit):
+                problem(relative(source.path), f"not in {store.name}: {meaning}, unit '{unit}'")
+            if not said(report, name):
+                problem(relative(source.path), f"not in {report.name}: {name}")
+        if source.path.name == "store_values.h":
+            for token in source.tokens:
+                if isinstance(token, tuple) and token[1].isupper() and not said(store, token[1]):
+                    problem(relative(source.path), f"not in {store.name}: {token[1]}")
+    return count
 
 
 def fields(format_):
@@ -658,14 +685,15 @@ def main():
     program = str(Path(sys.argv[1]).resolve())
     pages = [Page(path) for path in PAGES]
     with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
-    inputs, store, messages, editors = (
+    inputs, store, messages, editors, report = (
         next(p for p in pages if p.name == f"docs/{name}.md")
-        for name in ("inputs", "store-file", "messages", "editors"))
+        for name in ("inputs", "store-file", "messages", "editors", "report"))
     converters = [(p, code.converters[p.name[5:-3]]) for p in pages if p.name[5:-3] in code.converters]
     with tempfile.TemporaryDirectory() as scratch:
         cases = Cases(program, scratch)
         counts = [f"{check_formats(pages, code)} formats",
-                  f"{check_store_records(store, code)} store records", f"{check_columns(inputs)} columns",
+                  f"{check_store_records(store, code)} store records",
+                  f"{check_store_items(store, report, code)} store items", f"{check_columns(inputs)} columns",
                   f"{check_messages(messages, code) + sum(itertools.starmap(check_converter_messages, converters))} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
                   f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names"]

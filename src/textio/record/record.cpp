@@ -231,6 +231,17 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
   return false;
 }
 
+// Stores that a field of asterisks holds no number; false when the field is another one.
+bool store_absent(const Values<void*>& values, std::string_view field) {
+  if (field.empty() || field.find_first_not_of('*') != std::string_view::npos) return false;
+  switch (values.item().kind) {
+    case ItemKind::integer: *values.value<int>() = absent_integer; return true;
+    case ItemKind::real: *values.value<double>() = std::numeric_limits<double>::quiet_NaN(); return true;
+    case ItemKind::text: return false;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool all_finite(std::span<const OutputItem> items) {
@@ -352,7 +363,9 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
         watch.field_begins(columns, edit, ++field);
         const int width = edit.width > 0 ? edit.width : static_cast<int>(values.item().length);
         const int first_column = columns.at + 1;
-        if (!store_value(values, edit, scale, columns.take(width), width, watch)) {
+        const std::string_view characters = columns.take(width);
+        if (!store_value(values, edit, scale, characters, width, watch) &&
+            !(source.takes_asterisks && store_absent(values, characters))) {
           result.status = ReadResult::Status::unreadable;
           result.unreadable = {field, source.record_number, first_column, width};
           return result;

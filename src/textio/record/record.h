@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -49,6 +50,9 @@ struct ReadResult {
   bool is_unreadable() const { return status == Status::unreadable; }
 };
 
+// What an integer field of asterisks is read as where they are taken; of a real it is not a number.
+inline constexpr int absent_integer = std::numeric_limits<int>::min();
+
 namespace record_detail {
 
 // What became of an output statement: with asterisks where a value did not fit its field; or nothing was
@@ -68,6 +72,8 @@ struct RecordSource {
   void* from;
   bool (*next)(void* from, std::string_view& record);
   int record_number;  // of the record before the statement
+  bool takes_asterisks =
+      false;  // a number that did not fit its field is taken as none, instead of unreadable
 };
 ReadResult read_records(RecordSource source, const FormatView& format, std::span<const InputItem> items);
 void append_free_record(std::string& text, std::span<const OutputItem> items);

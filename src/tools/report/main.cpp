@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <optional>
 
+#include "files/store_reader.h"
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/report/page.h"
 #include "tools/report/store_json.h"
-#include "tools/report/store_reader.h"
 
 namespace {
 

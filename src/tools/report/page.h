@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/report/store_data.h"
+#include "files/store_data.h"
 
 namespace varpre {
 

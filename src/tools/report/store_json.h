@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tools/report/store_data.h"
+#include "files/store_data.h"
 
 namespace varpre {
 

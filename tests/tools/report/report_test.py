@@ -77,7 +77,8 @@ class Report(unittest.TestCase):
         edited = "".join(lines).replace(" XLMO(   2)", " XLMO(   3)", 1)
         self.assertEqual(self.read(edited)["stopped"]["reason"], "a record of another number is due here")
         for old, new, reason in [("ELEMENTARY", "ELEMENTERY", "this is not the record that is due here"), ("    9 SPECIES", "  999 SPECIES", "the count 999 cannot be"),
-                                 (" ETA (   1) ", " ETA (   1) x", "cannot read columns 13 to 23")]:
+                                 (" ETA (   1) ", " ETA (   1) x", "cannot read columns 13 to 23"), (" EFF.M'", " EFF.X'", "another collision partner"),
+                                 ("SPECIES\nH2O(L)", "SPECIES\nHCO(L)", "another particle species")]:
             self.assertIn(reason, self.read("".join(lines).replace(old, new, 1))["stopped"]["reason"])
 
     def test_values_that_did_not_fit_are_null(self):
@@ -88,6 +89,11 @@ class Report(unittest.TestCase):
         self.assertIsNotNone(store["transport"]["conductivity"][0][1])
         self.assertTrue(store["complete"])
         self.assertIsNone(self.read(text.replace(" STOBR       1.000", " STOBR      ******", 1))["complex_reactions"][0]["coefficients"][0])
+        options = next(line for line in text.splitlines() if line.startswith(" OPTIONS :"))
+        store = self.read(text.replace(options, options[:12] + "*" * 6 + options[18:], 1).replace("  101 GRIDP.", "***** GRIDP.", 1))
+        self.assertTrue(store["complete"], store.get("stopped"))
+        self.assertEqual([option["value"] for option in store["options"][:3]], [None, None, int(options[18:21])])
+        self.assertEqual(store["flame_conditions"][0], {"name": "NG", "value": None, "unit": "", "meaning": "grid points"})
 
     def test_flags_at_multiples_of_twenty(self):
         source = self.case("examples/hydrogen-ignition")

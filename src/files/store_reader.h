@@ -1,13 +1,13 @@
 #pragma once
 
-#include <string>
+#include <string_view>
 
-#include "tools/report/store_data.h"
+#include "files/store_data.h"
 
 namespace varpre {
 
 // Reads the text of a store file by the formats it was written with, as far as it goes: where a record is
 // missing, stands in another place or cannot be read, the rest is left empty and `stopped` says so.
-StoreData read_store(const std::string& text);
+StoreData read_store(std::string_view text);
 
 }  // namespace varpre

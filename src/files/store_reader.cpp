@@ -1,12 +1,14 @@
-#include "tools/report/store_reader.h"
+#include "files/store_reader.h"
 
 #include <algorithm>
 #include <limits>
-#include <string_view>
+#include <span>
 
+#include "files/partners.h"
 #include "files/store_records.h"
-#include "mechanism/reaction.h"
+#include "files/store_values.h"
 #include "textio/findings/findings.h"
+#include "textio/record/numbered.h"
 #include "textio/record/record.h"
 
 namespace varpre {
@@ -19,36 +21,6 @@ struct Stop {
   int line;
   std::string reason;
 };
-
-// A value that did not fit its field stands there as asterisks. They are read as a number that nothing else
-// is, and then told apart again.
-constexpr double beyond = -9.9E99;
-constexpr double beyond_six_columns = -99.99;
-
-std::string readable(std::string_view line) {
-  std::string text(line);
-  for (std::size_t at = text.find('*'); at != std::string::npos; at = text.find('*', at)) {
-    const std::size_t width = std::min(text.find_first_not_of('*', at), text.size()) - at;
-    if (width == 6) {
-      text.replace(at, width, "-99.99");
-    } else if (width > 7) {
-      text.replace(at, width, message("-9.", std::string(width - 7, '9'), "E+99"));
-    } else {
-      at += width;
-    }
-  }
-  return text;
-}
-
-void forget_asterisks(double& value) {
-  if (value <= beyond || value == beyond_six_columns) value = std::numeric_limits<double>::quiet_NaN();
-}
-template <class T>
-void forget_asterisks(T& item) {
-  if constexpr (requires { item.begin(); }) {
-    for (auto& value : item) forget_asterisks(value);
-  }
-}
 
 // Whether the texts of a format stand in the first record of a statement.
 bool has_texts(const FormatView& format, std::string_view record) {
@@ -77,17 +49,16 @@ bool has_texts(const FormatView& format, std::string_view record) {
   }
 }
 
+bool holds_integers(const FormatView& format) {
+  return std::any_of(format.edits.begin(), format.edits.end(),
+                     [](const Edit& edit) { return edit.kind == Edit::Kind::integer; });
+}
+
 class StoreReader {
  public:
-  StoreReader(const std::string& text, StoreData& data) : data_(data) {
-    for (std::string_view rest = text; !rest.empty();) {
-      const std::size_t end = std::min(rest.find('\n'), rest.size());
-      std::string_view line = rest.substr(0, end);
-      if (line.ends_with('\r')) line.remove_suffix(1);
-      lines_.push_back(readable(line));
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    data_.lines = count_of(lines_);
+  StoreReader(std::string_view text, StoreData& data) : rest_(text), data_(data) {
+    data_.lines = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    if (!text.empty() && text.back() != '\n') ++data_.lines;
   }
 
   void read_all() {
@@ -105,47 +76,57 @@ class StoreReader {
     read_complex_reactions();
     read_photo_reactions();
     for (int side = 0; side < 2; ++side) read_mixture();
-    read_flame_conditions();
+    take_values(store_values::flame_conditions, data_.flame_conditions);
+    if (is_next<records::velocities>()) take_values(store_values::two_dimensional, data_.two_dimensional);
     take_list<records::flags>(data_.flags, NG() + NS());
     take<records::end>();
-    if (at_ < lines_.size()) read_particles();
+    if (is_next<records::particle_heading>()) read_particles();
     data_.complete = true;
-    if (at_ < lines_.size()) stop("there is more behind the end of the file");
+    if (!rest_.empty()) stop("there is more behind the end of the file");
   }
 
  private:
   int NG() const { return count_of(data_.gas.names); }
   int NS() const { return count_of(data_.surface.names); }
 
-  [[noreturn]] void stop(const std::string& reason) const { throw Stop{static_cast<int>(at_) + 1, reason}; }
+  [[noreturn]] void stop(const std::string& reason) const { throw Stop{lines_read_ + 1, reason}; }
+  [[noreturn]] void stop_at_last(const std::string& reason) const { throw Stop{lines_read_, reason}; }
+
+  // The next line, without its end.
+  std::string_view line() const {
+    const std::string_view text = rest_.substr(0, rest_.find('\n'));
+    return text.substr(0, text.size() - (text.ends_with('\r') ? 1 : 0));
+  }
 
   template <FormatText Record>
   bool is_next() const {
-    return at_ < lines_.size() && has_texts(Format<Record>::view, lines_[at_]);
+    return !rest_.empty() && has_texts(Format<Record>::view, line());
   }
 
   // Reads one statement.
   template <FormatText Record, class... Items>
   void take(Items&&... items) {
-    if (at_ == lines_.size()) stop("the file ends here");
-    if (!is_next<Record>()) stop(message("this is not the record that is due here: ", Record.view()));
-    const std::size_t first = at_;
+    static_assert(record_detail::items_fit<std::remove_reference_t<Items>...>(Format<Record>::view));
+    take_items(Format<Record>::view, record_detail::describe<void*>(items...));
+  }
+  void take_items(const FormatView& format, std::span<const InputItem> items) {
+    if (rest_.empty()) stop("the file ends here");
+    if (!has_texts(format, line())) stop("this is not the record that is due here");
     const auto next = [](void* from, std::string_view& record) {
       auto& reader = *static_cast<StoreReader*>(from);
-      if (reader.at_ == reader.lines_.size()) return false;
-      record = reader.lines_[reader.at_++];
+      if (reader.rest_.empty()) return false;
+      record = reader.line();
+      reader.rest_.remove_prefix(std::min(reader.rest_.find('\n'), reader.rest_.size() - 1) + 1);
+      ++reader.lines_read_;
       return true;
     };
-    const ReadResult result =
-        record_detail::read_statement<Record>({this, next, static_cast<int>(at_)}, items...);
+    const ReadResult result = record_detail::read_records({this, next, lines_read_, true}, format, items);
     if (result.end_of_file()) stop("the file ends here");
     if (result.is_unreadable()) {
-      at_ = std::min(static_cast<std::size_t>(result.unreadable.record) - 1, lines_.size() - 1);
-      at_ = std::max(at_, first);
-      stop(message("cannot read columns ", result.unreadable.column, " to ",
-                   result.unreadable.column + result.unreadable.width - 1));
+      const FieldPlace& field = result.unreadable;
+      throw Stop{field.record,
+                 message("cannot read columns ", field.column, " to ", field.column + field.width - 1)};
     }
-    (forget_asterisks(items), ...);
   }
 
   // Reads a count, which is no more than there can be.
@@ -154,8 +135,7 @@ class StoreReader {
     int count = 0;
     take<Record>(count);
     if (count >= 0 && count <= most) return count;
-    --at_;
-    stop(message("the count ", count, " cannot be: at most ", most, " are possible"));
+    stop_at_last(message("the count ", count, " cannot be: at most ", most, " are possible"));
   }
 
   template <FormatText Record, class T>
@@ -163,6 +143,28 @@ class StoreReader {
     list.resize(static_cast<std::size_t>(count));
     std::span<T> all(list);
     take<Record>(all);
+  }
+
+  // Records of values under keywords.
+  void take_values(std::span<const ValueRecord> value_records, std::vector<StoredValue>& list) {
+    for (const auto& [format, items] : value_records) {
+      std::array<double, 5> values{};
+      if (holds_integers(format)) {
+        std::array<int, 5> counts{};
+        take_items(format, std::array{record_detail::values<void*>(counts.data(), items.size())});
+        std::transform(counts.begin(), counts.end(), values.begin(), [](int count) {
+          return count == absent_integer ? std::numeric_limits<double>::quiet_NaN() : count;
+        });
+      } else {
+        take_items(format, std::array{record_detail::values<void*>(values.data(), items.size())});
+      }
+      for (std::size_t i = 0; i < items.size(); ++i) add_value(items[i], values.begin()[i], list);
+    }
+  }
+  // A place that is not used is told where it holds something.
+  static void add_value(const StoreItem& item, double value, std::vector<StoredValue>& list) {
+    if (item.word.empty() && value == 0) return;
+    list.push_back({std::string(item.word), value, item.unit, item.word.empty() ? "not used" : item.meaning});
   }
 
   void read_species(StoredPhase& phase) {
@@ -185,10 +187,7 @@ class StoreReader {
       if (number != i) wrong_number();
     }
   }
-  [[noreturn]] void wrong_number() {
-    --at_;
-    stop("a record of another number is due here");
-  }
+  [[noreturn]] void wrong_number() const { stop_at_last("a record of another number is due here"); }
 
   void read_transport() {
     StoredTransport& t = data_.transport;
@@ -212,19 +211,22 @@ class StoreReader {
   void read_thermo(StoredPhase& phase) {
     for (int i = 1; i <= count_of(phase.names); ++i) {
       int number = 0;
-      StoredThermo thermo;
+      StoredThermo& thermo = phase.thermo.emplace_back();
       take<records::thermochemistry>(number, thermo.lower, thermo.upper, thermo.limits);
       if (number != i) wrong_number();
-      phase.thermo.push_back(thermo);
     }
   }
 
   void read_surface_conditions() {
     while (is_next<records::surface_property>()) {
-      Text<4> name;
+      Text<4> word;
       double value = 0;
-      take<records::surface_property>(name, value);
-      data_.surface_conditions.push_back({std::string(trimmed(name.view())), value});
+      take<records::surface_property>(word, value);
+      StoreItem item{trimmed(word.view())};
+      for (const StoreItem& known : store_values::surface_conditions) {
+        if (known.word == item.word) item = known;
+      }
+      data_.surface_conditions.push_back({std::string(item.word), value, item.unit, item.meaning});
     }
   }
 
@@ -232,7 +234,7 @@ class StoreReader {
     const int NR = take_count<records::reaction_count>(NRMAX);
     mechanism.partners = take_count<records::partner_count>(varpre::partner_count);
     for (int i = 0; i < NR; ++i) {
-      StoredReaction r;
+      StoredReaction& r = mechanism.reactions.emplace_back();
       if (surface) {
         take<records::surface_reaction>(r.species, r.A, r.b, r.E, r.form, r.sticking, r.coverage, r.values);
       } else {
@@ -240,7 +242,6 @@ class StoreReader {
         take<records::gas_reaction>(six, r.A, r.b, r.E, r.form, r.values);
         take<records::falloff>(r.falloff);
       }
-      mechanism.reactions.push_back(r);
     }
     take_list<records::pointers>(mechanism.pointers, take_count<records::pointer_count>(NRIMAX));
     take_list<records::pair_codes>(mechanism.pair_codes, NR);
@@ -249,114 +250,70 @@ class StoreReader {
 
   void read_efficiencies() {
     for (int c = 1; c <= data_.gas_mechanism.partners; ++c) {
-      Text<4> name;
-      std::vector<double> row(static_cast<std::size_t>(NG()));
+      Text<4> label;
+      auto& row = data_.efficiencies.emplace_back(static_cast<std::size_t>(NG()));
       std::span<double> all(row);
-      take<records::efficiencies>(name, all);
-      data_.efficiencies.push_back(row);
+      take<records::efficiencies>(label, all);
+      if (label != Text<4>(at(MCOLLI, c)))
+        stop("the efficiencies above are those of another collision partner");
     }
   }
 
   void read_complex_reactions() {
     const int count = take_count<records::complex_count>(MNCRE);
     for (int i = 0; i < count; ++i) {
-      StoredComplexReaction r;
+      StoredComplexReaction& r = data_.complex_reactions.emplace_back();
       take<records::complex_coefficients>(r.coefficients);
       take<records::complex_species>(r.species);
       take<records::complex_orders>(r.orders);
-      take<records::complex_rate>(r.rate);
-      data_.complex_reactions.push_back(r);
+      take<records::complex_rate>(r.A, r.b, r.E);
     }
   }
 
   void read_photo_reactions() {
     const int count = take_count<records::photo_count>(NPMAX);
     for (int i = 0; i < count; ++i) {
-      StoredPhotoReaction r;
+      StoredPhotoReaction& r = data_.photo_reactions.emplace_back();
       take<records::photo_reaction>(r.species, r.rate);
-      data_.photo_reactions.push_back(r);
     }
   }
 
   void read_mixture() {
     StoredMixture m;
-    std::vector<double> fractions(static_cast<std::size_t>(NG() + NS()));
-    std::span<double> all(fractions);
-    take<records::mixture>(m.temperature, m.enthalpy, m.pressure, all, m.given);
-    m.gas_fractions.assign(fractions.begin(), fractions.begin() + NG());
-    m.surface_fractions.assign(fractions.begin() + NG(), fractions.end());
+    m.gas.resize(data_.gas.names.size());
+    m.surface.resize(data_.surface.names.size());
+    std::span<double> gas(m.gas);
+    std::span<double> surface(m.surface);
+    take<records::mixture>(m.T, m.H, m.P, gas, surface, m.PHI, m.G, m.v, m.FREQ, m.FAC, m.OMEG);
     data_.mixtures.push_back(m);
   }
 
-  // A record of values under these keywords; a place without a name is not used.
-  template <FormatText Record, std::size_t N>
-  void take_values(const std::array<const char*, N>& names, std::vector<StoredValue>& list) {
-    std::array<double, N> values{};
-    take<Record>(values);
-    for (std::size_t i = 0; i < N; ++i) {
-      if (*names[i] != '\0') list.push_back({names[i], values[i]});
-    }
-  }
-
-  void read_flame_conditions() {
-    auto& list = data_.flame_conditions;
-    int NG_ = 0;
-    int NGK = 0;
-    int GE = 0;
-    take<records::grid>(NG_, NGK);
-    take<records::geometry>(GE);
-    list = {
-        {"NG", static_cast<double>(NG_)}, {"NGK", static_cast<double>(NGK)}, {"GE", static_cast<double>(GE)}};
-    take_values<records::radii>(std::array{"RI", "RO", "", "VPLU"}, list);
-    take_values<records::times>(std::array{"TSTA", "TE", "NT", "Nmax"}, list);
-    take_values<records::energy_source>(std::array{"SE", "SW", "ST", "SOGR"}, list);
-    take_values<records::steps>(std::array{"STEP", "ATOL", "RTOL", "RS"}, list);
-    take_values<records::profile>(std::array{"AMPL", "SIGM", "RMAX", "ALPH", "OMEG"}, list);
-    take_values<records::stops>(std::array{"TSTO", "MSTO", "ART", "RB"}, list);
-    take_values<records::weights>(std::array{"WFr", "WFp", "WFu", "WFT"}, list);
-    if (!is_next<records::velocities>()) return;
-    auto& plane = data_.two_dimensional;
-    take_values<records::velocities>(std::array{"UINI", "VINI", "RI2", "DIST"}, plane);
-    take_values<records::limits>(std::array{"", "TMAX", "HMAX", "REDF"}, plane);
-    take_values<records::sources>(std::array{"XSOU", "YSOU", "", ""}, plane);
-    take_values<records::gravity>(std::array{"GACC", "", "", ""}, plane);
-  }
-
   void read_particles() {
-    if (!is_next<records::particle_heading>()) return;
-    StoredParticles particles;
+    StoredParticles& particles = data_.particles.emplace();
     take<records::particle_heading>();
     take<records::particle_grid>(particles.grid);
     const int count = take_count<records::particle_count>(NSMAX);
     take<records::particle_list>();
     take_list<records::particle_names>(particles.names, count);
     take<records::particle_data>();
-    for (int i = 0; i < count; ++i) {
-      Text<8> name;
-      take<records::particle_name>(name);
-      auto& values = particles.data.emplace_back();
-      const auto group = [&](std::size_t g) { return std::span(values).subspan(4 * g, 4); };
-      auto groups = std::array{group(0), group(1), group(2), group(3), group(4), group(5)};
-      take<records::particle_values_1>(groups[0]);
-      take<records::particle_values_2>(groups[1]);
-      take<records::particle_values_3>(groups[2]);
-      take<records::particle_values_4>(groups[3]);
-      take<records::particle_values_5>(groups[4]);
-      take<records::particle_values_6>(groups[5]);
+    for (const SpeciesName& name : particles.names) {
+      SpeciesName stored;
+      take<records::particle_name>(stored);
+      if (stored != name) stop_at_last("another particle species is due here");
+      take_values(store_values::particles, particles.data.emplace_back());
     }
     take_list<records::particle_fractions>(particles.fractions, count);
     take<records::particle_end>();
-    data_.particles = particles;
   }
 
+  std::string_view rest_;  // of the text
+  int lines_read_ = 0;
   StoreData& data_;
-  std::vector<std::string> lines_;
-  std::size_t at_ = 0;  // the next line
 };
 
 }  // namespace
 
-StoreData read_store(const std::string& text) {
+StoreData read_store(std::string_view text) {
   StoreData data;
   try {
     StoreReader(text, data).read_all();
