@@ -372,7 +372,9 @@ Files Files::in_memory() {
 }
 
 Files Files::in_directory(const std::string& directory) {
-  return {Storage::read_only, directory == "." ? std::string() : directory + "/", ListingFile::nowhere};
+  const std::string_view separator = directory.ends_with('/') ? "" : "/";
+  return {Storage::read_only, directory == "." ? std::string() : message(directory, separator),
+          ListingFile::nowhere};
 }
 
 RunResult run(Files& files) {

@@ -80,6 +80,10 @@ int fail(const Program& program, std::string reason) {
 
 }  // namespace
 
+const char* version() {
+  return VARPRE_VERSION;
+}
+
 int run_program(const Program& program, const std::vector<Argument>& arguments, int argc, char** argv,
                 const std::function<int()>& work) try {
   CLI::App app(program.purpose, program.name);

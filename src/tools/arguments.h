@@ -35,4 +35,7 @@ struct Program {
 int run_program(const Program& program, const std::vector<Argument>& arguments, int argc, char** argv,
                 const std::function<int()>& work);
 
+// Of all programs.
+const char* version();
+
 }  // namespace varpre

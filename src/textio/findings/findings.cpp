@@ -197,6 +197,10 @@ std::vector<FindingReport> Findings::reports() const {
   return reports;
 }
 
+void Findings::leave_out(const std::vector<bool>& which) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) entries_[i].shown = entries_[i].shown && !which[i];
+}
+
 std::string part_of_message(std::string_view text) {
   return std::string(text);
 }

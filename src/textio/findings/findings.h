@@ -119,6 +119,8 @@ class Findings {
   std::string render(std::string_view state) const;
   // The findings in the order in which they came: all with `keep_all`, else those that `render` shows.
   std::vector<FindingReport> reports() const;
+  // Findings that `render` leaves out from now on, in the order of `reports`.
+  void leave_out(const std::vector<bool>& which);
 
  private:
   struct Kind {

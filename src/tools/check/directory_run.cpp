@@ -1,51 +1,84 @@
 #include "tools/check/directory_run.h"
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <new>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
 
 #include "textio/findings/odd_characters.h"
+#include "tools/check/baseline.h"
 
 namespace varpre {
 namespace {
 
-void make_run(DirectoryRun& run, bool with_findings) {
+// The line that a finding is about; nothing for a file as a whole.
+std::string_view line_of(const Files& files, const FindingReport& finding) {
+  if (finding.width == 0) return {};
+  const std::array inputs{&files.conditions, &files.mechanism, &files.thermo, &files.molecules,
+                          &files.particles};
+  for (const Input* input : inputs) {
+    if (input->name == finding.file) return input->origin(finding.line).text;
+  }
+  return {};
+}
+
+// The number of the character, from 1, that holds a column, a byte from 1.
+int character_of(std::string_view line, int column) {
+  int character = 1;
+  for (auto left = static_cast<std::size_t>(std::max(column - 1, 0)); left > 0 && !line.empty();
+       ++character) {
+    const std::size_t bytes = show_first_character(line).bytes;
+    if (bytes > left) break;
+    left -= bytes;
+    line.remove_prefix(bytes);
+  }
+  return character;
+}
+
+std::vector<CheckedFinding> checked_findings(const Files& files) {
+  const std::size_t prefix = files.conditions.name.size() - std::string_view("INP").size();
+  std::vector<CheckedFinding> findings;
+  for (FindingReport& report : files.listing.findings.reports()) {
+    const std::string_view line = line_of(files, report);
+    CheckedFinding finding;
+    if (report.width > 0) {
+      finding.first_character = character_of(line, report.column);
+      finding.end_character =
+          std::max(character_of(line, report.column + report.width), finding.first_character + 1);
+    }
+    report.file.erase(0, prefix);
+    finding.report = std::move(report);
+    findings.push_back(std::move(finding));
+  }
+  return findings;
+}
+
+void compare(DirectoryRun& run, const Baseline& baseline, Findings& findings) {
+  run.gone = baseline.compare(run.directory, run.findings);
+  std::vector<bool> known;
+  for (const CheckedFinding& finding : run.findings) {
+    known.push_back(finding.known);
+    if (finding.known) ++run.known;
+  }
+  findings.leave_out(known);
+  run.result.diagnostics = findings.render(run.result.store_state);
+}
+
+void make_run(DirectoryRun& run, Wanted wanted, const Baseline* baseline) {
   require_directory(run.directory);
   Files files = Files::in_directory(run.directory);
-  files.listing.findings.keep_all = with_findings;
+  Findings& findings = files.listing.findings;
+  findings.keep_all = wanted == Wanted::all || baseline != nullptr;
+  if (baseline != nullptr)
+    findings.most_shown = std::string::npos;  // a new one shows behind known ones of its kind
   run.result = varpre::run(files);
-  require_directory(
-      run.directory);  // it was there all the time: no file counts as empty because all are gone
-  if (!with_findings) return;
-  const std::size_t prefix = files.conditions.name.size() - std::string_view("INP").size();
-  run.findings = files.listing.findings.reports();
-  for (FindingReport& finding : run.findings) finding.file.erase(0, prefix);
-}
-
-nlohmann::ordered_json json_of(const FindingReport& finding) {
-  return {{"file", finding.file},
-          {"line", finding.line},
-          {"column", finding.column},
-          {"width", finding.width},
-          {"caret", finding.caret},
-          {"severity", finding.severity == FindingReport::Severity::error ? "error" : "warning"},
-          {"text", finding.text},
-          {"help", finding.help}};
-}
-
-nlohmann::ordered_json json_of(const RunCounts& counts, const RunResult& result) {
-  return {{"gas_species", counts.gas_species},
-          {"surface_species", counts.surface_species},
-          {"particle_species", counts.particle_species},
-          {"elements", counts.elements},
-          {"gas_reactions", counts.gas_reactions},
-          {"surface_reactions", counts.surface_reactions},
-          {"errors", result.errors},
-          {"warnings", result.warnings}};
+  // It was there all the time: no file counts as empty because all are gone.
+  require_directory(run.directory);
+  if (findings.keep_all) run.findings = checked_findings(files);
+  if (baseline != nullptr) compare(run, *baseline, findings);
 }
 
 }  // namespace
@@ -58,40 +91,22 @@ void require_directory(const std::string& directory) {
   if (::access(directory.c_str(), R_OK | X_OK) != 0) throw_system_error(errno, directory);
 }
 
-DirectoryRun run_in_directory(const std::string& directory, bool with_findings) {
+DirectoryRun run_in_directory(const std::string& directory, Wanted findings, const Baseline* baseline) {
   DirectoryRun run;
   run.directory = directory;
   try {
-    make_run(run, with_findings);
+    make_run(run, findings, baseline);
   } catch (const std::bad_alloc&) {
-    run.fault = directory + ": " + std::generic_category().message(ENOMEM);
-  } catch (const std::runtime_error& error) {
+    run.no_memory = true;
+  } catch (const std::system_error& error) {
+    run.no_memory = error.code() == std::errc::not_enough_memory;
+    run.fault = error.what();
+  } catch (const std::exception& error) {
     run.fault = error.what();
   }
+  if (run.fault.empty() && run.no_memory)
+    run.fault = directory + ": " + std::generic_category().message(ENOMEM);
   return run;
-}
-
-std::string as_text(const DirectoryRun& run) {
-  const RunResult& result = run.result;
-  const std::string& all = result.diagnostics;
-  std::string text = all.substr(0, all.empty() ? 0 : all.rfind("varpre: "));
-  text += message(for_terminal(run.directory), ": ", summary(result.errors, result.warnings), "; store file ",
-                  result.store_state, "\n");
-  return text;
-}
-
-std::string as_json(const DirectoryRun& run) {
-  nlohmann::ordered_json json{{"directory", run.directory}};
-  if (!run.fault.empty()) {
-    json["fault"] = run.fault;
-  } else {
-    json["end"] = run.result.end == RunEnd::normal ? "normal" : "abnormal";
-    json["store_file"] = run.result.store_state;
-    json["counts"] = json_of(run.result.counts, run.result);
-    json["findings"] = nlohmann::ordered_json::array();
-    for (const FindingReport& finding : run.findings) json["findings"].push_back(json_of(finding));
-  }
-  return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace varpre

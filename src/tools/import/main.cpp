@@ -101,7 +101,7 @@ int try_run(const Arguments& arguments) {
     std::puts("no run was made: MOLNEW, the transport data, is yours to supply");
     return 0;
   }
-  const varpre::DirectoryRun run = varpre::run_in_directory(arguments.directory, false);
+  const varpre::DirectoryRun run = varpre::run_in_directory(arguments.directory, varpre::Wanted::none);
   if (!run.fault.empty()) throw std::runtime_error(run.fault);
   tell(run.result.diagnostics);
   const bool complete = run.result.errors == 0 && run.result.store_state == "complete";

@@ -101,6 +101,140 @@ class Check(unittest.TestCase):
         self.assertEqual(list((self.root / "empty").iterdir()), [])
         self.assertEqual([o.get("fault") for o in self.objects("fifo", good)], ["fifo/INP: not a regular file", None])
 
+    def test_names_are_names(self):
+        for name in ("[good]", "[a,b]", "--version", "x y", "dir"):
+            self.case(name, "INP", "Energy", "Enregy")
+        result = self.check("[good]", "dir/", "[a,b]", "--", "--version", "x y", "./dir//")
+        self.assertEqual(result.stderr, "")
+        self.assertEqual(re.findall("^(.*):3:11: error", result.stdout, re.M),
+                         ["[good]/INP", "dir/INP", "[a,b]/INP", "--version/INP", "x y/INP", "./dir//INP"])
+        self.assertEqual([o["findings"][0]["file"] for o in self.objects("dir/", ".//dir")], ["INP", "INP"])
+
+    def test_an_object_is_one_line_for_every_reader(self):
+        odd = "\u2028\u2029\x85\x0b\x0c\x1c\x1d\x1e\x7f\x1b\u202e\u00e9"
+        name = self.case(f"odd{odd}", "INP", "Energy", odd[:2])
+        output = self.check("--json", name).stdout
+        self.assertTrue(output.isascii())
+        self.assertEqual(output.splitlines(), [output[:-1]])
+        self.assertEqual(json.loads(output)["directory"], name)
+        self.assertIn(odd[:2], json.loads(output)["findings"][0]["text"])
+        os.mkdir(os.fsencode(self.root) + b"/l\xe9")
+        self.assertEqual(json.loads(self.check("--json", os.fsdecode(b"l\xe9")).stdout)["directory"], "l\ufffd")
+
+    def limited(self, limits, *arguments):
+        script = f"ulimit {limits}; exec '{PROGRAM}' \"$@\""
+        return subprocess.run(["bash", "-c", script, "bash", *arguments], cwd=self.root, capture_output=True, text=True, timeout=120)
+
+    def test_what_the_machine_cannot_give(self):
+        """Fewer threads where they cannot be had; a directory that memory does not suffice for is told, and the others are judged."""
+        good, huge = self.case("good"), self.case("huge")
+        names = [good] * 6 + [huge] + [good] * 6
+        whole = self.check(*names).stdout
+        with open(self.root / huge / "THERMO", "r+b") as file:
+            file.truncate(400_000_000)
+        judged = set()
+        for megabytes in (60, 100, 150, 300, 700):
+            result = self.limited(f"-v {megabytes * 1000}", "--jobs", "13", *names)
+            self.assertNotIn("terminate", result.stderr)
+            if "libc" in result.stderr or "loading shared" in result.stderr:
+                continue  # not even the program itself
+            lines = [line for line in result.stdout.splitlines() if line == "good: no findings; store file complete"]
+            judged.add(len(lines))
+            self.assertIn(result.returncode, (1, 2))
+            self.assertEqual(len(re.findall("^varpre-check: huge(?:/THERMO)?: Cannot allocate memory$", result.stderr, re.M)), int(result.returncode == 2))
+        self.assertEqual(judged, {12})
+        shutil.rmtree(self.root / huge)
+        self.case("huge")
+        limits = ["bash", "-c", "ulimit -u 1; exec \"$@\"", "bash", PROGRAM, "--jobs", "9"]
+        if os.geteuid() == 0 and shutil.which("setpriv"):  # the limit does not hold for who may have more
+            os.chmod(self.root, 0o755)
+            limits = ["setpriv", "--reuid=65534", "--clear-groups", *limits]
+        limited = subprocess.run([*limits, *names], cwd=self.root, capture_output=True, text=True, timeout=120)
+        if limited.returncode != 126:  # who is limited need not be able to start it
+            self.assertEqual((limited.stdout, limited.stderr, limited.returncode), (whole, "", 0))
+
+    def test_sarif(self):
+        """A log of the shape that hosting sites read (SARIF 2.1.0), places in characters."""
+        odd = self.case("d\u00e9j\u00e0 %", "INP", "Energy", "\u00c4nerg")
+        self.case("[wrong]", "MEC", "O+H2=H+OH", "O+H2=H+0H")
+        (self.root / "empty").mkdir()
+        result = self.check("--sarif", odd, "[wrong]", "absent", "empty")
+        self.assertEqual(result.returncode, 2)
+        log = json.loads(result.stdout)
+        self.assertEqual(log["version"], "2.1.0")
+        run, = log["runs"]
+        self.assertEqual(run["columnKind"], "unicodeCodePoints")
+        self.assertEqual(run["tool"]["driver"]["name"], "varpre-check")
+        rules = {rule["id"]: rule["defaultConfiguration"]["level"] for rule in run["tool"]["driver"]["rules"]}
+        self.assertEqual(rules["unknown-option"], "error")
+        self.assertEqual({result["ruleId"] for result in run["results"]}, set(rules))
+        places = [(result["locations"][0]["physicalLocation"], result) for result in run["results"]]
+        self.assertEqual([place for place, _ in places][:2],
+                         [{"artifactLocation": {"uri": "d%C3%A9j%C3%A0%20%25/INP"}, "region": {"startLine": 3, "startColumn": 11, "endColumn": 19}},
+                          {"artifactLocation": {"uri": "%5Bwrong%5D/MEC"}, "region": {"startLine": 4, "startColumn": 8, "endColumn": 10}}])
+        self.assertEqual(places[1][1]["message"]["text"], "unknown species '0H' (did you mean 'OH'? (the letter O, not the digit 0))")
+        self.assertEqual(places[1][1]["level"], "error")
+        self.assertEqual(places[1][1]["ruleId"], "unknown-species")
+        self.assertNotIn("region", places[2][0])
+        invocation, = run["invocations"]
+        self.assertFalse(invocation["executionSuccessful"])
+        self.assertEqual([n["message"]["text"] for n in invocation["toolExecutionNotifications"]], ["absent: No such file or directory"])
+        good = json.loads(self.check("--sarif", self.case("good")).stdout)["runs"][0]
+        self.assertEqual((good["results"], good["invocations"][0]["executionSuccessful"]), ([], True))
+        absolute = json.loads(self.check("--sarif", self.root / "[wrong]").stdout)["runs"][0]["results"][0]
+        self.assertEqual(absolute["locations"][0]["physicalLocation"]["artifactLocation"]["uri"], f"file://{self.root}/%5Bwrong%5D/MEC")
+        self.assertEqual(self.check("--sarif", "--json", "good").returncode, 2)
+
+    def test_accepted_warnings(self):
+        a = self.case("a", "INP", "GE          2.0", "GE          3.0")
+        mechanism = self.root / a / "MEC"
+        energies = "26192." + 9 * "\nO+H2=H+OH 1.0 0.0 26192."
+        text = mechanism.read_text()
+        mechanism.write_text(text.replace("26.192", energies, 1))
+        b = self.case("b")
+        accept = self.check("--write-baseline", "known", a, b)
+        self.assertEqual((accept.returncode, self.check("--strict", a, b).returncode), (0, 1))
+        known = [json.loads(line) for line in (self.root / "known").read_text().splitlines()]
+        self.assertIn({"directory": "a", "file": "INP", "text": "the geometry 3 is none that the listing knows", "count": 1}, known)
+        count = sum(entry["count"] for entry in known)
+        quiet = self.check("--strict", "--baseline", "known", "./a/", b)
+        self.assertEqual((quiet.returncode, quiet.stdout), (0, f"./a/: no findings, {count} known; store file complete\nb: no findings; store file complete\n"
+                                                               "varpre-check: 0 with errors, 0 with warnings, 2 without findings\n"))
+        # They may stand elsewhere. One more of those that are known is new; so is another one; errors always count.
+        for file in (mechanism, self.root / a / "INP"):
+            file.write_text("****\n" + file.read_text())
+        self.assertEqual(self.check("--strict", "--baseline", "known", a).returncode, 0)
+        mechanism.write_text(text.replace("26.192", energies + "\nO+H2=H+OH 1.0 0.0 26192.", 1))
+        more = self.check("--strict", "--baseline", "known", a)
+        self.assertEqual(more.returncode, 1)
+        self.assertIn("the activation energy is read as 26192 kJ/mol", more.stdout)
+        self.assertIn(f", {count} known; store file complete", more.stdout)
+        # What is known and gone is told.
+        mechanism.write_text(text)
+        gone = self.check("--baseline", "known", a)
+        self.assertIn("a: gone from the baseline: MEC: the activation energy is read as 26192 kJ/mol (10 times)\n", gone.stdout)
+        self.assertIn("a: no findings, 1 known", gone.stdout)
+        one = json.loads(self.check("--json", "--baseline", "known", a).stdout)
+        self.assertEqual([(f["text"], f["known"]) for f in one["findings"]], [("the geometry 3 is none that the listing knows", True)])
+        self.assertIn("MEC: the activation energy is read as 26192 kJ/mol (10 times)", one["gone"])
+        sarif = json.loads(self.check("--sarif", "--baseline", "known", a).stdout)
+        self.assertEqual([r["suppressions"] for r in sarif["runs"][0]["results"]], [[{"kind": "external"}]])
+        inp = self.root / b / "INP"
+        inp.write_text(inp.read_text().replace("Energy", "Enregy"))
+        self.assertEqual(self.check("--write-baseline", "errors", b).returncode, 1)
+        self.assertEqual(self.check("--baseline", "errors", b).returncode, 1)
+        # A file that is none, and one that is a link.
+        (self.root / "bad").write_text((self.root / "known").read_text() + "[1\n")
+        self.assertEqual(self.check("--baseline", "bad", a).stderr, f"varpre-check: bad:{len(known) + 1}: no line of a baseline\n")
+        self.assertEqual(self.check("--baseline", "none", a).stderr, "varpre-check: none: No such file or directory\n")
+        self.assertEqual(self.check("--baseline", "known", "--write-baseline", "x", a).returncode, 2)
+        (self.root / "link").symlink_to("known")
+        before = (self.root / "known").read_text()
+        self.check("--write-baseline", "link", a)
+        self.assertEqual(((self.root / "known").read_text(), (self.root / "link").is_symlink()), (before, False))
+        self.assertEqual(self.check("--write-baseline", "unwritten", a, "absent").returncode, 2)
+        self.assertFalse((self.root / "unwritten").exists())
+
     def test_directories_may_vanish(self):
         names = [self.case(f"{i:03}") for i in range(200)]
         remover = threading.Thread(target=lambda: [shutil.rmtree(self.root / name) for name in reversed(names)])
@@ -170,36 +304,56 @@ class Check(unittest.TestCase):
                                  env={**os.environ, "PATH": path}, capture_output=True, text=True).stdout
         self.assertEqual(printed, "a complete\nb complete\n")
 
-    def test_job_of_the_document(self):
-        script = re.search(r"- (varpre-check .*)", block("check.md", "yaml"))[1].replace("varpre-check", str(PROGRAM))
+    def tools_on_path(self):
+        return {**os.environ, "PATH": f"{PROGRAM.parent}:{os.environ['PATH']}", "HOME": str(self.root), "GIT_CONFIG_NOSYSTEM": "1"}
+
+    def test_jobs_of_the_document(self):
+        text = (DOCUMENTS / "check.md").read_text()
+        commands = re.findall(r"^ *- (?:run: )?(varpre-check .*)", "".join(re.findall(r"^```yaml tried\n(.*?)^```$", text, re.M | re.S)), re.M)
+        self.assertEqual(len(commands), 2)
+
+        def ends():
+            return [subprocess.run(command, shell=True, cwd=self.root, env=self.tools_on_path(), capture_output=True).returncode for command in commands]
+
         (self.root / "mechanisms").mkdir()
         self.case("mechanisms/good")
-        self.assertEqual(subprocess.run(script, shell=True, cwd=self.root, capture_output=True).returncode, 0)
+        self.assertEqual(ends(), [0, 0])
         self.case("mechanisms/warned", "INP", "GE          2.0", "GE          3.0")
-        self.assertEqual(subprocess.run(script, shell=True, cwd=self.root, capture_output=True).returncode, 1)
+        self.assertEqual(ends(), [1, 1])
+        self.assertEqual(len(json.loads((self.root / "varpre.sarif").read_text())["runs"][0]["results"]), 1)
 
-    def test_varpre_itself_takes_no_arguments(self):
-        def varpre(*arguments):
-            return subprocess.run([PROGRAM.parent / "varpre", *arguments], cwd=self.root, capture_output=True, text=True)
+    def test_hook_of_the_document(self):
+        if not shutil.which("git"):
+            self.skipTest("no git here")
 
-        for argument, begin in ("--version", "varpre "), ("--help", "usage: varpre > listing\n"):
-            result = varpre(argument)
-            self.assertEqual((result.returncode, result.stdout[:len(begin)], result.stderr), (0, begin, ""))
-        for arguments in ["INP"], ["--help", "--version"], [""]:
-            result = varpre(*arguments)
-            self.assertEqual((result.returncode, result.stdout), (2, ""))
-            self.assertEqual(result.stderr, "varpre: takes no arguments; "
-                                            "it reads INP, MEC, THERMO and MOLNEW in the working directory\n")
-        self.assertEqual(list(self.root.iterdir()), [])
+        def git(*arguments, status=0):
+            result = subprocess.run(["git", "-c", "user.name=a", "-c", "user.email=b", *arguments], cwd=self.root, env=self.tools_on_path(), capture_output=True, text=True)
+            self.assertEqual(result.returncode, status, result.stderr)
+            return result.stdout + result.stderr
 
-    def test_completion(self):
-        (self.root / "sub").mkdir()
-        (self.root / "file").write_text("")
-        completion = DOCUMENTS.parent / "src/tools/check/varpre-check.bash"
-        script = (f"source {completion}; for word in --s '' ; do COMP_WORDS=(varpre-check $word) COMP_CWORD=1; "
-                  "_varpre_check; echo ${COMPREPLY[*]}; done")
-        printed = subprocess.run(["bash", "-c", script], cwd=self.root, capture_output=True, text=True).stdout
-        self.assertEqual(printed, "--strict\nsub\n")
+        git("init", "--quiet")
+        hook = self.root / ".git/hooks/pre-commit"
+        hook.write_text(block("check.md", "sh"))
+        hook.chmod(0o755)
+        inp = self.root / self.case("a $(touch pwned) [b]") / "INP"
+        shutil.copy(inp, self.root / "INP")
+        for name in ("MEC", "THERMO", "MOLNEW"):
+            (self.root / name).symlink_to(f"{inp.parent.name}/{name}")
+        (self.root / "untracked").mkdir()
+        (self.root / "untracked/INP").write_text("")
+        good = inp.read_text()
+        git("add", "INP", "MEC", "THERMO", "MOLNEW", inp.parent.name)
+        git("commit", "-m", "good")
+        inp.write_text(good.replace("Energy", "Enregy"))
+        git("add", inp.parent.name)
+        inp.write_text(good)  # what is staged counts
+        self.assertIn("a $(touch pwned) [b]/INP:3:11: error: unknown option 'Enregy'", git("commit", "-m", "wrong", status=1))
+        git("add", inp.parent.name)
+        inp.write_text("")
+        git("commit", "--allow-empty", "-m", "good again")
+        self.assertEqual(list(self.root.rglob("pwned")), [])
+        git("rm", "-qr", "--cached", ".")
+        git("commit", "-m", "nothing left")
 
 
 if __name__ == "__main__":
