@@ -6,10 +6,13 @@ globalThis.overview = (() => {
   const { R, BAR, text } = units;
 
   const plural = (count, one, many = `${one}s`) => `${count} ${count === 1 ? one : many}`;
-  const state_text = (store) =>
-    store.stopped
-      ? `cut or damaged: read up to line ${store.stopped.line}: ${store.stopped.reason}`
-      : "complete";
+  // A file that ends too early is truncated; one with a wrong line in its midst is damaged.
+  function state_text({ stopped, lines }) {
+    if (!stopped) return "complete";
+    const { line, reason } = stopped;
+    if (line > lines) return `truncated: the file ends behind line ${lines}`;
+    return `${line === lines ? "truncated" : "damaged"}: read up to line ${line}: ${reason}`;
+  }
   const none = (words) => make("p", { class: "none" }, words);
 
   // --- the file ---
