@@ -219,19 +219,19 @@ struct Prepared {
     varpre::run(files);  // leaves the filtered copies
     const varpre::SpeciesList list =
         varpre::GENSYM(varpre::sections::named("the gas-phase species list"), files.conditions_copy, listing,
-                       species->view(0, varpre::NSMAX));
-    view = species->view(0, list.NS);
-    const bool found = varpre::GENTHE(files.thermo_copy, listing, view, false) &&
-                       varpre::ELECOM(view, elements, listing) &&
-                       varpre::GENSPE(view, files.molecules, listing, molecules, false);
+                       species->places(0, varpre::NSMAX));
+    gas = species->places(0, list.NS);
+    const bool found = varpre::GENTHE(files.thermo_copy, listing, gas, false) &&
+                       varpre::ELECOM(gas, elements, listing) &&
+                       varpre::GENSPE(gas, files.molecules, listing, molecules, false);
     if (!found || list.NS != size.species) throw std::runtime_error("the generated case is not in order");
-    for (const double XMOL : view.XMOL) grams.push_back(1000 * XMOL);
+    for (const double XMOL : gas.XMOL) grams.push_back(1000 * XMOL);
     if (!read_mechanism()) throw std::runtime_error("the generated mechanism is not in order");
   }
 
   bool read_mechanism() {
     StoreFile store;
-    return varpre::GENMEC(varpre::Phase::gas, view, 0, varpre::ReactionNames(view.SYMB), {},
+    return varpre::GENMEC(varpre::Phase::gas, gas, 0, varpre::ReactionNames(gas.SYMB), {},
                           files.mechanism_copy, listing, store, mechanism);
   }
 
@@ -240,7 +240,7 @@ struct Prepared {
   varpre::Files files = varpre::Files::in_memory();
   Listing listing;
   std::unique_ptr<varpre::Species> species = std::make_unique<varpre::Species>();
-  varpre::SpeciesView view;
+  varpre::SpeciesPlaces gas;
   varpre::Elements elements;
   varpre::Mechanism mechanism;
   std::vector<varpre::Molecule> molecules;
@@ -286,21 +286,20 @@ std::vector<Stage> stages() {
        },
        with_species},
       {"GENTHE, thermo database", "entry", entries,
-       [](Prepared& p) { (void)varpre::GENTHE(p.files.thermo_copy, p.listing, p.view, false); },
-       with_species},
+       [](Prepared& p) { (void)varpre::GENTHE(p.files.thermo_copy, p.listing, p.gas, false); }, with_species},
       {"GENSPE, molecular database", "entry", entries,
-       [](Prepared& p) { (void)varpre::GENSPE(p.view, p.files.molecules, p.listing, p.molecules, false); },
+       [](Prepared& p) { (void)varpre::GENSPE(p.gas, p.files.molecules, p.listing, p.molecules, false); },
        with_species},
       {"GENLAM, fits of species", "species", [](const Prepared& p) { return double(p.size.species); },
        [](Prepared& p) {
          std::vector<varpre::ConductivityFits> fits;
-         (void)varpre::GENLAM(p.view.SYMB, p.view.fit, p.grams, p.molecules, p.grid, false, p.listing, fits);
+         (void)varpre::GENLAM(p.gas.SYMB, p.gas.fit, p.grams, p.molecules, p.grid, false, p.listing, fits);
        },
        with_species},
       {"GENDIF, fits of pairs", "pair", pairs,
        [](Prepared& p) {
          std::vector<varpre::FitCoefficients> DBIN;
-         (void)varpre::GENDIF(p.view.SYMB, p.grams, p.molecules, p.grid, false, p.listing, DBIN);
+         (void)varpre::GENDIF(p.gas.SYMB, p.grams, p.molecules, p.grid, false, p.listing, DBIN);
        },
        with_species},
       {"records of pairs", "pair", pairs,

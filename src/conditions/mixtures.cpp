@@ -42,7 +42,7 @@ struct Amounts {
       MSGFIL.findings.error(here(NFICON, 1, 8), message("the amount of species '", name, "' is given twice"));
       return SectionEnd::given_up;
     }
-    const FieldColumns& field = columns_of<MixtureSection>.value;
+    const FieldColumns& field = keyword_columns<MixtureSection>.value;
     if (!value_is_readable(result, name.view(), value, field, "mol", NFICON, MSGFIL.findings)) {
       return SectionEnd::unreadable_value;
     }
@@ -243,7 +243,7 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
     return std::any_of(X.begin(), X.end(), [](double x) { return x > 0; });
   };
   const bool both_absent = !left.pressure && !right.pressure;
-  if (surface.size() == 0 || both_absent || given(left) || given(right)) return;
+  if (surface.size() == 0 || both_absent || given(left) || given(right) || !surface.listed.front()) return;
   findings.warning(surface.listed.front(), "no mixture gives an amount of a surface species",
                    "the surface starts from the fractions of the mixtures, which are all 0");
 }

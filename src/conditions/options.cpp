@@ -5,23 +5,13 @@
 #include "files/keyword_section.h"
 #include "files/section_findings.h"
 #include "files/store_records.h"
+#include "files/words.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {
 namespace {
 
 constexpr const Section& section = sections::named("the options");
-
-// Only the first four characters take part in matching; names of dashes are free slots.
-constexpr OptionNames NTOPT{
-    "PConst. ", "Impulse ", "Energy  ", "T_uni   ", "InnerBou", "Mech.An.", "Photo C.", "Profiles",
-    "Source  ", "Reduced ", "Infinte ", "FuSoret ", "ReGrid  ", "Equi    ", "Store   ", "Output  ",
-    "TSO     ", "Plot    ", "Vectori.", "Extrap. ", "p_inner ", "p_outer ", "T_inner ", "T_outer ",
-    "w_inner ", "w_outer ", "Fix     ", "Kalei   ", "Cyclic  ", "Global  ", "OutSen  ", "VSens   ",
-    "TecNO   ", "RevSim  ", "Relax   ", "BLAA    ", "Tecplot ", "------- ", "Analyse ", "OldRes  ",
-    "v_inner ", "v_outer ", "G_inner ", "G_outer ", "J_inner ", "J_outer ", "------- ", "------- ",
-    "------- ", "Solid   ", "PLN2D   ", "REFIGRID", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- "};
 
 bool fail(Listing& MSGFIL) {
   write<"(3(' ','+++ Error in GENOPT +++',/))">(MSGFIL);
@@ -31,7 +21,7 @@ bool fail(Listing& MSGFIL) {
 // Lists the title records and stands behind the heading; false after the message.
 bool find_heading(Input& NFICON, Listing& MSGFIL, std::vector<std::string>& titles) {
   const auto list_title = [&](std::string_view record) {
-    if (!record.starts_with("COMM")) return false;
+    if (!record.starts_with(words::title)) return false;
     const auto title = pieces<8, 9>(record);
     titles.emplace_back(trimmed(columns(record, 9, 64)));
     write<"(' ',74('*'),/,' ','*',4X,8A8,4X,'*',/,' ',74('*'),/,'0')">(MSGFIL, std::span(title).subspan<1>());
@@ -40,7 +30,7 @@ bool find_heading(Input& NFICON, Listing& MSGFIL, std::vector<std::string>& titl
   const Heading heading = find_section(section, NFICON, list_title);
   if (heading) return true;
   write<"(1H1,5X,'ERROR - Wrong heading of options : ',A8,'...')">(MSGFIL, Text<8>(heading.record));
-  const bool at_end = heading.record.starts_with("COMM") || NFICON.record_number() == 0;
+  const bool at_end = heading.record.starts_with(words::title) || NFICON.record_number() == 0;
   MSGFIL.findings.error(at_end ? whole(NFICON) : here(NFICON, 1, 4), "the heading OPTIONS is due here",
                         "the file begins with title lines (COMMENT ...) and OPTIONS; letter case counts");
   return fail(MSGFIL);
@@ -167,16 +157,6 @@ bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOP
   list_options(NTOPT, IOPT, MSGFIL);
   write<store_records::options>(NFISTO, IOPT.slots);
   return LOK;
-}
-
-const OptionNames& option_names() {
-  return NTOPT;
-}
-
-bool is_option(std::string_view word) {
-  return word.size() >= 4 && std::any_of(NTOPT.begin(), NTOPT.end(), [&](std::string_view option) {
-           return option.substr(0, 4) == word.substr(0, 4);
-         });
 }
 
 }  // namespace varpre

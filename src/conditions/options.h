@@ -6,31 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "files/limits.h"
+#include "files/options.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
 #include "textio/findings/record_findings.h"
-#include "textio/record/numbered.h"
 
 namespace varpre {
-
-using OptionName = Text<8>;
-using OptionNames = std::array<std::string_view, NUMOPT>;
-
-// Option vector: slot n (from 1) belongs to the n-th name of the option table.
-struct OptionVector {
-  std::array<int, NUMOPT> slots{};
-  int operator()(int n) const { return at(slots, n); }
-};
-
-// Slots that this program itself looks at.
-inline constexpr int IMPULSE = 2;
-inline constexpr int PROFILES = 8;
-inline constexpr int REDUCED = 10;
-inline constexpr int OUTPUT = 16;
-inline constexpr int REVSIM = 34;
-inline constexpr int SOLID = 50;
-inline constexpr int PLN2D = 51;
 
 // One field of an option record: a name (six characters) and a value, absent when it cannot be read.
 struct OptionField {
@@ -65,11 +46,5 @@ void list_options(const OptionNames& names, const OptionVector& IOPT, Listing& M
 // an unknown option (the others are taken, listed and written).
 [[nodiscard]] bool GENOPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO, OptionVector& IOPT,
                           std::vector<std::string>& titles);
-
-// The names of the slots.
-const OptionNames& option_names();
-
-// Whether a word is the name of an option.
-bool is_option(std::string_view word);
 
 }  // namespace varpre

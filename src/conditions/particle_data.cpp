@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "files/databases.h"
 #include "files/keywords.h"
 #include "files/store_records.h"
 #include "textio/findings/record_findings.h"
@@ -89,7 +90,7 @@ struct Fractions {
     const auto& [name, value, result] = record;
     const auto found = std::find(particles.names.begin(), particles.names.end(), name);
     if (found == particles.names.end()) return SectionEnd::unknown_word;
-    const FieldColumns& field = columns_of<ParticleSection>.value;
+    const FieldColumns& field = keyword_columns<ParticleSection>.value;
     if (!value_is_readable(result, name.view(), value, field, {}, NFICON, MSGFIL.findings)) {
       return SectionEnd::unreadable_value;
     }
@@ -137,16 +138,16 @@ bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings,
   SpeciesName record;
   thermliq.rewind();
   do {
-    if (!read<"(A8)">(thermliq, record)) {
+    if (!read<particle_name>(thermliq, record)) {
       findings.error(whole(thermliq), message("no data of particle species '", name, "' in this file"),
                      "a record with the name, letter for letter, precedes four records of six values each");
       return false;
     }
   } while (record != name);
   write<store_records::particle_name>(NFISTO, name);
-  std::array<double, 24> data{};
+  std::array<double, particle_value_count> data{};
   const Place name_record = here(thermliq, 1, 8);
-  const ReadResult result = read<"(6(1PE11.4,1X))">(thermliq, data);
+  const ReadResult result = read<particle_values>(thermliq, data);
   const auto name_of = [&](int number) {
     return message("value ", number, " of particle species '", name, "'");
   };

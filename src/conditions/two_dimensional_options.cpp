@@ -13,17 +13,6 @@
 namespace varpre {
 namespace {
 
-// Only the first four characters take part in matching; names of dashes are free slots.
-constexpr OptionNames N2TOPT{
-    "EXTRAP  ", "IMPULSE ", "------- ", "WALLREA ", "------- ", "SOURCE  ", "REYOUT  ", "------- ",
-    "OUTERBOU", "------- ", "REGRID  ", "FUSORET ", "------- ", "VARDRO  ", "TECPLOT ", "STORE   ",
-    "OUTPUT  ", "TINHOM  ", "WALL    ", "PLOT    ", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "--------", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "SOLID   ", "PLN2D   ", "------- ", "------- ", "------- ", "------- ", "------- ",
-    "------- ", "------- ", "------- ", "------- "};
-
 constexpr const Section& options_section = sections::named("the two-dimensional options");
 constexpr const Section& input_section = sections::named("the two-dimensional parameters");
 
@@ -65,7 +54,7 @@ bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entr
 }
 
 bool matches(const OptionField& entry, std::string_view option) {
-  return entry.name.first(4) == option.substr(0, 4);
+  return names_option(entry.name.view(), option);
 }
 
 OptionVector assign(std::span<const OptionField> entries, Listing& MSGFIL) {
@@ -118,9 +107,9 @@ bool read_parameters(Input& NFICON, Listing& MSGFIL, GivenKeywords<TwoDimensiona
   return end == SectionEnd::closed;
 }
 
-std::vector<StoreRecord> records_of(const StoreFile& store) {
+std::vector<StoreRecord> records_of(std::string_view text) {
   std::vector<StoreRecord> records;
-  for (std::string_view text = store.text; !text.empty();) {
+  while (!text.empty()) {
     const std::size_t end = text.find('\n');
     records.emplace_back(text.substr(0, end));
     text.remove_prefix(end + 1);
@@ -129,7 +118,7 @@ std::vector<StoreRecord> records_of(const StoreFile& store) {
 }
 
 void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> records, Listing& MSGFIL) {
-  StoreFile option_records;
+  std::string option_records;
   write<store_records::options>(option_records, IOPT2.slots);
   std::ranges::copy(records_of(option_records), records.begin());
   write_free(MSGFIL, std::string_view("********  NEW 2D OPTIONS VECTOR  ********"));
@@ -138,7 +127,7 @@ void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> record
 
 std::vector<StoreRecord> parameter_records(const TwoDimensionalParameters& p) {
   constexpr double unused = 0;
-  StoreFile records;
+  std::string records;
   write<store_records::velocities>(records, p.UINI, p.VINI, p.RI2, p.DIST);
   write<store_records::limits>(records, unused, p.TMAX, p.HMAX, p.REDF);
   write<store_records::sources>(records, p.XSOU, p.YSOU, unused, unused);
@@ -170,7 +159,7 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   GivenKeywords<TwoDimensionalSection> given;
   if (!read_parameters(NFICON, MSGFIL, given)) return;
 
-  std::vector<StoreRecord> records = records_of(NFISTO);
+  std::vector<StoreRecord> records = records_of(NFISTO.text);
   if (records.size() > 3) replace_options(IOPT2, std::span(records).subspan<1, 3>(), MSGFIL);
   auto radius = std::find_if(records.begin(), records.end(),
                              [](const StoreRecord& record) { return record.first(8) == radius_record; });
@@ -191,10 +180,6 @@ void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
 
   NFISTO.text.clear();
   for (const StoreRecord& record : records) write<"(A)">(NFISTO, trimmed(record.view()));
-}
-
-const OptionNames& two_dimensional_option_names() {
-  return N2TOPT;
 }
 
 }  // namespace varpre

@@ -15,7 +15,4 @@ namespace varpre {
 // store file as it was.
 void G2OPT(Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO);
 
-// The names of the slots of the two-dimensional options.
-const OptionNames& two_dimensional_option_names();
-
 }  // namespace varpre

@@ -1,7 +1,9 @@
 #include "driver/prefilter.h"
 
+#include <algorithm>
 #include <system_error>
 
+#include "files/words.h"
 #include "textio/findings/record_findings.h"
 
 namespace varpre {
@@ -9,8 +11,8 @@ namespace varpre {
 void REMCOM(Input& input, Input& copy, Listing& MSGFIL) {
   copy.begin_copy(input, copied_width);
   for (std::string_view line; input.next(line);) {
-    if (line.starts_with("****") || line.starts_with("----")) continue;
-    copy.copy();
+    const auto begins = [&](std::string_view word) { return line.starts_with(word); };
+    if (!std::ranges::any_of(words::comments, begins)) copy.copy();
   }
   copy.rewind();
   if (input.read_error() == 0) return;

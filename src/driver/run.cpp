@@ -122,9 +122,9 @@ class Sequence {
   }
 
   bool has_surface() const { return data_.NSURF > 0; }
-  SpeciesView gas() { return data_.gas(); }
-  SpeciesView surface() { return data_.surface(); }
-  SpeciesView all() { return data_.all(); }
+  SpeciesView gas() const { return data_.gas(); }
+  SpeciesView surface() const { return data_.surface(); }
+  SpeciesView all() const { return data_.all(); }
 
   void separator() { write<"(2X)">(MSGFIL); }
   void check(bool LOK) {
@@ -149,8 +149,8 @@ class Sequence {
     check(!list.absent);
     data_.NGAS = list.NS;
     // Between here and the next check other stages run: a failure is kept until then.
-    LOK_species = GENTHE(NFITHE, MSGFIL, gas(), LPRT);
-    LOK_species = ELECOM(gas(), data_.gas_elements, MSGFIL) && LOK_species;
+    LOK_species = GENTHE(NFITHE, MSGFIL, data_.places_of_gas(), LPRT);
+    LOK_species = ELECOM(data_.places_of_gas(), data_.gas_elements, MSGFIL) && LOK_species;
   }
 
   void read_surface_species() {
@@ -170,16 +170,18 @@ class Sequence {
     } else {
       data_.NSURF = list.NS;
     }
-    if (has_surface()) LOK_species = GENTHE(NFITHE, MSGFIL, surface(), LPRT) && LOK_species;
+    if (has_surface()) LOK_species = GENTHE(NFITHE, MSGFIL, data_.places_of_surface(), LPRT) && LOK_species;
     if (!LOK_species) begin("the thermochemical data");
     check(LOK_species);
-    LOK_species = ELECOM(surface(), data_.surface_elements, MSGFIL);
+    LOK_species = ELECOM(data_.places_of_surface(), data_.surface_elements, MSGFIL);
   }
 
   void fit_transport() {
     begin("the transport data");
     INIMOI(gas(), data_.gas_elements, NFISTO);
-    data_.molecules = GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
+    TransportData transport = GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
+    data_.molecules = std::move(transport.molecules);
+    std::ranges::copy(transport.XMOL, data_.species.XMOL.begin());
     check(LOK_species);
     INIMOI(surface(), data_.surface_elements, NFISTO);
   }

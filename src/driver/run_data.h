@@ -32,10 +32,12 @@ struct RunData {
   std::vector<Place> photo_reactions;
   std::array<MixtureState, 2> mixtures;  // on the left, on the right
 
-  SpeciesView gas() { return species.view(0, NGAS); }
-  SpeciesView surface() { return species.view(NGAS, NSURF); }
-  SpeciesView all() { return species.view(0, NGAS + NSURF); }
-  SpeciesView places_after(int count) { return species.view(count, NSMAX - count); }
+  SpeciesView gas() const { return species.view(0, NGAS); }
+  SpeciesView surface() const { return species.view(NGAS, NSURF); }
+  SpeciesView all() const { return species.view(0, NGAS + NSURF); }
+  SpeciesPlaces places_of_gas() { return species.places(0, NGAS); }
+  SpeciesPlaces places_of_surface() { return species.places(NGAS, NSURF); }
+  SpeciesPlaces places_after(int count) { return species.places(count, NSMAX - count); }
 };
 
 }  // namespace varpre

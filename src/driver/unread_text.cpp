@@ -8,6 +8,8 @@
 #include "conditions/options.h"
 #include "files/keywords.h"
 #include "files/section_findings.h"
+#include "files/words.h"
+#include "textio/names/words.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {
@@ -23,40 +25,34 @@ struct Stretch {
   bool misspelt = false;             // the first record is a heading that was asked about already
 };
 
-std::vector<std::string_view> words_of(std::string_view text) {
-  std::vector<std::string_view> words;
-  text = text.substr(0, text.find('!'));
-  for (std::size_t start = 0; (start = text.find_first_not_of(' ', start)) != text.npos;) {
-    const std::size_t end = std::min(text.find(' ', start), text.size());
-    words.push_back(text.substr(start, end - start));
-    start = end;
-  }
-  return words;
+// The words before a comment.
+std::vector<Word> words_before_comment(std::string_view text) {
+  return words_of(text.substr(0, text.find('!')), " ");
 }
 
-bool is_number(std::string_view word) {
-  return read_free_real(word).has_value();
+bool is_number(const Word& word) {
+  return read_free_real(word.text).has_value();
 }
 
 // A keyword, an option or a species with its value.
-bool is_condition(const std::vector<std::string_view>& words, const NameIndex& species) {
+bool is_condition(const std::vector<Word>& words, const NameIndex& species) {
   if (words.size() < 2 || !is_number(words[1])) return false;
-  const std::string_view word = words[0];
+  const std::string_view word = words[0].text;
   return is_keyword(word) || is_option(word) || species.find(SpeciesName(word)) > 0;
 }
 
 // A reaction with its numbers, or a row of numbers.
-bool is_reaction(const std::vector<std::string_view>& words) {
+bool is_reaction(const std::vector<Word>& words) {
   if (words.size() < 2 || !is_number(words.back())) return false;
-  const bool arrow = std::any_of(words.begin(), words.end(), [](std::string_view word) {
-    return word.find_first_of("=>") != std::string_view::npos;
+  const bool arrow = std::any_of(words.begin(), words.end(), [](const Word& word) {
+    return word.text.find_first_of("=>") != std::string_view::npos;
   });
   constexpr int row = 3;
   return arrow || std::count_if(words.begin(), words.end(), is_number) >= row;
 }
 
 bool is_data(std::string_view text, std::uint8_t file, const NameIndex& species) {
-  const std::vector<std::string_view> words = words_of(text);
+  const std::vector<Word> words = words_before_comment(text);
   return file == Section::INP ? is_condition(words, species) : is_reaction(words);
 }
 
@@ -91,7 +87,7 @@ class HeadingsRead {
 // Whether a record was named already as the heading of a section that is missing.
 bool is_misspelt_heading(std::string_view text, HeadingsRead& heading_read, std::uint8_t file) {
   constexpr std::size_t most_words = 3;
-  if (words_of(text).size() > most_words) return false;
+  if (words_before_comment(text).size() > most_words) return false;
   return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
     return (s.files & file) != 0 && s.absence != Section::Absence::is_usual && may_mean(s, text) &&
            heading_read(s.content) == 0;
@@ -110,7 +106,7 @@ std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameI
       last_read = record;
       return;
     }
-    if (words_of(text).empty()) return;  // blank, or a comment
+    if (words_before_comment(text).empty()) return;  // blank, or a comment
     const Section* const section = section_of(text, file);
     const bool misspelt = section == nullptr && is_misspelt_heading(text, heading_read, file);
     if (section != nullptr || misspelt || (!open && is_data(text, file, species))) {
@@ -134,7 +130,7 @@ int last_read(const Input& copy) {
 std::string end_before(const Stretch& stretch, const Input& copy) {
   if (stretch.before == 0) return {};
   const Origin before = copy.origin(stretch.before);
-  if (!EQUSYM(3, before.text, "END")) return {};
+  if (!begins_with(before.text, words::end)) return {};
   return message("END in line ", before.line,
                  " closes the section above: what stands behind it belongs to none");
 }

@@ -6,6 +6,7 @@
 
 #include "textio/findings/odd_characters.h"
 #include "textio/findings/record_findings.h"
+#include "textio/names/words.h"
 
 namespace varpre {
 namespace {
@@ -17,18 +18,6 @@ constexpr auto known_units = std::to_array<std::string_view>(
      "mm",   "cm",    "um",     "µm",    "nm",     "km",      "ft",      "s",     "ms",    "us",
      "µs",   "min",   "h",      "J",     "mJ",     "kJ",      "J/kg",    "kJ/kg", "MJ/kg", "J/g",
      "kJ/g", "J/mol", "kJ/mol", "cal/g", "mol/m2", "mol/cm2", "kmol/m2", "mol",   "mass",  "kg"});
-
-// A word of a line and the column where it begins; none at the end of the line.
-struct Word {
-  std::string_view text;
-  int column = 0;
-};
-
-Word first_word(std::string_view line, int column) {
-  const std::size_t start = line.find_first_not_of(' ', static_cast<std::size_t>(column) - 1);
-  if (start == std::string_view::npos) return {};
-  return {line.substr(start, line.find(' ', start) - start), static_cast<int>(start) + 1};
-}
 
 // A unit in its plain form: without brackets around it and marks of powers.
 std::string plain_unit(std::string_view word) {
@@ -52,7 +41,7 @@ void warn_of_unit(std::string_view keyword, double value, std::string_view meant
                   const Input& NFICON, Findings& findings) {
   const std::string unit = plain_unit(behind.text);
   if (meant.empty() || !is_unit(unit) || unit == meant) return;
-  findings.warning(here(NFICON, behind.column, static_cast<int>(behind.text.size())),
+  findings.warning(here(NFICON, behind.column, behind.width()),
                    message(keyword, " is taken as ", value, " ", meant, ": '", behind.text,
                            "' behind it names another unit"),
                    "what stands behind a value is not read");
@@ -60,13 +49,13 @@ void warn_of_unit(std::string_view keyword, double value, std::string_view meant
 
 void warn_of_no_value(std::string_view keyword, const FieldColumns& field, const Word& behind,
                       const Input& NFICON, Findings& findings) {
-  const auto length = static_cast<int>(behind.text.size());
   findings.warning(
-      behind.text.empty() ? here(NFICON, field.first, field.width) : here(NFICON, behind.column, length),
+      behind.text.empty() ? here(NFICON, field.first, field.width)
+                          : here(NFICON, behind.column, behind.width()),
       message(keyword, " has no value in columns ", field.first, "-", field.last(), " (read as 0)",
-              behind.text.empty() ? std::string()
-                                  : message("; '", behind.text, "' stands in columns ", behind.column, "-",
-                                            behind.column + length - 1)));
+              behind.text.empty()
+                  ? std::string()
+                  : message("; '", behind.text, "' stands in columns ", behind.column, "-", behind.last())));
 }
 
 // The word that begins in the columns of the value and ends behind them; none where they end with a blank.
@@ -76,14 +65,13 @@ Word word_across_end(std::string_view line, const FieldColumns& field) {
   const std::size_t blank = line.find_last_of(' ', end);
   const std::size_t start =
       std::max(blank == std::string_view::npos ? 0 : blank + 1, static_cast<std::size_t>(field.first) - 1);
-  return first_word(line, static_cast<int>(start) + 1);
+  return next_word(line, static_cast<int>(start) + 1, " ");
 }
 
 // Reports a value of which only the columns up to the last one are read.
 void report_value_across_end(std::string_view keyword, bool readable, double value, const FieldColumns& field,
                              const Word& across, const Input& NFICON, Findings& findings) {
-  const auto length = static_cast<int>(across.text.size());
-  const Place place = here(NFICON, across.column, length);
+  const Place place = here(NFICON, across.column, across.width());
   const std::string columns = message("its value stands in columns ", field.first, "-", field.last());
   if (readable) {
     findings.warning(
@@ -139,8 +127,7 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
   }
   if (!result) return false;
 
-  const Word behind =
-      first_word(line, std::max(field.last() + 1, across.column + static_cast<int>(across.text.size())));
+  const Word behind = next_word(line, std::max(field.last() + 1, across.last() + 1), " ");
   const auto before = static_cast<std::size_t>(field.first) - 1;
   if (line.size() <= before || trimmed(line.substr(before, static_cast<std::size_t>(field.width))).empty()) {
     warn_of_no_value(keyword, field, behind, NFICON, findings);

@@ -81,9 +81,9 @@ struct KeywordColumns {
   std::string_view kinds;
 };
 template <class Description>
-inline constexpr KeywordColumns columns_of{field_columns(Format<Description::record>::view, 1),
-                                           field_columns(Format<Description::record>::view, 2),
-                                           Description::kinds};
+inline constexpr KeywordColumns keyword_columns{field_columns(Format<Description::record>::view, 1),
+                                                field_columns(Format<Description::record>::view, 2),
+                                                Description::kinds};
 
 // How the reading of a section ended: all but `closed` and `given_up` have been reported.
 enum class SectionEnd { closed, end_of_file, unknown_word, unreadable_value, given_up };
@@ -134,7 +134,7 @@ namespace keyword_detail {
 template <class Description>
 constexpr bool begins(std::string_view word, std::string_view with) {
   if (Description::letters == Section::Letters::as_written) return word.starts_with(with);
-  return EQUSYM(static_cast<int>(with.size()), word, with);
+  return begins_with(word, with);
 }
 
 // Takes the value of a keyword; false, after the finding, where it cannot be read.
@@ -143,7 +143,7 @@ bool take_keyword(std::size_t row, const Input& NFICON, Findings& findings,
                   GivenKeywords<Description>& given) {
   const auto& keyword = Description::keywords[row];
   const auto& [word, value, result] = given.last;
-  const FieldColumns& field = columns_of<Description>.value;
+  const FieldColumns& field = keyword_columns<Description>.value;
   if (!value_is_readable(result, word.view(), value, field, keyword.unit, NFICON, findings)) return false;
   const Place place = here(NFICON, field.first, field.width);
   const std::string_view name = trimmed(keyword.word);
@@ -185,8 +185,8 @@ SectionEnd read_keywords(const Section& section, Input& NFICON, Findings& findin
       Nearest nearest(word.view());
       others.offer_to(nearest);
       for (const auto& known : keywords) nearest.offer(known.word);
-      report_unknown_keyword(section, given.heading, word.view(), columns_of<Description>, nearest, NFICON,
-                             findings);
+      report_unknown_keyword(section, given.heading, word.view(), keyword_columns<Description>, nearest,
+                             NFICON, findings);
     }
     if (end) return *end;
   }

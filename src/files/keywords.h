@@ -297,7 +297,7 @@ template <class Description>
 constexpr bool is_keyword_of(std::string_view word) {
   return std::ranges::any_of(Description::keywords, [&](const auto& known) {
     if (Description::letters == Section::Letters::as_written) return trimmed(known.word) == word;
-    return EQUSYM(static_cast<int>(sizeof(Text<8>)), word, known.word);
+    return same_word(word, known.word);
   });
 }
 constexpr bool is_keyword(std::string_view word) {

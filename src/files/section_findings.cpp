@@ -9,9 +9,8 @@ namespace {
 
 // Whether a record begins with the word of a section, in any letter case: a heading, or meant to be one.
 bool begins_like(const Section& section, std::string_view record) {
-  if (!section.except.empty() && EQUSYM(static_cast<int>(section.except.size()), record, section.except))
-    return false;
-  return EQUSYM(static_cast<int>(section.word.size()), record, section.word);
+  const bool excepted = !section.except.empty() && begins_with(record, section.except);
+  return !excepted && begins_with(record, section.word);
 }
 
 // The heading that was probably meant where one was not found, or the headings that the file has.
@@ -54,7 +53,8 @@ bool may_mean(const Section& section, std::string_view record) {
   const bool opens_another = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
     return s != section && (s.files & section.files) != 0 && s.opens_with(record);
   });
-  if (!opens_another && !section.elsewhere.empty() && EQUSYM(4, record, section.elsewhere)) return true;
+  if (!opens_another && !section.elsewhere.empty() && begins_with(record, section.elsewhere.substr(0, 4)))
+    return true;
   const std::string_view begin = record.substr(0, section.word.size());
   return !opens_another && !Nearest(section.word).offer(begin).help().empty();
 }

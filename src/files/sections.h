@@ -41,8 +41,8 @@ struct Section {
 
   // Whether a record is its heading; beyond the end of a record stand blanks.
   constexpr bool opens_with(std::string_view record) const {
-    if (!except.empty() && EQUSYM(static_cast<int>(except.size()), record, except)) return false;
-    if (letters == Letters::any_case) return EQUSYM(static_cast<int>(word.size()), record, word);
+    if (!except.empty() && begins_with(record, except)) return false;
+    if (letters == Letters::any_case) return begins_with(record, word);
     return trimmed(record.substr(0, word.size())) == trimmed(word);
   }
 

@@ -6,6 +6,7 @@
 
 #include "files/section_findings.h"
 #include "files/store_records.h"
+#include "files/words.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/record_findings.h"
@@ -58,7 +59,7 @@ bool find_heading(Input& input, Table& table) {
   table = {.input = &input, .heading = heading_place(efficiencies_section, input), .cut_text = {}};
   std::string_view record;
   if (!input.peek(record)) return false;
-  if (!EQUSYM(4, record, "TROE")) return true;
+  if (!begins_with(record, words::troe)) return true;
   table.of_others = 1;
   input.next(record);
   return true;
@@ -147,19 +148,21 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
   if (!read<"(A)">(unit, line)) return fail_without_end(table.heading, MSGFIL);
   block.name = line.first(8);
   block.line = here(unit, 1, 8);
-  end = EQUSYM(3, line.view(), "END");
+  end = begins_with(line.view(), words::end);
   if (end) return true;
 
   NameList list;
-  const Place told = is_other_text(table, block, MSGFIL.findings) ? Place{} : block.line;
+  const Place* const told = is_other_text(table, block, MSGFIL.findings) ? nullptr : &block.line;
   const int NL = COMPDE(line.chars, delimiter_characters, MSGFIL, told);
   SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, told);
   if (list.NDEL() == 0 || list.DELS[0] != "=") {
     write<"('wrong first delimiter in gencef')">(MSGFIL);
-    MSGFIL.findings.error(
-        told, "no \"=\" behind the name of this third body",
-        "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow in the "
-        "next record");
+    if (told != nullptr) {
+      MSGFIL.findings.error(
+          *told, "no \"=\" behind the name of this third body",
+          "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow in the "
+          "next record");
+    }
     throw RunStop{};
   }
   for (int k = 1; k < list.NSYM(); ++k) {
@@ -196,14 +199,14 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
 // The third body 2..NCOLL of a name; 0 when there is none.
 int third_body(const SpeciesName& name, int NCOLL) {
   for (int c = 2; c <= NCOLL; ++c) {
-    if (EQUSYM(8, name.view(), at(MCOLLI, c))) return c;
+    if (same_word(name.view(), at(MCOLLI, c))) return c;
   }
   return 0;
 }
 
 // One value stands for all vibrational states of N2 or O2.
 bool names_all_states(const SpeciesName& name) {
-  return EQUSYM(4, name.view(), "N2(V") || EQUSYM(4, name.view(), "O2(V");
+  return std::ranges::any_of(words::vibrational, [&](auto word) { return begins_with(name.view(), word); });
 }
 
 void set_efficiencies(const Block& block, const ReactionNames& names, std::span<double> row,
@@ -288,7 +291,7 @@ bool check_definitions(const Mechanism& mechanism, const Definitions& definition
   for (int c = 2; c <= mechanism.NCOLL; ++c) {
     const SpeciesName partner = partner_name(c);
     const Place& line = at(definitions.line, c);
-    const bool defined = line.unit != nullptr;
+    const auto defined = bool(line);
     if (defined && !at(mechanism.used, c)) {
       MSGFIL.findings.warning(line, message("third body ", partner, " is defined, but no reaction uses it"));
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);

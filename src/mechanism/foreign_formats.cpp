@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "textio/names/words.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {
@@ -10,15 +11,9 @@ namespace {
 
 using Part = std::string_view;  // of a line; empty where the shape does not occur
 
-Part first_word(std::string_view line, std::string_view ends = " \t") {
-  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-  return line.substr(0, line.find_first_of(ends));
-}
-
 bool is_one_of(std::string_view word, std::initializer_list<std::string_view> words) {
-  return std::any_of(words.begin(), words.end(), [&](std::string_view other) {
-    return word.size() == other.size() && EQUSYM(static_cast<int>(word.size()), word, other);
-  });
+  return std::any_of(words.begin(), words.end(),
+                     [&](std::string_view other) { return same_word(word, other); });
 }
 
 Part found(std::string_view line, std::string_view text) {
@@ -43,7 +38,8 @@ Part third_body_in_parentheses(std::string_view line) {
 
 // The keyword of a line with values between slashes.
 Part keyword_before_slash(std::string_view line, std::initializer_list<std::string_view> keywords) {
-  const Part word = first_word(line, " \t/");
+  Part word = next_word(line).text;
+  word = word.substr(0, word.find('/'));
   return line.find('/') != std::string_view::npos && is_one_of(word, keywords) ? word : Part();
 }
 
@@ -57,7 +53,7 @@ Part other_rate_line(std::string_view line) {
 }
 
 Part duplicate_line(std::string_view line) {
-  const Part word = first_word(line);
+  const Part word = next_word(line).text;
   return is_one_of(word, {"DUP", "DUPLICATE"}) ? word : Part();
 }
 
@@ -75,7 +71,7 @@ Part name_and_value(std::string_view line) {
 }
 
 Part heading(std::string_view line) {
-  const Part word = first_word(line);
+  const Part word = next_word(line).text;
   return is_one_of(word, {"REACTIONS", "REAC", "ELEMENTS", "ELEM", "SPECIES", "SPEC", "THERMO", "THERM",
                           "TRANSPORT", "TRAN", "SITE", "MATERIAL"})
              ? word
@@ -83,14 +79,14 @@ Part heading(std::string_view line) {
 }
 
 Part yaml(std::string_view line) {
-  const Part word = first_word(line);
-  const Part key = word == "-" ? first_word(line.substr(line.find('-') + 1)) : word;
+  const Part word = next_word(line).text;
+  const Part key = word == "-" ? next_word(line.substr(line.find('-') + 1)).text : word;
   return key.size() > 1 && key.back() == ':' ? key : Part();
 }
 
 // A comment in a line of its own: of "!", "//", "#", or "C ".
 Part comment(std::string_view line) {
-  const Part word = first_word(line);
+  const Part word = next_word(line).text;
   const bool mark = word.starts_with("//") || word == "#" || word == "C" || word == "c";
   return mark && line.find_first_of("=>") == std::string_view::npos ? word : Part();
 }
@@ -120,7 +116,7 @@ constexpr std::array<Shape, 10> shapes{
 }  // namespace
 
 bool report_foreign_form(const Place& line, Findings& findings) {
-  if (line.unit == nullptr) return false;
+  if (!line) return false;
   const std::string_view text = line.unit->origin(line.record).text;
   for (const Shape& shape : shapes) {
     const Part part = shape.in(text.substr(0, text.find('!')));

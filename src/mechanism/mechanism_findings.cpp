@@ -76,7 +76,7 @@ void warn_of_missing_keyword(const Phase& phase, const ReactionLine& line, const
 }  // namespace
 
 bool is_meant_as_duplicate(const Place& line) {
-  if (line.unit == nullptr) return false;
+  if (!line) return false;
   std::string_view comment = line.unit->origin(line.record).text;
   const auto is_letter = [](char c) { return upper(c) >= 'A' && upper(c) <= 'Z'; };
   for (std::size_t at = comment.find('!'); at < comment.size();) {
@@ -84,7 +84,7 @@ bool is_meant_as_duplicate(const Place& line) {
         std::find_if(comment.begin() + static_cast<std::ptrdiff_t>(at), comment.end(), is_letter);
     const auto end = std::find_if_not(begin, comment.end(), is_letter);
     const std::string_view word(begin, end);
-    if (EQUSYM(10, word, "DUP") || EQUSYM(10, word, "DUPLICATE")) return true;
+    if (same_word(word, "DUP") || same_word(word, "DUPLICATE")) return true;
     at = static_cast<std::size_t>(end - comment.begin());
   }
   return false;
@@ -109,7 +109,7 @@ void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const Re
 ElementBalance::ElementBalance(std::span<const ElementFields> species) {
   const auto number_of = [&](const ElementSymbol& symbol) {
     for (int e = 1; e <= count_of(symbols_); ++e) {
-      if (EQUSYM(2, at(symbols_, e).view(), symbol.view())) return e;
+      if (same_word(at(symbols_, e).view(), symbol.view())) return e;
     }
     symbols_.push_back(symbol);
     return count_of(symbols_);

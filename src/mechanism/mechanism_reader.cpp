@@ -101,9 +101,9 @@ class Reader {
     Reaction reverse;
     if (options_.solver_reverses) {
       if (forward.IARRH == arrhenius) forward.IARRH = reversible_arrhenius;
-      reverse.IARRH = -forward.IARRH;
+      reverse.IARRH = reverse_of(forward.IARRH);
     } else if (forward.IARRH == falloff) {
-      reverse.IARRH = -falloff;
+      reverse.IARRH = reverse_of(falloff);
     } else {
       reverse = INIMRP(phase_, forward, fit_, MSGFIL_);
       if (forward.IARRH == arrhenius) reverse_check_.compare(phase_, forward, reverse);
@@ -231,7 +231,7 @@ void find_inert_species(int NS, Mechanism& mechanism) {
 // Warns of inert species which the solver does not take for inert.
 void warn_of_misplaced(const Phase& phase, std::span<const SpeciesName> names, const Place& first,
                        Findings& findings) {
-  if (names.empty()) return;
+  if (names.empty() || !first) return;
   findings.warning(
       locate(first, names.front().view()),
       message("species that occur in no reaction of ", phase.section.content,

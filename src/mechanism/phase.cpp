@@ -40,13 +40,13 @@ void list_surface_reaction(int number, const EquationCells& cells, const Reactio
 }
 
 void write_gas_reaction(const Reaction& r, StoreFile& NFISTO) {
-  write<store_records::gas_reaction>(NFISTO, std::span(r.MAT).first<6>(), r.AFAC, r.TEXP, r.EXA, r.IARRH,
+  write<store_records::gas_reaction>(NFISTO, std::span(r.MAT).first<6>(), r.AFAC, r.TEXP, r.EXA, int(r.IARRH),
                                      r.VT4, r.VT5, r.VT6);
   write<store_records::falloff>(NFISTO, r.FALL);
 }
 
 void write_surface_reaction(const Reaction& r, StoreFile& NFISTO) {
-  write<store_records::surface_reaction>(NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, r.IARRH, r.ISTICK, r.ICOV,
+  write<store_records::surface_reaction>(NFISTO, r.MAT, r.AFAC, r.TEXP, r.EXA, int(r.IARRH), r.ISTICK, r.ICOV,
                                          r.VT4, r.VT5, r.VT6);
 }
 

@@ -16,7 +16,7 @@ ReactionNames::ReactionNames(std::span<const SpeciesName> SYMB)
 
 int last_of_name(std::span<const SpeciesName> species, const SpeciesName& name) {
   int number = count_of(species);
-  while (number > 0 && !EQUSYM(8, at(species, number).view(), name.view())) --number;
+  while (number > 0 && !same_word(at(species, number).view(), name.view())) --number;
   return number;
 }
 

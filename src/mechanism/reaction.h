@@ -14,8 +14,7 @@ namespace varpre {
 // Educts in slots 1..MAXE, products in slots MAXE+1..2*MAXE, as species numbers; 0 for an empty slot.
 using SpeciesVector = std::array<int, 12>;
 
-// Rate forms (IARRH). A generated reverse whose rate the solver computes carries the negative of its forward
-// form.
+// Rate forms (IARRH).
 enum RateForm : int {
   arrhenius = 0,           // k = A T^b exp(-E/RT)
   coverage_dependent = 1,  // activation energy depends on the coverage of species ICOV
@@ -24,6 +23,14 @@ enum RateForm : int {
   non_arrhenius = 4          // never reversible
 };
 
+// The form of a generated reverse whose rate the solver computes: the negative of its forward form.
+constexpr RateForm reverse_of(RateForm form) {
+  return static_cast<RateForm>(-form);
+}
+constexpr bool is_reverse(RateForm form) {
+  return form < 0;
+}
+
 struct Reaction {
   double AFAC = 0;  // pre-exponential factor; cm, mol, s until the mechanism is complete, then SI
   double TEXP = 0;  // temperature exponent
@@ -31,7 +38,7 @@ struct Reaction {
   double VT4 = 0;   // further rate values of coverage-dependent and non-Arrhenius forms
   double VT5 = 0;
   double VT6 = 0;
-  int IARRH = arrhenius;
+  RateForm IARRH = arrhenius;
   int ISTICK = 0;                // number of the sticking gas species
   int ICOV = 0;                  // number of the species whose coverage counts
   std::array<double, 8> FALL{};  // falloff parameters FALL1..FALL8

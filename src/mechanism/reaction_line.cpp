@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "files/section_findings.h"
+#include "files/words.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
 #include "textio/findings/odd_characters.h"
@@ -29,9 +30,9 @@ struct Equation {
 
 Keyword keyword_of(const Line& line) {
   const auto is = [&](std::string_view word) { return EQUSYM(4, line.view(), word); };
-  if (is("END ")) return Keyword::END;
-  if (is("STIC")) return Keyword::STIC;
-  if (is("MAXI")) return Keyword::MAXI;
+  if (is(words::end)) return Keyword::END;
+  if (is(words::sticking)) return Keyword::STIC;
+  if (is(words::fixed_form)) return Keyword::MAXI;
   return Keyword::none;
 }
 
@@ -55,7 +56,8 @@ struct Context {
 // Reports a line of a single word that looks like a keyword; false, without a finding, for any other.
 bool report_keyword(const Place& line, Findings& findings) {
   const std::string_view written = trimmed(line.unit->origin(line.record).text);
-  const std::string help = Nearest(written).offer("STIC").offer("MAXI").offer("END").help();
+  const std::string help =
+      Nearest(written).offer(words::sticking).offer(words::fixed_form).offer(words::end).help();
   if (help.empty()) return false;
   Place place = line;
   place.width = static_cast<int>(written.size());
@@ -128,7 +130,7 @@ bool RETNAM(const Line& line, const Context& context, Reaction& reaction, Equati
   Line rest(text);
   NameList list;
   const bool other_arrow = text.find("=>") != text.npos && report_foreign_form(place, MSGFIL.findings);
-  const Place told = other_arrow ? Place{} : place;
+  const Place* const told = other_arrow ? nullptr : &place;
   const int NL = COMPDE(rest.chars, delimiter_characters, MSGFIL, told);
   RYDEL(rest.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, told);
   for (int i = 1; i <= most_names; ++i) {

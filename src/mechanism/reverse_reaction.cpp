@@ -83,7 +83,7 @@ Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const The
     reverse.VT4 = forward.VT4;
     reverse.VT5 = forward.VT5;
     reverse.VT6 = forward.VT6;
-    reverse.IARRH = -coverage_dependent;
+    reverse.IARRH = reverse_of(coverage_dependent);
     return reverse;
   }
 

@@ -14,7 +14,7 @@ std::string misplaced(std::string_view name, const Input& database) {
     if (found > 0) return;
     line.remove_prefix(std::min(line.find_first_not_of(" \t!#"), line.size()));
     const std::string_view word = line.substr(0, line.find_first_of(" \t"));
-    if (word.size() <= name.size() && EQUSYM(static_cast<int>(name.size()), word, name)) found = record;
+    if (same_word(word, name)) found = record;
   });
   if (found == 0) return {};
   return message("line ", database.origin(found).line,
@@ -49,7 +49,7 @@ void report_absent_entries(const DatabaseSearch& search, const SpeciesView& spec
   if (!search.read_all) return;
   const NameIndex index(species.SYMB);
   for (std::size_t i = 0; i < search.found.size(); ++i) {
-    if (search.found[i].unit != nullptr) continue;
+    if (search.found[i] || !species.listed[i]) continue;
     const SpeciesName& name = species.SYMB[i];
     if (index.find(name) != static_cast<int>(i) + 1) continue;  // it is listed twice, which was reported
     findings.error(locate(species.listed[i], name.view()),

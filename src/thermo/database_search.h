@@ -4,17 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "files/databases.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/species.h"
 
 namespace varpre {
-
-// How a database is laid out, for findings: the columns of the name of an entry, and the names of its fields
-// by their number.
-struct DatabaseLayout {
-  int name_width;
-  std::string (*field_name)(int number);
-};
 
 // What a search came to.
 struct DatabaseSearch {
@@ -61,7 +55,7 @@ DatabaseSearch search_database(std::span<const SpeciesName> wanted, Input& datab
     }
     warn_of_columns(findings, database, result, layout.field_name);
     const auto i = static_cast<std::size_t>(number - 1);
-    if (search.found[i].unit != nullptr) {
+    if (search.found[i]) {
       findings.warning(
           place, message("this entry of '", name, "' replaces an earlier one"),
           message("the earlier one stands in line ", database.origin(search.found[i].record).line));

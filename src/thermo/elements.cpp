@@ -30,8 +30,15 @@ constexpr std::array<TableElement, 23> element_table{{
 bool is_present(std::string_view symbol, std::span<const ElementFields> species) {
   return std::any_of(species.begin(), species.end(), [&](const ElementFields& fields) {
     return std::any_of(fields.ELSYM.begin(), fields.ELSYM.end(),
-                       [&](const ElementSymbol& field) { return EQUSYM(2, field.view(), symbol); });
+                       [&](const ElementSymbol& field) { return same_word(field.view(), symbol); });
   });
+}
+
+void report_elements(const std::vector<TableElement>& present, const Place& list, Findings& findings) {
+  std::string symbols;
+  for (const TableElement& element : present) symbols.append(" ").append(trimmed(element.SATOM));
+  findings.error(list, message("the species of this list are made of ", count_of(present), " elements"),
+                 message("at most ", NEMAX, " elements may occur; these do:", symbols));
 }
 
 // Fills the element list; false when there are more than NEMAX.
@@ -42,11 +49,7 @@ bool find_elements(const SpeciesView& species, Elements& elements, Listing& MSGF
   const int NE = static_cast<int>(present.size());
   if (NE > NEMAX) {
     write<"('0','ERROR: number of elements (',I2,') > NEMAX (',I2,')')">(MSGFIL, NE, NEMAX);
-    std::string symbols;
-    for (const TableElement& element : present) symbols.append(" ").append(trimmed(element.SATOM));
-    MSGFIL.findings.error(species.listed.front(),
-                          message("the species of this list are made of ", NE, " elements"),
-                          message("at most ", NEMAX, " elements may occur; these do:", symbols));
+    if (species.listed.front()) report_elements(present, species.listed.front(), MSGFIL.findings);
     return false;
   }
   elements.NE = NE;
@@ -67,14 +70,14 @@ bool count_atoms(const SpeciesView& species, std::size_t i, Elements& elements, 
     const ElementSymbol& symbol = fields.ELSYM[j];
     if (is_empty_field(symbol)) continue;
     const auto found = std::find_if(symbols.begin(), symbols.end(), [&](const ElementSymbol& element) {
-      return EQUSYM(2, element.view(), symbol.view());
+      return same_word(element.view(), symbol.view());
     });
     if (found == symbols.end()) {
       write<"('0','ERROR: element ',A2,' not found in elements list')">(MSGFIL, symbol);
       Place field = species.fit[i].entry;
       field.column = 25 + 5 * static_cast<int>(j);
       field.width = 2;
-      const Place& place = field.unit != nullptr ? field : species.listed[i];
+      const Place& place = field ? field : species.listed[i];
       MSGFIL.findings.error(
           place, message("'", symbol, "' is not an element that is known here"),
           "columns 25-44 hold up to four elements, a symbol (2 columns) and a count (3 columns) each");
@@ -96,7 +99,7 @@ double molar_mass(std::size_t i, Elements& elements) {
 }
 
 void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& findings) {
-  if (species.fit[i].entry.unit == nullptr) return;  // it has no entry at all, which was reported
+  if (!species.fit[i].entry || !species.listed[i]) return;  // what is wrong with it was reported
   findings.warning(locate(species.listed[i], species.SYMB[i].view()),
                    message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
                    "its database entry gives elements in columns 25-44");
@@ -105,9 +108,9 @@ void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& fi
 }  // namespace
 
 double element_mass(std::string_view symbol) {
-  const auto* const found = std::find_if(
-      element_table.begin(), element_table.end(),
-      [&](const TableElement& element) { return symbol.size() <= 2 && EQUSYM(2, element.SATOM, symbol); });
+  const auto* const found =
+      std::find_if(element_table.begin(), element_table.end(),
+                   [&](const TableElement& element) { return same_word(element.SATOM, symbol); });
   return found == element_table.end() ? 0.0 : found->XATOM;
 }
 
@@ -115,7 +118,7 @@ bool is_empty_field(const ElementSymbol& symbol) {
   return symbol.blank() || symbol.view() == "0 " || symbol.view() == "00";
 }
 
-bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL) {
+bool ELECOM(const SpeciesPlaces& species, Elements& elements, Listing& MSGFIL) {
   if (!find_elements(species, elements, MSGFIL)) return false;
   for (std::size_t i = 0; i < species.SYMB.size(); ++i) {
     if (!count_atoms(species, i, elements, MSGFIL)) return false;

@@ -29,7 +29,7 @@ bool is_empty_field(const ElementSymbol& symbol);
 //
 // False, after its message, with more than NEMAX elements or a symbol that the built-in table lacks; species
 // after that one are left as they were.
-[[nodiscard]] bool ELECOM(const SpeciesView& species, Elements& elements, Listing& MSGFIL);
+[[nodiscard]] bool ELECOM(const SpeciesPlaces& species, Elements& elements, Listing& MSGFIL);
 
 // Writes the molar data block of a phase to the store file: counts, names, molar masses, elements, mass
 // fractions (species by species); only the two counts when the phase has no species.

@@ -7,6 +7,7 @@
 
 #include "files/limits.h"
 #include "textio/findings/findings.h"
+#include "textio/record/numbered.h"
 #include "textio/record/text.h"
 
 namespace varpre {
@@ -14,12 +15,14 @@ namespace varpre {
 // Gas constant, J/(mol K).
 inline constexpr double gas_constant = 8.3143;
 
+using ThermoCoefficients = std::array<double, 7>;
+
 // Polynomial fit of one species over two temperature ranges. The coefficients a1..a7 of a range are
 // multiplied by the gas constant: cp = a1 + a2 T + a3 T^2 + a4 T^3 + a5 T^4 in J/(mol K), a6 and a7 the
 // constants of enthalpy (J/mol) and entropy (J/(mol K)).
 struct ThermoFit {
-  std::array<double, 7> HCPL{};  // below the switch temperature
-  std::array<double, 7> HCPH{};  // from the switch temperature on
+  ThermoCoefficients HCPL{};     // below the switch temperature
+  ThermoCoefficients HCPH{};     // from the switch temperature on
   std::array<double, 3> TLIM{};  // lower limit, switch temperature, upper limit of reliability, K
   Place entry;                   // its database entry
 };
@@ -32,14 +35,30 @@ struct ElementFields {
 
 // A stretch of the species arrays: the species of one phase, or of several that follow each other.
 struct SpeciesView {
-  std::span<SpeciesName> SYMB;
-  std::span<int> IFLAG;  // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
-  std::span<ThermoFit> fit;
-  std::span<ElementFields> elements;
-  std::span<double> XMOL;   // molar mass, kg/mol
-  std::span<Place> listed;  // record of the species list that holds the name
+  std::span<const SpeciesName> SYMB;
+  std::span<const int> IFLAG;  // flag written after the name: 0 none, 1 "*", 2 "+", 3 ">"
+  std::span<const ThermoFit> fit;
+  std::span<const ElementFields> elements;
+  std::span<const double> XMOL;   // molar mass, kg/mol
+  std::span<const Place> listed;  // record of the species list that holds the name; none for what only stands
+                                  // in the list because its END is missing, which was reported
 
   int size() const { return static_cast<int>(SYMB.size()); }
+};
+
+// The same to be filled.
+struct SpeciesPlaces {
+  std::span<SpeciesName> SYMB;
+  std::span<int> IFLAG;
+  std::span<ThermoFit> fit;
+  std::span<ElementFields> elements;
+  std::span<double> XMOL;
+  std::span<Place> listed;
+
+  int size() const { return static_cast<int>(SYMB.size()); }
+  operator SpeciesView() const {
+    return {SYMB, IFLAG, fit, elements, XMOL, listed};
+  }  // NOLINT(google-explicit-constructor)
 };
 
 // All species of a run: the gas species, the surface species after them, the particle species after those.
@@ -52,10 +71,12 @@ struct Species {
   std::array<Place, NSMAX> listed{};
 
   // The species first+1 .. first+count.
-  SpeciesView view(int first, int count) {
-    const auto part = [&](auto& array) {
-      return std::span(array).subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
-    };
+  SpeciesPlaces places(int first, int count) {
+    const auto part = [&](auto& array) { return behind(array, first, count); };
+    return {part(SYMB), part(IFLAG), part(fit), part(elements), part(XMOL), part(listed)};
+  }
+  SpeciesView view(int first, int count) const {
+    const auto part = [&](const auto& array) { return behind(array, first, count); };
     return {part(SYMB), part(IFLAG), part(fit), part(elements), part(XMOL), part(listed)};
   }
 };

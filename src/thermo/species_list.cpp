@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "files/section_findings.h"
+#include "files/words.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/numbered.h"
@@ -52,7 +53,7 @@ void report_equal_names(const Section& section, std::string_view written, int nu
   const SpeciesName& name = at(species.SYMB, number);
   const auto before = first(species.SYMB, number - 1);
   const auto equal = std::find_if(before.begin(), before.end(), [&](const SpeciesName& earlier) {
-    return EQUSYM(static_cast<int>(name.chars.size()), earlier.view(), name.view());
+    return same_word(earlier.view(), name.view());
   });
   if (equal == before.end()) return;
   const Place& earlier_place = species.listed.begin()[equal - before.begin()];
@@ -67,7 +68,7 @@ void report_equal_names(const Section& section, std::string_view written, int nu
 
 }  // namespace
 
-SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesView& species) {
+SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesPlaces& species) {
   if (!find_section(section, NFICON)) {
     warn_absent(MSGFIL);
     return {.absent = true, .heading = false};
@@ -83,12 +84,12 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
       report_not_closed(section, heading, MSGFIL.findings);
       return {.NS = NS, .absent = true};
     }
-    if (EQUSYM(3, line.view(), "END")) break;
+    if (begins_with(line.view(), words::end)) break;
     const Place record = here(NFICON);
     // What stands from the heading of another section on is no species, and needs no finding of its own.
     not_closed =
         not_closed || report_heading_inside(section, heading, NFICON, MSGFIL.findings, severity(section));
-    GETNAM(line.chars, limits, flag_characters, names, MSGFIL, record);
+    GETNAM(line.chars, limits, flag_characters, names, MSGFIL, &record);
     if (names.NSYM() == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));
       if (!not_closed) MSGFIL.findings.warning(record, "blank line inside a species list");

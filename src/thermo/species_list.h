@@ -24,6 +24,6 @@ struct SpeciesList {
 // Fails, with its message in the listing, by `absent`: no heading, end of file before END, more names than
 // `species` has places. Stops the run (RunStop) at a name longer than 50 characters, more than three
 // delimiter characters in a row, or a line that begins with a flag character.
-SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesView& species);
+SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesPlaces& species);
 
 }  // namespace varpre

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "files/store_records.h"
-#include "math/elementary.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"
+#include "thermo/thermo_functions.h"
 
 namespace varpre {
 namespace {
@@ -19,18 +19,17 @@ struct Entry {
   Text<16> name;
   ElementFields elements;
   std::array<double, 3> limits{};  // TLOW, THIGH, TCOMMON, K
-  std::array<double, 7> upper{};
-  std::array<double, 7> lower{};
+  ThermoCoefficients upper{};
+  ThermoCoefficients lower{};
 };
 
 ReadResult read_entry(Input& NFITHE, Entry& entry) {
-  return read<"(A16,8X,4(A2,I3),2X,2E10.0,E8.0/,5E15.8,/,5E15.8,/,4E15.8)">(
-      NFITHE, entry.name, zip(entry.elements.ELSYM, entry.elements.ELCNT), entry.limits, entry.upper,
-      entry.lower);
+  return read<thermo_entry>(NFITHE, entry.name, zip(entry.elements.ELSYM, entry.elements.ELCNT), entry.limits,
+                            entry.upper, entry.lower);
 }
 
-std::array<double, 7> scaled(const std::array<double, 7>& coefficients) {
-  std::array<double, 7> result{};
+ThermoCoefficients scaled(const ThermoCoefficients& coefficients) {
+  ThermoCoefficients result{};
   for (std::size_t k = 0; k < result.size(); ++k) result[k] = gas_constant * coefficients[k];
   return result;
 }
@@ -44,7 +43,7 @@ ThermoFit fit_of(const Entry& entry, const Place& place) {
 }
 
 // Sign character and value of the six coefficients of an enthalpy polynomial. The values keep their own sign.
-auto signed_terms(const std::array<double, 7>& coefficients) {
+auto signed_terms(const ThermoCoefficients& coefficients) {
   std::array<Text<1>, 6> signs;
   std::array<double, 6> values{};
   for (std::size_t k = 0; k < values.size(); ++k) {
@@ -65,33 +64,16 @@ void print_fit(const SpeciesName& name, const ThermoFit& fit, Listing& MSGFIL) {
       "'  K   FOR T>1000 K')">(MSGFIL, name, zip(low_signs, low), zip(high_signs, high));
 }
 
-// Enthalpy at 298.15 K, J/mol: the enthalpy of formation, in the convention of the databases.
-double formation_enthalpy(const ThermoFit& fit) {
-  constexpr double T = 298.15;
-  const auto& [a1, a2, a3, a4, a5, a6, a7] = fit.HCPL;
-  return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
-}
-
 void warn_of_unusual_enthalpy(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
   constexpr double usual = 2000.0;  // kJ/mol
-  const double h = formation_enthalpy(fit) / 1000;
+  // At 298.15 K it is the enthalpy of formation, in the convention of the databases.
+  const double h = enthalpy(fit.HCPL, 298.15) / 1000;
   if (std::abs(h) <= usual) return;
   findings.warning(
       fit.entry,
       message("the enthalpy of formation of ", name, " comes out as ", h,
               " kJ/mol, which can hardly be meant"),
       "-2000 to 2000 kJ/mol is usual; look at a6 of the lower range, columns 31-45 of the fourth line");
-}
-
-// The name of a numeric field of an entry, by its number in the read statement.
-std::string field_name(int number) {
-  if (number < 10) return message("the atom count of element ", (number - 1) / 2);
-  if (number < 13) return std::array{"TLOW", "THIGH", "TCOMMON"}[static_cast<std::size_t>(number - 10)];
-  return message("a", (number - 13) % 7 + 1, number < 20 ? " of the upper range" : " of the lower range");
-}
-
-double heat_capacity(const std::array<double, 7>& a, double T) {
-  return (((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0];
 }
 
 // Whether the limits of a fit are in order; warns when they are not.
@@ -110,13 +92,11 @@ bool limits_in_order(const SpeciesName& name, const ThermoFit& fit, Findings& fi
 bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
   constexpr double R = gas_constant;
   const double T = fit.TLIM[1];
-  std::array<double, 7> d{};  // difference of the two polynomials
+  ThermoCoefficients d{};  // difference of the two polynomials
   for (std::size_t k = 0; k < d.size(); ++k) d[k] = fit.HCPH[k] - fit.HCPL[k];
   const double cp = heat_capacity(d, T) / heat_capacity(fit.HCPL, T);
-  const double h =
-      (((((d[4] / 5 * T + d[3] / 4) * T + d[2] / 3) * T + d[1] / 2) * T + d[0]) * T + d[5]) / (R * T);
-  const double s =
-      (T * (((0.25 * d[4] * T + d[3] / 3) * T + 0.5 * d[2]) * T + d[1]) + math::log(T) * d[0] + d[6]) / R;
+  const double h = enthalpy(d, T) / (R * T);
+  const double s = entropy(d, T) / R;
   std::string jumps;
   const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
     if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);
@@ -133,11 +113,11 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
 
 // How far the heat capacity goes up and down from 300 K on, J/(mol K), with these coefficients below and
 // above a switch temperature.
-double ups_and_downs(const std::array<double, 7>& below, const std::array<double, 7>& above, double switch_T,
+double ups_and_downs(const ThermoCoefficients& below, const ThermoCoefficients& above, double switch_T,
                      double upper_T) {
   constexpr int steps = 6;  // of each range
   double sum = 0;
-  const auto add = [&](const std::array<double, 7>& a, double from, double to) {
+  const auto add = [&](const ThermoCoefficients& a, double from, double to) {
     const double step = (to - from) / steps;
     for (int k = 0; k < steps; ++k) {
       sum += std::abs(heat_capacity(a, from + (k + 1) * step) - heat_capacity(a, from + k * step));
@@ -171,9 +151,9 @@ void warn_of_exchanged_ranges(const SpeciesName& name, const ThermoFit& fit, Fin
 // false, without a finding, where there is none.
 bool report_foreign_heading(const DatabaseSearch& search, const Input& NFITHE, bool lacking,
                             Findings& findings) {
-  if (search.read_all || !EQUSYM(5, search.unreadable_name.view(), "THERM")) return false;
+  if (search.read_all || !begins_with(search.unreadable_name.view(), "THERM")) return false;
   int record = search.unreadable.unreadable.record;
-  while (record > 1 && !EQUSYM(5, NFITHE.origin(record).text, "THERM")) --record;
+  while (record > 1 && !begins_with(NFITHE.origin(record).text, "THERM")) --record;
   const std::string_view heading = trimmed(NFITHE.origin(record).text);
   findings.report(
       lacking ? Findings::Severity::error : Findings::Severity::warning,
@@ -186,8 +166,7 @@ bool report_foreign_heading(const DatabaseSearch& search, const Input& NFITHE, b
 
 }  // namespace
 
-bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print) {
-  constexpr DatabaseLayout layout{16, field_name};
+bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool print) {
   Entry entry;
   const auto read_next = [&](SpeciesName& name) {
     const ReadResult result = read_entry(NFITHE, entry);
@@ -204,20 +183,20 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool pri
     warn_of_unusual_enthalpy(name, species.fit[i], MSGFIL.findings);
   };
   const DatabaseSearch search =
-      search_database(species.SYMB, NFITHE, layout, MSGFIL.findings, read_next, take);
+      search_database(species.SYMB, NFITHE, thermo_layout, MSGFIL.findings, read_next, take);
   if (!search.read_all) {
     write<"(10X,'I/O ERROR. CHECK FORMAT OF THE \"',A8,'\" BLOCK IN      THERMOCHEMICAL DATABASE!')">(
         MSGFIL, search.unreadable_name);
   }
   bool LOK = true;
   for (std::size_t i = 0; i < search.found.size(); ++i) {
-    if (search.found[i].unit != nullptr) continue;
+    if (search.found[i]) continue;
     write<"(1H1,5X,'ERROR - Species ',A8,' not found in ', 'thermochemical database')">(MSGFIL,
                                                                                         species.SYMB[i]);
     LOK = false;
   }
   if (!report_foreign_heading(search, NFITHE, !LOK, MSGFIL.findings)) {
-    report_unreadable_entry(search, NFITHE, layout, !LOK, MSGFIL.findings);
+    report_unreadable_entry(search, NFITHE, thermo_layout, !LOK, MSGFIL.findings);
   }
   report_absent_entries(search, species, NFITHE, MSGFIL.findings);
   if (print) {
@@ -230,7 +209,7 @@ void PRTHD(const SpeciesView& species, StoreFile& NFISTO) {
   for (int i = 1; i <= species.size(); ++i) {
     const ThermoFit& fit = at(species.fit, i);
     const double XMOL = at(species.XMOL, i);
-    const auto per_mass = [&](std::array<double, 7> coefficients) {
+    const auto per_mass = [&](ThermoCoefficients coefficients) {
       for (double& a : coefficients) a = XMOL == 0 ? 0.0 : a / XMOL;
       return coefficients;
     };

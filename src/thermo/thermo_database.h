@@ -16,7 +16,7 @@ namespace varpre {
 //
 // False, after one message each, when a species has no entry. An entry that cannot be read is reported and
 // ends the reading there.
-[[nodiscard]] bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesView& species, bool print);
+[[nodiscard]] bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool print);
 
 // Writes the " HL,HH(" group of each species, three records: the two coefficient sets divided by the molar
 // mass, per kg, and the temperature limits. A species without molar mass gets coefficients 0.

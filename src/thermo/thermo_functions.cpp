@@ -8,27 +8,26 @@
 #include "textio/record/numbered.h"
 
 namespace varpre {
-namespace {
 
-using Coefficients = std::array<double, 7>;
-
-double enthalpy(const Coefficients& a, double T) {
+double enthalpy(const ThermoCoefficients& a, double T) {
   const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
   return ((((a5 / 5 * T + a4 / 4) * T + a3 / 3) * T + a2 / 2) * T + a1) * T + a6;
 }
 
-double entropy(const Coefficients& a, double T) {
+double entropy(const ThermoCoefficients& a, double T) {
   const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
   return T * (((0.25 * a5 * T + a4 / 3) * T + 0.5 * a3) * T + a2) + math::log(T) * a1 + a7;
 }
 
-double heat_capacity(const Coefficients& a, double T) {
+double heat_capacity(const ThermoCoefficients& a, double T) {
   const auto& [a1, a2, a3, a4, a5, a6, a7] = a;
   return (((a5 * T + a4) * T + a3) * T + a2) * T + a1;
 }
 
+namespace {
+
 // Coefficients of the range that T lies in; a temperature above that range is listed.
-const Coefficients& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
+const ThermoCoefficients& range_at(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
   const ThermoFit& fit = at(fits, I);
   if (T < fit.TLIM[1]) return fit.HCPL;
   if (T > fit.TLIM[2]) {
@@ -40,7 +39,7 @@ const Coefficients& range_at(int I, double T, std::span<const ThermoFit> fits, L
 }
 
 // The same, with a finding.
-const Coefficients& range_for(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
+const ThermoCoefficients& range_for(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
   const ThermoFit& fit = at(fits, I);
   if (T >= fit.TLIM[1] && T > fit.TLIM[2]) {
     MSGFIL.findings.warning(

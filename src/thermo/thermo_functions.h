@@ -7,8 +7,14 @@
 
 namespace varpre {
 
+// Molar enthalpy [J/mol], entropy [J/(mol K)] and heat capacity at constant pressure [J/(mol K)] that the
+// coefficients a1..a7 of one range give at temperature T [K], by nested multiplication.
+double enthalpy(const ThermoCoefficients& a, double T);
+double entropy(const ThermoCoefficients& a, double T);
+double heat_capacity(const ThermoCoefficients& a, double T);
+
 // Molar enthalpy [J/mol], entropy [J/(mol K)] and heat capacity at constant pressure [J/(mol K)] of species I
-// (from 1) at temperature T [K], by nested multiplication of its polynomial fit. Below the switch temperature
+// (from 1) at temperature T [K] by its polynomial fit. Below the switch temperature
 // the lower range serves, from it on the upper one; above the upper limit of reliability a warning goes to
 // the listing.
 double CALHI(int I, double T, std::span<const ThermoFit> fit, Listing& MSGFIL);

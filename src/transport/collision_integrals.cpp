@@ -46,7 +46,7 @@ double high_temperature(CollisionIntegral IOM, double TSTAR) {
 }
 
 const CollisionTable& table_of(CollisionIntegral IOM) {
-  return IOM == CollisionIntegral::diffusion ? O : P;
+  return IOM == CollisionIntegral::diffusion ? omega_11 : omega_22;
 }
 
 // A column of the table as straight lines from row to row: line i is Y[i] + rise[i] (X - row[i]) / step[i].
@@ -76,8 +76,8 @@ constexpr auto steps = [] {
   for (std::size_t i = 0; i + 1 < step.size(); ++i) step[i] = rows[i + 1] - rows[i];
   return step;
 }();
-constexpr Lines nonpolar_diffusion = nonpolar_lines(O);
-constexpr Lines nonpolar_viscosity = nonpolar_lines(P);
+constexpr Lines nonpolar_diffusion = nonpolar_lines(omega_11);
+constexpr Lines nonpolar_viscosity = nonpolar_lines(omega_22);
 
 // The column between those of the table that belongs to a reduced dipole moment, from a row on to another.
 Lines polar_lines(const CollisionTable& table, double DSTAR, std::size_t first, std::size_t last) {

@@ -21,7 +21,7 @@ inline constexpr std::array<float, temperature_rows> TSTERN{
 inline constexpr std::array<float, dipole_columns> DELTA{0.0F, 0.25F, 0.5F, 0.75F, 1.0F, 1.5F, 2.0F, 2.5F};
 
 // Diffusion: Omega(1,1)*.
-inline constexpr CollisionTable O{{
+inline constexpr CollisionTable omega_11{{
     {4.008F, 4.002F, 4.655F, 5.52F, 6.454F, 8.214F, 9.824F, 11.31F},
     {3.13F, 3.164F, 3.355F, 3.721F, 4.198F, 5.23F, 6.225F, 7.16F},
     {2.649F, 2.657F, 2.77F, 3.002F, 3.319F, 4.054F, 4.785F, 5.483F},
@@ -62,7 +62,7 @@ inline constexpr CollisionTable O{{
 }};
 
 // Viscosity and heat conductivity: Omega(2,2)*.
-inline constexpr CollisionTable P{{
+inline constexpr CollisionTable omega_22{{
     {4.1F, 4.266F, 4.833F, 5.742F, 6.729F, 8.624F, 10.34F, 11.89F},
     {3.263F, 3.305F, 3.516F, 3.914F, 4.433F, 5.57F, 6.637F, 7.618F},
     {2.84F, 2.836F, 2.936F, 3.168F, 3.511F, 4.329F, 5.126F, 5.874F},

@@ -12,11 +12,7 @@ namespace {
 
 ReadResult read_molecule(Input& NFIMOL, SpeciesName& name, Molecule& molecule) {
   auto& [IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3, record] = molecule;
-  return read<"(A8,I2,6F10.3)">(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
-}
-
-std::string field_name(int number) {
-  return name_of(static_cast<MoleculeField>(number - 1));
+  return read<molecule_entry>(NFIMOL, name, IGEOM, XMDB, EPS, SIGMA, DI1, DI2, DI3);
 }
 
 std::string_view geometry_word(int IGEOM) {
@@ -32,11 +28,11 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
 
 // A record that is laid out for another program is told as a whole, any other by its field.
 void report_unreadable_record(const DatabaseSearch& search, std::string_view line, const Input& NFIMOL,
-                              const DatabaseLayout& layout, Listing& MSGFIL) {
+                              Listing& MSGFIL) {
   write<"(1X,5X,'ERROR - UNREADABLE RECORD',I6,' IN SPECIES DATABASE')">(MSGFIL, NFIMOL.record_number());
   const std::string fault = foreign_layout(line);
   if (fault.empty()) {
-    report_unreadable_entry(search, NFIMOL, layout, true, MSGFIL.findings);
+    report_unreadable_entry(search, NFIMOL, molecule_layout, true, MSGFIL.findings);
     return;
   }
   const auto [number, record, column, width] = search.unreadable.unreadable;
@@ -48,7 +44,6 @@ void report_unreadable_record(const DatabaseSearch& search, std::string_view lin
 
 bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<Molecule>& molecules,
             bool print) {
-  constexpr DatabaseLayout layout{8, field_name};
   molecules.assign(gas.SYMB.size(), {});
   Molecule molecule;
   std::string_view line;
@@ -69,11 +64,12 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
       warn_of_layout(MSGFIL.findings, record, line, fault);
     }
   };
-  const DatabaseSearch search = search_database(gas.SYMB, NFIMOL, layout, MSGFIL.findings, read_next, take);
+  const DatabaseSearch search =
+      search_database(gas.SYMB, NFIMOL, molecule_layout, MSGFIL.findings, read_next, take);
   bool LOK = search.read_all;
-  if (!LOK) report_unreadable_record(search, line, NFIMOL, layout, MSGFIL);
+  if (!LOK) report_unreadable_record(search, line, NFIMOL, MSGFIL);
   for (std::size_t i = 0; i < molecules.size(); ++i) {
-    if (search.found[i].unit != nullptr) continue;
+    if (search.found[i]) continue;
     write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, gas.SYMB[i]);
     LOK = false;
   }

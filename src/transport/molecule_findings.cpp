@@ -5,59 +5,30 @@
 #include <cmath>
 
 #include "textio/names/scanning.h"
+#include "textio/names/words.h"
 #include "textio/record/number_format.h"
 #include "thermo/elements.h"
 
 namespace varpre {
 namespace {
 
-struct Columns {
-  std::string_view name;
-  int first, last;
-
-  std::string_view of(std::string_view line) const { return columns(line, first, last - first + 1); }
-};
-constexpr std::array<Columns, 8> layout{{{"name", 1, 8},
-                                         {"geometry index", 9, 10},
-                                         {"molar mass", 11, 20},
-                                         {"well depth", 21, 30},
-                                         {"diameter", 31, 40},
-                                         {"dipole moment", 41, 50},
-                                         {"polarizability", 51, 60},
-                                         {"rotational collision number", 61, 70}}};
+constexpr auto layout = [] {
+  std::array<FieldColumns, molecule_fields.size()> fields;
+  for (std::size_t k = 0; k < fields.size(); ++k) fields[k] = columns_of(static_cast<MoleculeField>(k));
+  return fields;
+}();
 constexpr std::size_t geometry = 1;    // its place in the layout
 constexpr std::size_t last_field = 7;  // that of the last field; behind it everything is a comment
-constexpr std::size_t name_columns = 8;
+constexpr int name_columns = layout[0].last();
 
-// The field that a character of the line belongs to, counted from 0; one behind the last for a comment.
-std::size_t field_at(std::size_t i) {
-  if (i < name_columns) return 0;
-  return i < 10 ? geometry : std::min(i / 10 + 1, last_field + 1);
+std::string_view text_of(std::string_view line, const FieldColumns& field) {
+  return columns(line, field.first, field.width);
 }
 
-const Columns& columns_of(MoleculeField field) {
-  return layout[static_cast<std::size_t>(field)];
-}
-
-// A stretch of a line between blanks and tabs, counted from 0.
-struct Word {
-  std::size_t begin = 0;
-  std::size_t end = 0;
-
-  std::string_view of(std::string_view line) const { return line.substr(begin, end - begin); }
-};
-
-bool is_blank(char c) {
-  return c == ' ' || c == '\t';
-}
-
-// Goes on to the next word.
-bool advance(std::string_view line, Word& word) {
-  word.begin = word.end;
-  while (word.begin < line.size() && is_blank(line[word.begin])) ++word.begin;
-  word.end = word.begin;
-  while (word.end < line.size() && !is_blank(line[word.end])) ++word.end;
-  return word.begin < word.end;
+// The field that a column of the line belongs to, counted from 0; one behind the last for a comment.
+std::size_t field_at(int column) {
+  const auto* const field = std::ranges::find_if(layout, [&](const auto& f) { return column <= f.last(); });
+  return static_cast<std::size_t>(field - layout.begin());
 }
 
 bool is_number(std::string_view text) {
@@ -67,11 +38,11 @@ bool is_number(std::string_view text) {
 // Whether each field behind the name holds one word at most, the first and the last one, and no word is cut.
 bool in_columns(std::string_view line) {
   std::size_t last = 0;
-  for (Word word{name_columns, name_columns}; advance(line, word);) {
-    const std::size_t field = field_at(word.begin);
+  for (Word word = next_word(line, name_columns + 1); word.column > 0; word = next_word(line, word)) {
+    const std::size_t field = field_at(word.column);
     if (field > last_field) return last == last_field;
     const bool in_order = last == 0 ? field == geometry : field > last;
-    if (!in_order || field_at(word.end - 1) != field) return false;
+    if (!in_order || field_at(word.last()) != field) return false;
     last = field;
   }
   return last == last_field;
@@ -80,34 +51,38 @@ bool in_columns(std::string_view line) {
 // By how many columns all values, from the geometry index on, stand to the right of theirs; 0 when that is
 // not what is wrong.
 int shift_of(std::string_view line, const Word& index) {
-  const std::string moved = std::string(name_columns + 1, ' ').append(line.substr(index.begin));
-  return in_columns(moved) ? static_cast<int>(index.begin) - static_cast<int>(name_columns + 1) : 0;
+  constexpr int place = name_columns + 2;
+  const std::string moved =
+      message(std::string(place - 1, ' '), line.substr(static_cast<std::size_t>(index.column) - 1));
+  return in_columns(moved) ? index.column - place : 0;
 }
 
 // Tells which value stands beside its columns; empty when each that is read is whole.
 std::string beside_columns(std::string_view line) {
   std::size_t last = 0;
-  for (Word word{name_columns, name_columns}; advance(line, word);) {
-    const std::string_view text = word.of(line);
-    const std::size_t field = field_at(word.begin);
-    const Columns& columns = layout[std::min(field, last_field)];
+  for (Word word = next_word(line, name_columns + 1); word.column > 0; word = next_word(line, word)) {
+    const std::string_view text = word.text;
+    const std::size_t field = field_at(word.column);
+    const FieldColumns& columns = layout[std::min(field, last_field)];
+    const std::string_view name = molecule_fields[std::min(field, last_field)];
     if (field > last_field) {
       if (last >= last_field || !is_number(text)) break;
-      return message("'", text, "' stands behind the ", columns.name, ", which is read as 0");
+      return message("'", text, "' stands behind the ", name, ", which is read as 0");
     }
     if (field == last) {
-      const std::string_view both = columns.of(line);
-      return message("the ", columns.name, " is read from '",
-                     trimmed(both).substr(both.find_first_not_of(' ')), "' as one number");
+      const std::string_view both = text_of(line, columns);
+      return message("the ", name, " is read from '", trimmed(both).substr(both.find_first_not_of(' ')),
+                     "' as one number");
     }
-    last = field_at(word.end - 1);
+    last = field_at(word.last());
     if (last != field && is_number(text)) {
-      return message("'", text, "' is cut behind column ", columns.last, ", the last of the ", columns.name);
+      return message("'", text, "' is cut behind column ", columns.last(), ", the last of the ", name);
     }
   }
   // Atoms have nothing to say in the last columns.
-  const bool complete = last >= last_field || layout[geometry].of(line).find('0') != std::string_view::npos;
-  return complete ? "" : message("it ends before the ", layout[last + 1].name, ", which is read as 0");
+  const bool complete =
+      last >= last_field || text_of(line, layout[geometry]).find('0') != std::string_view::npos;
+  return complete ? "" : message("it ends before the ", molecule_fields[last + 1], ", which is read as 0");
 }
 
 // What a species consists of, from the element fields of its thermochemical entry.
@@ -123,7 +98,7 @@ Atoms atoms_of(const ElementFields& fields) {
     if (is_empty_field(fields.ELSYM[k]) || fields.ELCNT[k] == 0) continue;
     atoms.count += fields.ELCNT[k];
     ++atoms.elements;
-    if (EQUSYM(2, fields.ELSYM[k].view(), "YY")) atoms.real = false;
+    if (same_word(fields.ELSYM[k].view(), "YY")) atoms.real = false;
   }
   return atoms;
 }
@@ -149,44 +124,37 @@ constexpr std::array<UsualValue, 4> usual_values{
 
 }  // namespace
 
-std::string name_of(MoleculeField field) {
-  return message("the ", columns_of(field).name);
-}
-
 Place place_of(const Molecule& molecule, MoleculeField field) {
-  const auto& [name, first, last] = columns_of(field);
-  return {.unit = molecule.record.unit,
-          .record = molecule.record.record,
-          .column = first,
-          .width = last - first + 1};
+  const auto [first, width] = columns_of(field);
+  return {.unit = molecule.record.unit, .record = molecule.record.record, .column = first, .width = width};
 }
 
 std::string molecule_columns() {
   std::string text = "columns";
-  for (const auto& [name, first, last] : layout) {
-    text += message(first == 1 ? " " : ", ", first, "-", last, " ", name);
+  for (std::size_t k = 0; k < layout.size(); ++k) {
+    text += message(k == 0 ? " " : ", ", layout[k].first, "-", layout[k].last(), " ", molecule_fields[k]);
   }
   return text;
 }
 
 std::string foreign_layout(std::string_view line) {
-  Word word;
-  if (!advance(line, word)) return {};
-  const std::string_view first = word.of(line);
+  Word word = next_word(line);
+  const std::string_view first = word.text;
+  if (first.empty()) return {};
   if (first.starts_with('!') || first.starts_with('#') || first.starts_with("**") ||
       first.starts_with("--")) {
     return "it is a comment, and this file has none";
   }
   if (first == "-" || first.ends_with(':')) return "it is YAML";
   if (std::count(line.begin(), line.end(), ',') > 5) return "commas stand between its values";
-  if (line.find_first_of("0123456789", word.end) == std::string_view::npos) return "it holds no number";
+  if (line.find_first_of("0123456789", static_cast<std::size_t>(word.last())) == std::string_view::npos)
+    return "it holds no number";
 
-  Word index = word;
-  if (!advance(line, index) || (index.of(line) != "0" && index.of(line) != "1" && index.of(line) != "2")) {
-    return {};
-  }
+  const Word index = next_word(line, word);
+  if (index.text != "0" && index.text != "1" && index.text != "2") return {};
   int values = 0;
-  for (word = index; advance(line, word) && is_number(word.of(line));) ++values;
+  for (word = next_word(line, index); word.column > 0 && is_number(word.text); word = next_word(line, word))
+    ++values;
   if (values < 5) return {};
   if (line.find('\t') != std::string_view::npos) return "tabs stand between its values";
   if (values == 5) return "its values stand in free columns, without a molar mass";
@@ -197,14 +165,14 @@ std::string foreign_layout(std::string_view line) {
 
 std::string layout_fault(std::string_view line) {
   if (in_columns(line)) return {};
-  const bool begins_right = !trimmed(layout[geometry].of(line)).empty();
+  const bool begins_right = !trimmed(text_of(line, layout[geometry])).empty();
   const std::string foreign = begins_right ? "" : foreign_layout(line);
   return foreign.empty() ? beside_columns(line) : foreign;
 }
 
 void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault) {
   Place values = record;
-  values.column = static_cast<int>(name_columns) + 1;
+  values.column = name_columns + 1;
   values.width = std::max(static_cast<int>(line.size()) - values.column + 1, 1);
   findings.warning(values, message("this record is misread: ", fault), molecule_columns());
 }
@@ -234,7 +202,7 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
     const double x = molecule.*value;
     if (x == 0 || (x >= least && x <= most)) continue;
     findings.warning(place_of(molecule, field),
-                     message(name_of(field), " of species '", name, "' is ", x, unit),
+                     message(molecule_field(field), " of species '", name, "' is ", x, unit),
                      message("molecules have ", least, " to ", most, unit,
                              field == MoleculeField::diameter ? "" : ", or 0"));
   }

@@ -4,27 +4,13 @@
 #include <string>
 #include <string_view>
 
+#include "files/databases.h"
 #include "textio/findings/findings.h"
 #include "thermo/species.h"
 #include "transport/molecular_database.h"
 
 // What an expert would notice about the records of the molecular database beyond the rules of the listing.
 namespace varpre {
-
-// The fields of a record, in their order.
-enum class MoleculeField {
-  name,
-  geometry,
-  molar_mass,
-  well_depth,
-  diameter,
-  dipole_moment,
-  polarizability,
-  collision_number
-};
-
-// What messages call a field: "the well depth".
-std::string name_of(MoleculeField field);
 
 // Where a field of the record of a molecule stands.
 Place place_of(const Molecule& molecule, MoleculeField field);

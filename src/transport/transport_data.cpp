@@ -34,11 +34,12 @@ bool has_molar_masses(const SpeciesView& gas, Listing& MSGFIL) {
   for (std::size_t i = 0; i < gas.SYMB.size(); ++i) {
     if (gas.XMOL[i] > 0) continue;
     write<"(' ',5X,'ERROR - Species ',A8,' has no molar mass')">(MSGFIL, gas.SYMB[i]);
+    LOK = false;
+    if (!gas.listed[i]) continue;
     MSGFIL.findings.error(
         locate(gas.listed[i], gas.SYMB[i].view()),
         message("the molar mass of species '", gas.SYMB[i], "' is ", gas.XMOL[i], " kg/mol"),
         "a gas species needs elements in columns 25-44 of its thermochemical entry");
-    LOK = false;
   }
   return LOK;
 }
@@ -48,10 +49,11 @@ struct TransportFits {
   std::vector<FitCoefficients> DBIN;  // pairs (1,1), (2,1), (2,2), ...
 };
 
-bool fit_transport(const SpeciesView& gas, std::span<const Molecule> molecules, const FitGrid& grid,
-                   bool print, Listing& MSGFIL, TransportFits& fits) {
-  return GENLAM(gas.SYMB, gas.fit, gas.XMOL, molecules, grid, print, MSGFIL, fits.single) &&
-         GENDIF(gas.SYMB, gas.XMOL, molecules, grid, print, MSGFIL, fits.DBIN);
+// `grams` are the molar masses in g/mol.
+bool fit_transport(const SpeciesView& gas, std::span<const double> grams, std::span<const Molecule> molecules,
+                   const FitGrid& grid, bool print, Listing& MSGFIL, TransportFits& fits) {
+  return GENLAM(gas.SYMB, gas.fit, grams, molecules, grid, print, MSGFIL, fits.single) &&
+         GENDIF(gas.SYMB, grams, molecules, grid, print, MSGFIL, fits.DBIN);
 }
 
 void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, const TransportFits& fits,
@@ -76,12 +78,11 @@ void write_block(const SpeciesView& gas, std::span<const Molecule> molecules, co
   write<store_records::dipole_moments>(NFISTO, list(column(&Molecule::DI1)));
   write<store_records::polarizabilities>(NFISTO, list(column(&Molecule::DI2)));
   write<store_records::collision_numbers>(NFISTO, list(column(&Molecule::DI3)));
-  PRTHD(gas, NFISTO);
 }
 
 // Checks the interval, fits, and writes the block; false after its messages, nothing written.
-bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::span<const Molecule> molecules,
-            bool print, Listing& MSGFIL, StoreFile& NFISTO) {
+bool GENTRA(SpeciesView gas, const TemperatureInterval& interval, TransportData& data, bool print,
+            Listing& MSGFIL, StoreFile& NFISTO) {
   const int ITB = hundreds(interval.TB + 101);
   const int ITU = hundreds(interval.TU - 1);
   if (ITB - ITU > 50) {
@@ -94,27 +95,29 @@ bool GENTRA(const SpeciesView& gas, const TemperatureInterval& interval, std::sp
   }
   if (!has_molar_masses(gas, MSGFIL)) return false;
 
-  // The way to g/mol and back stays in the molar masses: it changes their last bits.
+  std::vector<double> grams;
+  for (const double XMOL : gas.XMOL) grams.push_back(1000 * XMOL);
+  for (const double M : grams) data.XMOL.push_back(M / 1000);
   TransportFits fits;
-  for (double& XMOL : gas.XMOL) XMOL *= 1000;
-  const bool LOK = fit_transport(gas, molecules, fit_grid(ITU, ITB), print, MSGFIL, fits);
-  for (double& XMOL : gas.XMOL) XMOL /= 1000;
-  if (LOK) write_block(gas, molecules, fits, NFISTO);
-  return LOK;
+  if (!fit_transport(gas, grams, data.molecules, fit_grid(ITU, ITB), print, MSGFIL, fits)) return false;
+  write_block(gas, data.molecules, fits, NFISTO);
+  gas.XMOL = data.XMOL;
+  PRTHD(gas, NFISTO);
+  return true;
 }
 
 }  // namespace
 
-std::vector<Molecule> GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL,
-                             bool print, Listing& MSGFIL, StoreFile& NFISTO) {
-  std::vector<Molecule> molecules;
-  bool LOK = GENSPE(gas, NFIMOL, MSGFIL, molecules, print);
+TransportData GENSPD(const SpeciesView& gas, const TemperatureInterval& interval, Input& NFIMOL, bool print,
+                     Listing& MSGFIL, StoreFile& NFISTO) {
+  TransportData data;
+  bool LOK = GENSPE(gas, NFIMOL, MSGFIL, data.molecules, print);
   write<"(2X)">(MSGFIL);
   if (LOK) {
-    LOK = GENTRA(gas, interval, molecules, print, MSGFIL, NFISTO);
+    LOK = GENTRA(gas, interval, data, print, MSGFIL, NFISTO);
     write<"(2X)">(MSGFIL);
   }
-  if (LOK) return molecules;
+  if (LOK) return data;
   write<"(3(/,6X,15('*'),'ABNORMAL END IN GENSPD',15('*')))">(MSGFIL);
   throw RunStop{};
 }

@@ -41,7 +41,7 @@ std::string cut(Splitter splitter, std::string line, std::string_view DELCH,
                 const NameLimits& limits = roomy) {
   return outcome([&](Listing& listing) {
     NameList names;
-    splitter(line, limits, DELCH, names, listing, Place());
+    splitter(line, limits, DELCH, names, listing, nullptr);
     std::string shown;
     for (int i = 0; i < names.NSYM(); ++i) {
       const auto k = static_cast<std::size_t>(i);

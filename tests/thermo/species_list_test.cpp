@@ -15,7 +15,7 @@ std::string list_from(const std::string& text,
   species.IFLAG.fill(9);  // an earlier list stood here
   Input NFICON = input_of("a title\n" + text);
   Listing listing;
-  const SpeciesList list = GENSYM(section, NFICON, listing, species.view(0, places));
+  const SpeciesList list = GENSYM(section, NFICON, listing, species.places(0, places));
   if (list.absent) return listing.file.text;
   std::string filled;
   for (std::size_t i = 0; i < static_cast<std::size_t>(list.NS); ++i) {

@@ -40,7 +40,7 @@ TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
   add_block(NFITHE, "h2o", 60, {300, 5000, 1500});
 
   Species species;
-  const SpeciesView gas = species.view(0, 3);
+  const SpeciesPlaces gas = species.places(0, 3);
   gas.SYMB[0] = "H2O", gas.SYMB[1] = "C2H5OH-A", gas.SYMB[2] = "h2O";
   Listing listing;
   EXPECT_FALSE(GENTHE(NFITHE, listing, gas, false));
@@ -60,7 +60,7 @@ TEST(ThermoDatabase, FirstSpeciesOfANameTakesItsLastBlock) {
 struct Composition {
   explicit Composition(const std::vector<ElementFields>& list) {
     std::copy(list.begin(), list.end(), species.elements.begin());
-    LOK = ELECOM(species.view(0, static_cast<int>(list.size())), elements, listing);
+    LOK = ELECOM(species.places(0, static_cast<int>(list.size())), elements, listing);
   }
   std::string symbols() const {
     std::string all;

@@ -120,7 +120,7 @@ TEST(ConductivityFits, CorrectWaterByItsExactName) {
 // The temperatures on which a run fits this interval, "first +points"; the message when it does not.
 std::string grid_of(const TemperatureInterval& interval) {
   Species species;
-  const SpeciesView gas = species.view(0, 1);
+  const SpeciesPlaces gas = species.places(0, 1);
   gas.SYMB[0] = "AR";
   gas.XMOL[0] = 0.04;
   gas.fit[0] = thermo_fit({21}, {21}, {280, 1000, 9999});

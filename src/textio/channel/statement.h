@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "textio/channel/input.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/store_file.h"
@@ -8,13 +10,19 @@
 // The statements of the record notation on the files of a run.
 namespace varpre {
 
-// Writes one statement: whole records, at the end of the store file. A NaN or an infinity stops the run
-// (RunStop, number_not_finite); no record of that statement is written then.
+// Writes one statement: whole records, at the end of a text. A NaN or an infinity stops the run (RunStop,
+// number_not_finite); no record of that statement is written then. False when a value did not fit its field.
+template <FormatText Text, class... Items>
+bool write(std::string& text, const Items&... items) {
+  const auto written = record_detail::append_statement<Text>(text, true, items...);
+  if (written == record_detail::Written::not_finite) throw RunStop{RunStop::Ending::number_not_finite};
+  return written == record_detail::Written::whole;
+}
+
+// The same at the end of the store file.
 template <FormatText Text, class... Items>
 void write(StoreFile& store, const Items&... items) {
-  const auto written = record_detail::append_statement<Text>(store.text, true, items...);
-  if (written == record_detail::Written::not_finite) throw RunStop{RunStop::Ending::number_not_finite};
-  if (written == record_detail::Written::with_asterisks) store.has_asterisks = true;
+  if (!write<Text>(store.text, items...)) store.has_asterisks = true;
   store.pass_on();
 }
 

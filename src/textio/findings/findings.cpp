@@ -54,7 +54,12 @@ std::string marked_line(std::string_view line, const Place& place) {
   return shown + "\n" + marks + "\n";
 }
 
+Origin origin_of(const Place& place) {
+  return place ? place.unit->origin(place.record) : Origin{};
+}
+
 std::string header(const Origin& origin, int column) {
+  if (origin.file.empty()) return "varpre: ";
   return message(for_terminal(origin.file), ":", origin.line, ":", column, ": ");
 }
 
@@ -114,7 +119,7 @@ std::string look_alikes(std::string_view name, std::string_view meant) {
 }  // namespace
 
 Place locate(const Place& record, std::string_view text) {
-  if (record.unit == nullptr) return record;
+  if (!record) return record;
   const Origin origin = record.unit->origin(record.record);
   const std::string_view line = origin.text;
   text = trimmed(text);
@@ -145,7 +150,6 @@ std::size_t Findings::kind_of(const Site& site) {
 
 Findings::Entry* Findings::add(Severity severity, const Place& place, std::string_view what,
                                const Site& site) {
-  if (place.unit == nullptr) return nullptr;
   const std::size_t number = kind_of(site);
   auto& taken = kinds_[number].taken;
   if (!taken.insert(hash_of(place, what)).second) return nullptr;
@@ -161,7 +165,7 @@ std::string Findings::render() const {
   for (const Entry& entry : entries_) {
     if (!entry.shown) continue;
     const Place& place = entry.place;
-    const Origin origin = place.unit->origin(place.record);
+    const Origin origin = origin_of(place);
     all += header(origin, place.column_to_show());
     all +=
         message(entry.severity == Severity::error ? "error: " : "warning: ", for_terminal(entry.what), "\n");
@@ -184,7 +188,7 @@ std::vector<FindingReport> Findings::reports() const {
   std::vector<FindingReport> reports;
   for (const Entry& entry : entries_) {
     const Place& place = entry.place;
-    const Origin origin = place.unit->origin(place.record);
+    const Origin origin = origin_of(place);
     reports.push_back({.severity = entry.severity,
                        .file = std::string(origin.file),
                        .line = origin.line,

@@ -14,8 +14,7 @@
 // wrote.
 namespace varpre {
 
-// Columns of a record of a unit; without unit: of none. What is found at a place of none is not reported: the
-// caller has no input to show.
+// Columns of a record of a unit; without unit it is not given.
 struct Place {
   const Input* unit = nullptr;
   int record = 0;  // from 1; 0: the file as a whole
@@ -23,7 +22,7 @@ struct Place {
   int width = 1;   // how many
   int caret = 0;   // the column that matters most; 0: the first
 
-  // Whether it is one.
+  // Whether it is given.
   explicit operator bool() const { return unit != nullptr; }
   // The column to look at first.
   int column_to_show() const { return caret > 0 ? caret : column; }

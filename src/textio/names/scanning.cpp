@@ -31,13 +31,15 @@ void cut_comment(std::span<char> line) {
 }
 
 [[noreturn]] void stop_at_leading_delimiter(std::span<const char> line, std::string_view DELCH,
-                                            Listing& MSGFIL, const Place& record) {
+                                            Listing& MSGFIL, const Place* record) {
   const int index = static_cast<int>(DELCH.find(line.front())) + 1;
   write_free(MSGFIL, index, view(line.first(1)), view(line));
   write_free(MSGFIL, std::string_view(" Delimiter found at the beginning of line in COMPDE"));
-  MSGFIL.findings.error(locate(record, view(line.first(1))),
-                        message("'", view(line.first(1)), "' stands where a name is due"),
-                        "a line begins with a name; a delimiter or flag stands behind one");
+  if (record != nullptr) {
+    MSGFIL.findings.error(locate(*record, view(line.first(1))),
+                          message("'", view(line.first(1)), "' stands where a name is due"),
+                          "a line begins with a name; a delimiter or flag stands behind one");
+  }
   throw RunStop{};
 }
 
@@ -54,16 +56,18 @@ int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
 }
 
 [[noreturn]] void stop_at_too_long(std::string_view record_text, std::string_view text, std::string_view what,
-                                   int limit, Listing& MSGFIL, const Place& record) {
+                                   int limit, Listing& MSGFIL, const Place* record) {
   write_free(MSGFIL, record_text, text);
-  MSGFIL.findings.error(locate(record, text),
-                        message(what, " of ", counted(static_cast<int>(text.size()), "character")),
-                        message("at most ", counted(limit, "character"), " may stand here"));
+  if (record != nullptr) {
+    MSGFIL.findings.error(locate(*record, text),
+                          message(what, " of ", counted(static_cast<int>(text.size()), "character")),
+                          message("at most ", counted(limit, "character"), " may stand here"));
+  }
   throw RunStop{};
 }
 
 void split(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           std::string_view delimiter_message, Listing& MSGFIL, const Place& record) {
+           std::string_view delimiter_message, Listing& MSGFIL, const Place* record) {
   names.SYMS.clear();
   names.DELS.clear();
   while (!text.empty()) {
@@ -97,7 +101,7 @@ int ILDE(std::string_view text, std::string_view DELCH) {
   return found == text.end() ? 1 : static_cast<int>(found - text.begin());
 }
 
-int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place& record) {
+int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place* record) {
   const auto used = line.first(trimmed(view(line)).size());
   std::replace(used.begin(), used.end(), ',', ' ');
   remove_leading_blanks(used);
@@ -108,17 +112,17 @@ int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const 
 }
 
 void SYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL, const Place& record) {
+           Listing& MSGFIL, const Place* record) {
   split(text, limits, DELCH, names, " Delim too long in SYDEL:", MSGFIL, record);
 }
 
 void RYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL, const Place& record) {
+           Listing& MSGFIL, const Place* record) {
   split(text, limits, DELCH, names, " Delim too long in RYDEL:", MSGFIL, record);
 }
 
 void GETNAM(std::span<char> line, const NameLimits& limits, std::string_view DELCH, NameList& names,
-            Listing& MSGFIL, const Place& record) {
+            Listing& MSGFIL, const Place* record) {
   const int NL = COMPDE(line, DELCH, MSGFIL, record);
   SYDEL(columns(view(line), 1, NL), limits, DELCH, names, MSGFIL, record);
 }

@@ -41,24 +41,24 @@ int IFDE(std::string_view text, std::string_view DELCH);
 // Length of the leading run of delimiters and blanks; 1 when the text is empty or holds nothing else.
 int ILDE(std::string_view text, std::string_view DELCH);
 
-// The routines below report an error at `record`, the record the line was read from, when it is given.
+// The routines below report an error at `record`, the record the line was read from; not without one.
 
 // Cleans a line in place: commas become blanks, leading blanks go, "!" begins a comment that is cut off, runs
 // of blanks shrink to one, and no blank remains beside a delimiter. Returns the position of the last
 // character that is not blank. A line that begins with a delimiter stops the run, with two free-form records
 // in the listing.
-int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place& record = {});
+int COMPDE(std::span<char> line, std::string_view DELCH, Listing& MSGFIL, const Place* record = nullptr);
 
 // Cuts a cleaned line into names and delimiter strings. A name or delimiter string longer than its limit
 // stops the run, with a free-form record in the listing. The two differ only in the wording of that record.
 void SYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL, const Place& record = {});
+           Listing& MSGFIL, const Place* record = nullptr);
 void RYDEL(std::string_view text, const NameLimits& limits, std::string_view DELCH, NameList& names,
-           Listing& MSGFIL, const Place& record = {});
+           Listing& MSGFIL, const Place* record = nullptr);
 
 // COMPDE, then SYDEL.
 void GETNAM(std::span<char> line, const NameLimits& limits, std::string_view DELCH, NameList& names,
-            Listing& MSGFIL, const Place& record = {});
+            Listing& MSGFIL, const Place* record = nullptr);
 
 // Copies twelve integers and sorts the groups KOUT(1..n) and KOUT(n+1..2n) in decreasing order, n = 3 or 6.
 std::array<int, 12> ISTDEC(const std::array<int, 12>& KIN, int n);

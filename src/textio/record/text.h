@@ -72,4 +72,14 @@ constexpr bool EQUSYM(int n, std::string_view s1, std::string_view s2) {
   return true;
 }
 
+// A text begins with a word, in any letter case; a shorter one counts as padded with blanks.
+constexpr bool begins_with(std::string_view text, std::string_view word) {
+  return EQUSYM(static_cast<int>(word.size()), text, word);
+}
+
+// Two words are the same but for letter case, and blanks at their ends.
+constexpr bool same_word(std::string_view a, std::string_view b) {
+  return EQUSYM(static_cast<int>(std::max(a.size(), b.size())), a, b);
+}
+
 }  // namespace varpre

@@ -20,9 +20,7 @@ bool is_plain(std::string_view text) {
   const auto belongs = [&](char c) {
     return is_letter_or_digit(c) || c == ' ' || others.find(c) != others.npos;
   };
-  const auto is_word = [&](std::string_view word) {
-    return word.size() == text.size() && EQUSYM(static_cast<int>(word.size()), word, text);
-  };
+  const auto is_word = [&](std::string_view word) { return same_word(word, text); };
   return !text.empty() && (is_letter_or_digit(text.front()) || text.front() == '(') && text.back() != ' ' &&
          std::all_of(text.begin(), text.end(), belongs) && !read_free_real(text) &&
          std::none_of(words.begin(), words.end(), is_word);

@@ -2,21 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
+
+#include "textio/names/words.h"
 
 namespace varpre {
 namespace {
 
 // The words of an equation; "(+ M)" is one word, "(+M)".
-std::vector<std::string> words_of(const std::string& text) {
+std::vector<std::string> equation_words(std::string_view text) {
   std::vector<std::string> words;
-  std::istringstream stream(text);
-  for (std::string word; stream >> word;) {
+  for (const auto& [word, column] : words_of(text, " \t\n\v\f\r")) {
     const bool goes_on = !words.empty() && words.back().starts_with("(+") && !words.back().ends_with(')');
     if (goes_on) {
       words.back() += word;
     } else {
-      words.push_back(word);
+      words.emplace_back(word);
     }
   }
   return words;
@@ -101,7 +101,7 @@ class SideReader {
 std::optional<Equation> read_equation(const Value& value, Import& import) {
   const auto text = value.string();
   if (!text) return std::nullopt;
-  const std::vector<std::string> words = words_of(*text);
+  const std::vector<std::string> words = equation_words(*text);
   const auto is_arrow = [](const std::string& word) { return word == "<=>" || word == "=" || word == "=>"; };
   const auto arrow = std::find_if(words.begin(), words.end(), is_arrow);
   if (arrow == words.end() || std::count_if(words.begin(), words.end(), is_arrow) > 1) {

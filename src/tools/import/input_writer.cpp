@@ -42,7 +42,7 @@ class Writer {
     write_thermo();
     write_molecules();
     write_conditions();
-    return {MEC_.text, THERMO_.text, MOLNEW_.text, INP_.text};
+    return {MEC_, THERMO_, MOLNEW_, INP_};
   }
 
   // What is to be known of the whole, once.
@@ -79,18 +79,18 @@ class Writer {
     return Text<Width>(number_text(value, Width, lost_));
   }
 
-  static void comment(StoreFile& file, std::string_view text) {
+  static void comment(std::string& file, std::string_view text) {
     write<"('---- ',A)">(file, std::string_view(for_terminal(text)));
   }
 
-  void write_heading(StoreFile& file) const {
+  void write_heading(std::string& file) const {
     comment(file, message("from ", mechanism_.file, ", phase ", mechanism_.gas_phase,
                           mechanism_.surface_phase.empty() ? "" : " and surface ", mechanism_.surface_phase,
                           ", by varpre-import"));
   }
 
   // The names that had to change.
-  void write_names(StoreFile& file) const {
+  void write_names(std::string& file) const {
     for (const auto& [name, short_name] : names_) {
       if (name != short_name) comment(file, message(short_name, " stands for ", name));
     }
@@ -291,9 +291,9 @@ class Writer {
     }
     std::array<Text<5>, 4> elements;  // a field without element is blank
     for (std::size_t i = 0; i < species.atoms.size(); ++i) {
-      StoreFile field;
+      std::string field;
       write<"(A2,I3)">(field, fields.ELSYM[i], fields.ELCNT[i]);
-      elements[i] = trimmed(std::string_view(field.text).substr(0, 5));
+      elements[i] = trimmed(std::string_view(field).substr(0, 5));
     }
     const auto texts = [&](const std::array<double, 7>& coefficients) {
       std::array<Text<15>, 7> list;
@@ -343,7 +343,7 @@ class Writer {
   }
 
   static void write_species(std::string_view heading, const std::vector<ImportedSpecies>& all,
-                            StoreFile& file) {
+                            std::string& file) {
     write<"(A)">(file, heading);
     std::vector<SpeciesName> names;
     names.reserve(all.size());
@@ -387,10 +387,10 @@ class Writer {
   Partners partners_;
   std::map<std::string, std::string> names_;
   LostDigits lost_;
-  StoreFile MEC_;
-  StoreFile THERMO_;
-  StoreFile MOLNEW_;
-  StoreFile INP_;
+  std::string MEC_;
+  std::string THERMO_;
+  std::string MOLNEW_;
+  std::string INP_;
 };
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "files/keywords.h"
+#include "files/words.h"
 #include "mechanism/reaction.h"
 #include "textio/findings/findings.h"
 #include "textio/record/number_format.h"
@@ -19,23 +21,15 @@ bool is_of_names(char c) {
   return c > ' ' && c <= '~' && others.find(c) == std::string_view::npos;
 }
 
-// Words that a record which begins with them is taken for, and keywords of the mixtures.
-bool is_keyword(const std::string& name) {
-  constexpr std::array<std::string_view, 21> starts{"END",  "STIC", "MAXI", "COLL", "SURF", "MECH", "COMP",
-                                                    "PHOT", "LEFT", "RIGH", "COND", "OPTI", "PASP", "PART",
-                                                    "PARI", "TROE", "2DOP", "2DIN", "----", "N2(V", "O2(V"};
-  constexpr std::array<std::string_view, 10> words{"P", "T",    "H(T0)", "PHI",  "G",
-                                                   "V", "FREQ", "FAC",   "OMEG", "RHO"};
-  const std::string text = in_capitals(name);
-  const auto begins = [&](std::string_view start) { return text.starts_with(start); };
-  return std::any_of(starts.begin(), starts.end(), begins) ||
-         std::find(words.begin(), words.end(), text) != words.end() ||
-         std::find(MCOLLI.begin(), MCOLLI.end(), text) != MCOLLI.end();
+// Whether a record that begins with the name is taken for another thing, or the name for a collision partner.
+bool has_another_meaning(const std::string& name) {
+  return words::opens_another_record(name) || is_keyword_of<MixtureSection>(name) ||
+         std::ranges::any_of(MCOLLI, [&](std::string_view partner) { return same_word(partner, name); });
 }
 
 bool is_usable(const std::string& name) {
   return !name.empty() && name.size() <= longest && std::all_of(name.begin(), name.end(), is_of_names) &&
-         !is_keyword(name) && !read_free_real(name);
+         !has_another_meaning(name) && !read_free_real(name);
 }
 
 // The name with a stroke for each character that does not belong into names, made unlike a keyword.
@@ -45,7 +39,7 @@ std::string cleaned(const std::string& name) {
     const bool inside_character = (static_cast<unsigned char>(c) & 0xC0) == 0x80;  // of several bytes
     if (!inside_character) text += is_of_names(c) ? c : '_';
   }
-  return text.empty() || is_keyword(text) || read_free_real(text) ? message("x", text) : text;
+  return text.empty() || has_another_meaning(text) || read_free_real(text) ? message("x", text) : text;
 }
 
 // In capitals, but for what stands in parentheses: CH2(s). The program compares some names letter by letter.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "conditions/options.h"
-#include "conditions/two_dimensional_options.h"
+#include "files/options.h"
 #include "files/partners.h"
 #include "files/store_equations.h"
 #include "mechanism/reaction.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 namespace {
@@ -58,7 +58,7 @@ Json json_of_item(const S& stored) {
 
 // The slots with their names; those of the two-dimensional options where these have replaced the others.
 Json options_of(const StoreData& data) {
-  const OptionNames& names = data.two_dimensional.empty() ? option_names() : two_dimensional_option_names();
+  const OptionNames& names = data.two_dimensional.empty() ? NTOPT : N2TOPT;
   Json list = Json::array();
   for (std::size_t slot = 0; slot < data.options.size(); ++slot) {
     const std::string name(trimmed(names[slot]));
