@@ -1,6 +1,7 @@
 #include "tools/arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <iterator>
 #include <limits>
@@ -86,6 +87,9 @@ const char* version() {
 
 int run_program(const Program& program, const std::vector<Argument>& arguments, int argc, char** argv,
                 const std::function<int()>& work) try {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that becomes too large is an error of writing, told as such
+#endif
   CLI::App app(program.purpose, program.name);
   for (const Argument& argument : arguments) add(app, argument);
   app.set_help_flag("-h,--help", "print this text");

@@ -1,3 +1,4 @@
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -7,6 +8,7 @@
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
+#include "tools/report/output.h"
 #include "tools/report/page.h"
 #include "tools/report/store_json.h"
 
@@ -36,21 +38,15 @@ varpre::StoreData read(const std::string& name) {
   return varpre::read_store(text);
 }
 
-void write_file(const std::string& path, const std::string& text) {
-  varpre::FreshFile file(path);
-  file.write(text);
-  file.sync();
-  file.take_place();
-}
-
 void put(const Arguments& arguments, const std::string& text) {
-  if (!arguments.json || !arguments.output.empty()) {
-    const std::string path = arguments.output.empty() ? "report.html" : arguments.output;
-    write_file(path, text);
-    std::printf("%s\n", varpre::for_terminal(path).c_str());
-  } else {
-    std::fputs(text.c_str(), stdout);
+  if (arguments.json && arguments.output.empty()) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return;
   }
+  const std::string path = arguments.output.empty() ? "report.html" : arguments.output;
+  const std::array inputs{store_file(arguments.directory),
+                          arguments.other.empty() ? "" : store_file(arguments.other)};
+  if (varpre::write_output(path, text, inputs)) std::printf("%s\n", varpre::for_terminal(path).c_str());
 }
 
 // What a JSON of two directories is: an object with both.
@@ -62,8 +58,9 @@ std::string json_text(const varpre::StoreData& data, const std::optional<varpre:
 
 void tell_of_the_end(const std::string& name, const varpre::StoreData& data) {
   if (data.stopped.empty()) return;
-  std::fprintf(stderr, "varpre-report: %s: read up to line %d: %s\n", varpre::for_terminal(name).c_str(),
-               data.stopped_at, varpre::for_terminal(data.stopped).c_str());
+  std::fprintf(stderr, "varpre-report: %s: %sread up to line %d: %s\n", varpre::for_terminal(name).c_str(),
+               data.stopped_at >= data.lines ? "truncated: " : "", data.stopped_at,
+               varpre::for_terminal(data.stopped).c_str());
 }
 
 std::string page(const Arguments& arguments, const varpre::StoreData& data,

@@ -226,7 +226,7 @@ class Page(unittest.TestCase):
         for end in (1, 3, 20, 60, 500, 900, 1500, len(text) - 5):
             (directory / "fort.3").write_text("".join(text[:end]))
             self.open(driver, directory)
-            self.assertEqual(driver.find_element(By.ID, "state").text, f"cut or damaged: read up to line {end + 1}: the file ends here")
+            self.assertEqual(driver.find_element(By.ID, "state").text, f"truncated: the file ends behind line {end}")
             for tab in ("species", "reactions", "more-data"):
                 self.tab(driver, tab)
             self.no_errors(driver)

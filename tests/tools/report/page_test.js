@@ -215,10 +215,15 @@ test("falloff by its formula in cm, mol, s", () => {
   close(far(1e12).k, far(1e12).high, "k at high pressure", 1e-3);
   close(far(1).k, far(1).low, "k at low pressure", 1e-3);
   assert.equal(far(1).F, 1);
-  assert.equal(
-    physics.broadening_centre([0.6, 100, 1000, 0], 500),
-    0.4 * Math.exp(-5) + 0.6 * Math.exp(-0.5),
+  const centre_of = (...values) => physics.broadening_centre(values, 500);
+  close(
+    centre_of(0.6, 100, 1000, 2000, 0),
+    0.4 * Math.exp(-5) + 0.6 * Math.exp(-0.5) + Math.exp(-4),
+    "centre",
   );
+  close(centre_of(0.6, 100, 1000, 0, 0), 1 + 0.4 * Math.exp(-5) + 0.6 * Math.exp(-0.5), "centre, T** 0");
+  assert.equal(centre_of(0, 0, 0, 0, 0), 1);
+  assert.equal(centre_of(0, 0, 0, 1e30, 0), 0);
   // The pure gas: its own efficiency counts.
   const water = F.gas.names.map((n) => (n === "H2O" ? 1 : 0));
   close(
@@ -382,7 +387,7 @@ test("every number of species and reactions, under its label", () => {
 
 test("what follows from the numbers of a reaction", () => {
   const { S, F } = run(EVERY);
-  const at = { p: 2e5, fractions: F.mixtures[0].gas };
+  const at = { p: 2e5, fractions: F.mixtures[0].gas, surface: [0.25, 0, 0, 0, 0] };
   const told = (r) =>
     Object.fromEntries(
       numbers.derived(r, 1200, at).map(([label, what, value, unit]) => [`${label} ${what}`, [value, unit]]),
@@ -401,6 +406,16 @@ test("what follows from the numbers of a reaction", () => {
   assert.equal(falloff["k rate constant at 2 bar"][1], "m³/(mol s)");
   const sticking = told(S.rows.find((r) => r.sticking));
   close(sticking["γ sticking coefficient as given"][0], 0.023, "γ", 1e-4);
+  const coverage = S.rows.find((r) => r.form === 1);
+  const [a, m, E] = F.surface_reactions[coverage.number - 1].VT;
+  assert.deepEqual([a, m, E], [0, -1, 0]);
+  const with_theta = { ...coverage, values: [0.5, -1, 4000] };
+  const k = k_of(F.surface_reactions[coverage.number - 1], 1200);
+  const law = Math.exp(0.5 * 0.25 * Math.LN10 - Math.log(0.25) - (4000 * 0.25) / (R * 1200));
+  const rows = told(with_theta);
+  assert.equal(rows["θ coverage of PT(S)"][0], 0.25);
+  close(rows["k without the coverage"][0], k, "k without");
+  close(rows["k with the coverage: k · 10^(a θ) · θ^m · exp(−E θ/RT)"][0], k * law, "k with");
   const [first] = S.rows;
   close(told(first)["k rate constant"][0], k_of(F.reactions[0], 1200), "k");
   close(told(first)["reverse: k stored"][0], k_of(F.reactions[1], 1200), "stored reverse");

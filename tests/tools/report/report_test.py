@@ -136,6 +136,41 @@ class Report(unittest.TestCase):
         for arguments in (["absent"], ["pipe"], [str(self.root)], [], ["store", "--output", "absent/x"], ["store", "absent"]):
             self.report(*arguments, status=2)
 
+    def test_outputs(self):
+        store = self.case("examples/hydrogen-ignition") / "fort.3"
+        before = store.read_bytes()
+        page = self.report(str(store), "--output", "/dev/stdout").stdout
+        self.assertTrue(page.startswith("<!DOCTYPE html>") and page.endswith("</html>\n"))
+        self.assertEqual(self.report(str(store), "--output", "/dev/null").stdout, "")
+        self.assertIn("No space left", self.report(str(store), "--output", "/dev/full", status=2).stderr)
+        os.mkfifo(self.root / "pipe")
+        reader = subprocess.Popen(["cp", self.root / "pipe", self.root / "copy"])
+        self.assertEqual(self.report(str(store), "--output", "pipe").stdout, "")
+        self.assertEqual(reader.wait(timeout=20), 0)
+        self.assertEqual((self.root / "copy").read_text(), page)
+        self.assertTrue((self.root / "pipe").is_fifo())
+        (self.root / "link").symlink_to(store)
+        os.link(store, self.root / "hard")
+        for arguments in ([str(store), str(store)], ["link", str(store)], [str(store), "link"], [str(store.parent), "hard"]):
+            stderr = self.report(arguments[0], "--output", arguments[1], status=2).stderr
+            self.assertIn(": this is the file that is read", stderr)
+        self.assertEqual(store.read_bytes(), before)
+        (self.root / "small").mkdir()
+        limited = ["bash", "-c", f'ulimit -f 100; "{PROGRAM}" "{store}" --output small/x']
+        result = subprocess.run(limited, cwd=self.root, capture_output=True, text=True, timeout=60)
+        self.assertEqual((result.returncode, result.stderr), (2, "varpre-report: small/x: File too large\n"))
+        self.assertEqual(list((self.root / "small").iterdir()), [])
+
+    def test_what_ends_too_early_is_called_truncated(self):
+        lines = (self.case("examples/hydrogen-ignition") / "fort.3").read_text().splitlines(keepends=True)
+        for text, told in [("".join(lines[:40]), "truncated: read up to line 41: the file ends here"),
+                           ("".join(lines[:40]) + lines[40][:30], "truncated: read up to line 42: the file ends here"),
+                           ("".join(lines[:39]) + "x" + "".join(lines[40:]), ": read up to line 40: this is not the record")]:
+            (self.root / "store").write_text(text)
+            stderr = self.report("--json", "store").stderr
+            self.assertIn(told, stderr)
+            self.assertEqual("truncated" in stderr, "truncated" in told)
+
     def test_comparison_has_both(self):
         first, second = self.case("examples/hydrogen-ignition"), self.case("examples/methane-counterflow")
         both = json.loads(self.report("--json", str(first), str(second)).stdout)

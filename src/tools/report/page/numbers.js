@@ -153,9 +153,20 @@ globalThis.numbers = (() => {
     const unit = units.rate_unit(physics.dimension(r), "m");
     if (r.sticking) return [["γ", "sticking coefficient as given", physics.sticking_as_given(r), ""]];
     if (physics.no_rate(r)) return [];
-    if (!physics.is_falloff(r)) {
-      return [["k", r.form === 1 ? "without the coverage" : "rate constant", physics.rate(r, T), unit]];
+    if (r.coverage) {
+      const coverage = at.surface[r.coverage - 1 - r.store.NG];
+      return [
+        ["k", "without the coverage", physics.rate(r, T), unit],
+        ["θ", `coverage of ${r.store.names[r.coverage - 1]}`, coverage, ""],
+        [
+          "k",
+          "with the coverage: k · 10^(a θ) · θ^m · exp(−E θ/RT)",
+          physics.rate_with_coverage(r, T, at),
+          unit,
+        ],
+      ];
     }
+    if (!physics.is_falloff(r)) return [["k", "rate constant", physics.rate(r, T), unit]];
     const { k, high, low, F } = physics.falloff(r, T, at);
     return [
       ["k", `rate constant at ${text(at.p / BAR)} bar`, k, unit],

@@ -6,10 +6,13 @@ globalThis.overview = (() => {
   const { R, BAR, text } = units;
 
   const plural = (count, one, many = `${one}s`) => `${count} ${count === 1 ? one : many}`;
-  const state_text = (store) =>
-    store.stopped
-      ? `cut or damaged: read up to line ${store.stopped.line}: ${store.stopped.reason}`
-      : "complete";
+  // A file that ends too early is truncated; one with a wrong line in its midst is damaged.
+  function state_text({ stopped, lines }) {
+    if (!stopped) return "complete";
+    const { line, reason } = stopped;
+    if (line > lines) return `truncated: the file ends behind line ${lines}`;
+    return `${line === lines ? "truncated" : "damaged"}: read up to line ${line}: ${reason}`;
+  }
   const none = (words) => make("p", { class: "none" }, words);
 
   // --- the file ---
@@ -195,56 +198,6 @@ globalThis.overview = (() => {
 
   // --- values with names ---
 
-  const FLAME = {
-    NG: ["grid points", ""],
-    NGK: ["grid points, second count", ""],
-    GE: ["geometry: 0 slab, 1 cylinder, 2 sphere", ""],
-    RI: ["inner radius", "m"],
-    RO: ["outer radius", "m"],
-    VPLU: ["for the solver", ""],
-    TSTA: ["start of time", "s"],
-    TE: ["end of time", "s"],
-    NT: ["time steps", ""],
-    Nmax: ["NMAX, for the solver", ""],
-    SE: ["energy source: energy", "J, m"],
-    SW: ["energy source: width", "m"],
-    ST: ["energy source: time", "s"],
-    SOGR: ["energy source: GRA", ""],
-    STEP: ["step size", "s"],
-    ATOL: ["absolute tolerance", ""],
-    RTOL: ["relative tolerance", ""],
-    RS: ["second step size", "s"],
-    AMPL: ["initial profile: amplitude", "K"],
-    SIGM: ["initial profile: width", "m"],
-    RMAX: ["initial profile: radius", "m"],
-    ALPH: ["initial profile: ALPHA", ""],
-    OMEG: ["initial profile: OMEGA", "m"],
-    TSTO: ["TSOP, for the solver", ""],
-    MSTO: ["MSTOP, for the solver", ""],
-    ART: ["for the solver", ""],
-    RB: ["for the solver", ""],
-    WFr: ["weight", ""],
-    WFp: ["weight", ""],
-    WFu: ["weight", ""],
-    WFT: ["weight", ""],
-  };
-  const SURFACE = {
-    TW: ["wall temperature", "K"],
-    SITE: ["site density", "mol/m²"],
-    EPSW: ["emissivity", ""],
-    EPSA: ["emission coefficient", ""],
-    EPSB: ["emission coefficient", ""],
-    TRAD: ["for the solver", ""],
-    POW: ["power", ""],
-    RHOZ: ["specific resistance", ""],
-    RHOA: ["specific resistance", ""],
-    RHOB: ["specific resistance", ""],
-    CWIR: ["specific heat", ""],
-    STFL: ["Stefan flux", ""],
-    CATD: ["thickness of the catalyst", ""],
-    CATB: ["width of the catalyst", ""],
-    CATL: ["length of the catalyst", ""],
-  };
   const OPTIONS = {
     Impulse: "−5: particles; −2: counter flow",
     Profiles: "1: a line more in the listing",
@@ -255,15 +208,16 @@ globalThis.overview = (() => {
     PLN2D: "1: two-dimensional",
   };
 
-  function values_table(list, meanings = {}) {
-    return build(
+  const values_table = (list) =>
+    build(
       ["", ["value"], "unit", "meaning"],
-      list.map(({ name, value, unit, meaning }) => {
-        const [words, one] = meanings[name] || ["for the solver", ""];
-        return [name, number(value, 5), unit ?? one, meaning ?? words];
-      }),
+      list.map(({ name, value, unit, meaning }) => [
+        name,
+        number(value, 5),
+        unit,
+        meaning || "for the solver",
+      ]),
     );
-  }
   function options_panel(S) {
     const given = S.options.filter((o) => o.value !== 0);
     const rows = given.map((o) => [
@@ -308,7 +262,7 @@ globalThis.overview = (() => {
         jump_panel(S, go),
         panel(
           "Flame conditions",
-          S.flame_conditions.length ? values_table(S.flame_conditions, FLAME) : none("not reached"),
+          S.flame_conditions.length ? values_table(S.flame_conditions) : none("not reached"),
         ),
         options_panel(S),
       ),
@@ -346,19 +300,19 @@ globalThis.overview = (() => {
     return panel("Photo reactions", build(["equation", ["rate, as given"]], rows));
   }
 
-  const PARTICLE_VALUES =
-    "XTROL VOLCH WAFSRK WAF PCRIT TCRIT TBOIL VPA VPB VPC VPD CA CB CC CD XDIAST ALPH BETA GAM".split(" ");
   function particle_panel(S) {
-    const { grid, species, fractions, data } = S.particles;
-    const values = (data[0] || []).map((_, k) => [
-      PARTICLE_VALUES[k] || `value ${k + 1}`,
+    const { grid, species, fractions, data, items } = S.particles;
+    const values = items.map(({ name, unit, meaning }, k) => [
+      name,
       ...data.map((d) => number(d[k], 5)),
+      unit,
+      meaning || "for the solver",
     ]);
-    const rows = [["fraction", ...fractions.map((x) => number(x, 5))], ...values];
+    const rows = [["fraction", ...fractions.map((x) => number(x, 5)), "", "initial, of sum 1"], ...values];
     return panel(
       "Particles",
       make("p", {}, `${grid} grid points`),
-      build(["", ...species.map((n) => [n])], rows),
+      build(["", ...species.map((n) => [n]), "unit", "meaning"], rows),
     );
   }
   function element_panel(S) {
@@ -377,7 +331,7 @@ globalThis.overview = (() => {
 
   function show_more(S) {
     const panels = [
-      S.surface_conditions.length && panel("Surface conditions", values_table(S.surface_conditions, SURFACE)),
+      S.surface_conditions.length && panel("Surface conditions", values_table(S.surface_conditions)),
       S.complex_reactions.length && complex_panel(S),
       S.photo_reactions.length && photo_panel(S),
       S.two_dimensional.length && panel("Two-dimensional parameters", values_table(S.two_dimensional)),

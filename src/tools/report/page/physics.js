@@ -111,10 +111,10 @@ globalThis.physics = (() => {
     return (p / (R * T)) * sum;
   }
 
-  // Troe's centre of the broadening from a, T***, T*, T** (no T**: 0); all zero: none, Lindemann's form.
-  function broadening_centre([a, T3, T1, T2], T) {
-    if (!a && !T3 && !T1 && !T2) return 1;
-    return (1 - a) * Math.exp(-T / T3) + a * Math.exp(-T / T1) + (T2 ? Math.exp(-T2 / T) : 0);
+  // Troe's centre of the broadening from a, T***, T*, T**; five zeros: none, Lindemann's form.
+  function broadening_centre([a, T3, T1, T2, fifth], T) {
+    if (!a && !T3 && !T1 && !T2 && !fifth) return 1;
+    return (1 - a) * Math.exp(-T / T3) + a * Math.exp(-T / T1) + Math.exp(-T2 / T);
   }
 
   // The rate constant of a falloff reaction between its limits, in the unit of the high-pressure limit.
@@ -132,6 +132,13 @@ globalThis.physics = (() => {
     const n = 0.75 - 1.27 * centre;
     const F = 10 ** (centre / (1 + (c / (n - 0.14 * c)) ** 2));
     return { high, low, F, k: ((high * reduced) / (1 + reduced)) * F };
+  }
+
+  // A coverage-dependent rate constant with the mole fractions of a surface.
+  function rate_with_coverage(r, T, { surface }) {
+    const [a, m, E] = r.values || [0, 0, 0];
+    const coverage = surface[r.coverage - 1 - r.store.NG];
+    return rate(r, T) * 10 ** (a * coverage) * coverage ** m * Math.exp((-E * coverage) / (R * T));
   }
 
   // Why the file does not say what the rate constant is; empty where it does.
@@ -316,6 +323,7 @@ globalThis.physics = (() => {
     partner_concentration,
     broadening_centre,
     falloff,
+    rate_with_coverage,
     no_rate,
     rate_constant,
     sticking_as_given,

@@ -14,14 +14,18 @@ globalThis.reactions = (() => {
 
   // --- what the numbers of a reaction are ---
 
-  // Temperature apart, what a rate constant needs: pressure and mole fractions.
+  // Temperature apart, what a rate constant needs: pressure, mole fractions of the gas, coverages of the surface.
   function surroundings(store) {
     const { mixture } = state.values;
-    const zeros = store.gas.species.map(() => 0);
-    const i = store.index.get(mixture.replace(/^in /, ""));
-    const set = { left: store.mixtures[0], right: store.mixtures[1] }[mixture];
-    const fractions = set ? set.gas : zeros.map((_, k) => (k === i ? 1 : 0));
-    return { p: state.number("p") * BAR, fractions };
+    const p = state.number("p") * BAR;
+    const pure = store.index.get(mixture.replace(/^in /, ""));
+    const set = store.mixtures[mixture === "right" ? 1 : 0];
+    const nothing = (list) => list.map(() => 0);
+    const surface = set ? set.surface : nothing(store.surface.species);
+    if (mixture !== "left" && mixture !== "right") {
+      return { p, surface, fractions: store.gas.species.map((_, i) => (i === pure ? 1 : 0)) };
+    }
+    return { p, surface, fractions: set ? set.gas : nothing(store.gas.species) };
   }
 
   const energy_in = (E) => E / ENERGIES[state.values.energy].energy;
