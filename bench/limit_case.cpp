@@ -10,7 +10,7 @@
 
 #include "files/limits.h"
 #include "mechanism/reaction.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 
 namespace varpre_bench {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "textio/record/number_format.h"
 
 // The record notation on arbitrary records and numbers. The first byte of an input chooses a format or a

@@ -4,6 +4,7 @@
 
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {

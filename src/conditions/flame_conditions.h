@@ -1,7 +1,8 @@
 #pragma once
 
-#include "conditions/options.h"
-#include "textio/channel/statement.h"
+#include "files/options.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

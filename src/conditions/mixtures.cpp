@@ -10,6 +10,7 @@
 
 #include "files/store_records.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_functions.h"
 

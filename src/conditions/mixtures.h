@@ -3,7 +3,8 @@
 #include <array>
 
 #include "files/keywords.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "thermo/elements.h"
 #include "thermo/species.h"

@@ -6,6 +6,7 @@
 #include "files/section_findings.h"
 #include "files/store_records.h"
 #include "files/words.h"
+#include "textio/channel/statement.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {

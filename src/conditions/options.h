@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "files/options.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
-#include "textio/findings/record_findings.h"
 
 namespace varpre {
 

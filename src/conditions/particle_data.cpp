@@ -12,6 +12,7 @@
 #include "files/databases.h"
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/species.h"
 

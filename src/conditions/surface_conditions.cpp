@@ -4,6 +4,7 @@
 
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/channel/statement.h"
 
 namespace varpre {
 namespace {

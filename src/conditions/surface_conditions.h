@@ -1,7 +1,8 @@
 #pragma once
 
 #include "files/keywords.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

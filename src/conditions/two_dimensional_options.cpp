@@ -9,6 +9,7 @@
 #include "conditions/options.h"
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/channel/statement.h"
 
 namespace varpre {
 namespace {

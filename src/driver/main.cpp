@@ -12,6 +12,7 @@
 
 #include "driver/run.h"
 #include "textio/channel/file.h"
+#include "textio/findings/findings.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include "files/words.h"
-#include "textio/findings/record_findings.h"
 
 namespace varpre {
 

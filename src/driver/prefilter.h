@@ -1,6 +1,6 @@
 #pragma once
 
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

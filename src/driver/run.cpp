@@ -20,7 +20,7 @@
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
 #include "textio/channel/run_stop.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "thermo/elements.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"

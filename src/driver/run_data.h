@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "conditions/mixtures.h"
-#include "conditions/surface_conditions.h"
+#include "files/keywords.h"
 #include "mechanism/collision_efficiencies.h"
 #include "mechanism/reaction.h"
+#include "textio/findings/findings.h"
 #include "thermo/elements.h"
 #include "thermo/species.h"
 #include "transport/molecular_database.h"

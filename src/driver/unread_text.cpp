@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "conditions/options.h"
 #include "files/keywords.h"
+#include "files/options.h"
 #include "files/section_findings.h"
 #include "files/words.h"
+#include "textio/channel/input.h"
 #include "textio/names/words.h"
 #include "textio/record/number_format.h"
 

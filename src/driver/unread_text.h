@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "textio/channel/input.h"
 #include "textio/findings/findings.h"
 #include "thermo/species.h"
 

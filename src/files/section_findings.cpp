@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "textio/channel/input.h"
+
 namespace varpre {
 namespace {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/sections.h"
+#include "textio/channel/input.h"
 #include "textio/findings/findings.h"
 
 // Findings about the sections of the input files: one that is missing, or that does not end where it should.

@@ -9,6 +9,7 @@
 #include "files/words.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
 #include "textio/record/number_format.h"

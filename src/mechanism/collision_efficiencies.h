@@ -3,7 +3,8 @@
 #include <vector>
 
 #include "mechanism/reaction.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 
 namespace varpre {

@@ -7,6 +7,7 @@
 #include "math/elementary.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 
 namespace varpre {

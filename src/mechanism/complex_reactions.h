@@ -3,7 +3,8 @@
 #include <span>
 #include <vector>
 
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

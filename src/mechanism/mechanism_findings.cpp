@@ -6,7 +6,7 @@
 
 #include "math/elementary.h"
 #include "mechanism/reverse_reaction.h"
-#include "textio/names/scanning.h"
+#include "textio/findings/listing.h"
 #include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
 

@@ -11,7 +11,8 @@
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
+#include "textio/findings/listing.h"
 #include "textio/names/scanning.h"
 
 namespace varpre {

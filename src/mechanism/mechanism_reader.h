@@ -1,6 +1,9 @@
 #pragma once
 
 #include "mechanism/phase.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

@@ -2,6 +2,7 @@
 
 #include "files/store_records.h"
 #include "mechanism/integer_power.h"
+#include "textio/channel/statement.h"
 
 namespace varpre {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "files/sections.h"
 #include "mechanism/reaction.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "textio/record/numbered.h"
 

@@ -3,6 +3,7 @@
 #include "files/sections.h"
 #include "files/store_records.h"
 #include "mechanism/reaction.h"
+#include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 
 namespace varpre {

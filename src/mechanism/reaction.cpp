@@ -1,5 +1,7 @@
 #include "mechanism/reaction.h"
 
+#include "textio/findings/findings.h"
+
 namespace varpre {
 namespace {
 

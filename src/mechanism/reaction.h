@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "files/partners.h"
+#include "textio/findings/findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/species.h"
 

@@ -7,6 +7,8 @@
 #include "files/words.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/channel/run_stop.h"
+#include "textio/channel/statement.h"
+#include "textio/findings/listing.h"
 #include "textio/findings/odd_characters.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"

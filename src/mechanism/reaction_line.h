@@ -1,6 +1,8 @@
 #pragma once
 
 #include "mechanism/phase.h"
+#include "textio/channel/input.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

@@ -1,6 +1,6 @@
 #include "mechanism/reaction_listing.h"
 
-#include "textio/findings/record_findings.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mechanism/phase.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

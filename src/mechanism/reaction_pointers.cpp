@@ -4,7 +4,8 @@
 #include <array>
 
 #include "files/store_records.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 namespace {

@@ -3,6 +3,8 @@
 #include <span>
 
 #include "mechanism/phase.h"
+#include "textio/channel/store_file.h"
+#include "textio/findings/listing.h"
 
 // The net coefficients of reactions, products less educts: of the collision partners all must be 0, those of
 // the species go to the store file as pointers.

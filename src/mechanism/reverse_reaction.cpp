@@ -5,7 +5,7 @@
 
 #include "math/elementary.h"
 #include "mechanism/integer_power.h"
-#include "textio/findings/record_findings.h"
+#include "textio/findings/listing.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {

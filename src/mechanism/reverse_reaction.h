@@ -3,6 +3,7 @@
 #include <span>
 
 #include "mechanism/phase.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 

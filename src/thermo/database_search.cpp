@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "textio/names/scanning.h"
+#include "textio/channel/input.h"
+#include "textio/findings/findings.h"
 
 namespace varpre {
 namespace {

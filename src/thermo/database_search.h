@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "files/databases.h"
+#include "textio/channel/input.h"
+#include "textio/findings/findings.h"
 #include "textio/findings/record_findings.h"
 #include "thermo/species.h"
 

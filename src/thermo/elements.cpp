@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "files/store_records.h"
-#include "textio/findings/record_findings.h"
-#include "textio/names/scanning.h"
+#include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "textio/channel/statement.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

@@ -4,7 +4,7 @@
 
 #include "files/section_findings.h"
 #include "files/words.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "textio/names/scanning.h"
 #include "textio/record/numbered.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/sections.h"
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

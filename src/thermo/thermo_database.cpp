@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "files/store_records.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"
 #include "thermo/thermo_functions.h"

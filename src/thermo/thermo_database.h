@@ -2,7 +2,8 @@
 
 #include <span>
 
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

@@ -4,7 +4,6 @@
 
 #include "math/elementary.h"
 #include "textio/channel/run_stop.h"
-#include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {

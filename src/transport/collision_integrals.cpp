@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "math/wide_vectors.h"
-#include "textio/findings/record_findings.h"
 #include "transport/collision_tables.h"
 #include "transport/log_fit.h"
 

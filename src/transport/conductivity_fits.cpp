@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "textio/findings/record_findings.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_functions.h"
 #include "transport/collision_integrals.h"

@@ -5,7 +5,6 @@
 
 #include "math/elementary.h"
 #include "math/wide_vectors.h"
-#include "textio/findings/record_findings.h"
 #include "transport/collision_integrals.h"
 
 namespace varpre {

@@ -9,7 +9,6 @@
 
 #include "math/elementary.h"
 #include "math/wide_vectors.h"
-#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "thermo/database_search.h"
 #include "transport/molecule_findings.h"
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 

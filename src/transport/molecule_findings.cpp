@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "textio/names/scanning.h"
 #include "textio/names/words.h"
 #include "textio/record/number_format.h"
 #include "thermo/elements.h"

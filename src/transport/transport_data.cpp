@@ -5,7 +5,7 @@
 
 #include "files/store_records.h"
 #include "textio/channel/run_stop.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 #include "thermo/thermo_database.h"
 #include "transport/conductivity_fits.h"

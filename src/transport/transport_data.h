@@ -1,6 +1,7 @@
 #pragma once
 
-#include "textio/channel/statement.h"
+#include "textio/channel/input.h"
+#include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
 #include "thermo/species.h"
 #include "transport/molecular_database.h"

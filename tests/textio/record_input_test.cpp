@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/number_format.h"
 

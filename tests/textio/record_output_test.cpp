@@ -6,7 +6,8 @@
 #include <string>
 
 #include "textio/channel/run_stop.h"
-#include "textio/findings/record_findings.h"
+#include "textio/channel/statement.h"
+#include "textio/findings/listing.h"
 
 namespace varpre {
 namespace {

@@ -2,8 +2,9 @@
 
 #include <string_view>
 
-#include "textio/channel/statement.h"
-#include "textio/findings/listing.h"
+#include "textio/channel/input.h"
+#include "textio/findings/findings.h"
+#include "textio/record/record.h"
 
 // Findings about the columns of a record that was read.
 namespace varpre {

@@ -4,7 +4,6 @@
 #include <functional>
 
 #include "textio/channel/run_stop.h"
-#include "textio/findings/record_findings.h"
 
 namespace varpre {
 namespace {
