@@ -70,7 +70,13 @@ bool settle_thermo(ImportedSpecies& species, Import& import) {
   const double shift = entropy_shift(species, import);
   species.lower[6] += shift;
   species.upper[6] += shift;
-  return true;
+  const auto is_finite = [](double value) { return std::isfinite(value); };
+  if (std::all_of(species.lower.begin(), species.lower.end(), is_finite) &&
+      std::all_of(species.upper.begin(), species.upper.end(), is_finite)) {
+    return true;
+  }
+  import.refuse(species.place, message("species ", species.name), "its thermochemistry is not finite");
+  return false;
 }
 
 std::set<std::string> reacting_in(const std::vector<ImportedReaction>& reactions) {
@@ -154,7 +160,9 @@ void check_choice(const Place& file, Import& import) {
   for (const std::string& name : import.options.species) {
     if (import.known.count(name) > 0) continue;
     import.findings.error(file, message("--species: there is no species '", name, "' in the phase"),
-                          Nearest(name).offer_all(import.declared).help());
+                          import.findings.errors() > most_helped
+                              ? std::string()
+                              : Nearest(name).offer_all(import.declared).help());
   }
   if (import.mechanism.gas.empty() && import.findings.errors() == 0) {
     import.findings.error(file, "no species of the phase can be taken");

@@ -9,6 +9,9 @@
 
 namespace varpre {
 
+// Behind so many errors names that were probably meant are no longer looked for.
+inline constexpr int most_helped = 50;
+
 struct ImportOptions {
   std::string file;
   std::string phase;                 // empty: that of the surface, or the first ideal gas

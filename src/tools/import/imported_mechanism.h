@@ -134,6 +134,7 @@ struct ImportedMechanism {
   std::vector<ImportedReaction> gas_reactions;
   std::vector<ImportedReaction> surface_reactions;
   std::vector<GlobalReaction> global_reactions;
+  std::vector<std::string> other_phases;  // that the file has, with their models
   std::vector<LeftOut> left_out;
   std::vector<FittedPart> fitted;
   std::set<std::string> bulk_dropped;  // from equations

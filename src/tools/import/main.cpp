@@ -68,11 +68,12 @@ void write_files(const Arguments& arguments, const varpre::InputTexts& texts) {
 
 void list_mechanism(const varpre::ImportedMechanism& mechanism) {
   const auto count = [](const auto& list) { return static_cast<int>(list.size()); };
-  std::string text = message("gas phase ", mechanism.gas_phase, ": ", count(mechanism.gas), " species, ",
-                             varpre::counted(count(mechanism.gas_reactions), "reaction"), "\n");
+  std::string text =
+      message("gas phase ", varpre::for_terminal(mechanism.gas_phase), ": ", count(mechanism.gas),
+              " species, ", varpre::counted(count(mechanism.gas_reactions), "reaction"), "\n");
   if (!mechanism.surface_phase.empty()) {
-    text += message("surface ", mechanism.surface_phase, ": ", count(mechanism.surface), " species, ",
-                    varpre::counted(count(mechanism.surface_reactions), "reaction"), "\n");
+    text += message("surface ", varpre::for_terminal(mechanism.surface_phase), ": ", count(mechanism.surface),
+                    " species, ", varpre::counted(count(mechanism.surface_reactions), "reaction"), "\n");
   }
   for (const auto* all : {&mechanism.gas, &mechanism.surface}) {
     for (const varpre::ImportedSpecies& species : *all) {
@@ -114,7 +115,7 @@ int import(Arguments& arguments) {
   if (!arguments.pressure.empty()) arguments.import.pressure = read_pressure(arguments.pressure);
   refuse_to_overwrite(arguments);
   varpre::Findings findings;
-  findings.most_shown = std::string::npos;
+  findings.most_shown = 200;  // of a kind: each looks for its line
   const varpre::ImportOptions& options = arguments.import;
   varpre::SourceFiles sources;
   varpre::YamlFiles files(sources, arguments.include, findings);

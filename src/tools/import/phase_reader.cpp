@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <tuple>
 
 #include "tools/import/completion.h"
 #include "tools/import/reaction_reader.h"
@@ -18,9 +20,10 @@ class Multipliers {
     for (const auto& [name, place, value] : mapping.members()) {
       const auto number = parse_number(name);
       const double factor = value.number().value_or(1);
+      constexpr long double most = 1.0E9L;
       if (name == "default") {
         usual_ = factor;
-      } else if (number) {
+      } else if (number && *number >= 0 && *number < most && *number == std::floor(*number)) {
         of_[static_cast<int>(*number)] = factor;
       } else {
         mapping.findings().error(place, message("'", name, "' is no number of a reaction"));
@@ -64,6 +67,7 @@ class PhaseReader {
     if (files_.incomplete()) return mechanism();
     read_reactions(gas, false);
     if (surface) read_reactions(surface, true);
+    list_other_phases(root);
     complete(gas.place(), import_);
     read_state(gas, surface, import_);
     return mechanism();
@@ -91,8 +95,8 @@ class PhaseReader {
   Value find_gas(const Value& root, const Value& surface) {
     if (!import_.options.phase.empty()) return find_phase(root, import_.options.phase);
     if (surface) {
-      for (const Selection& adjacent : read_selections(surface["adjacent-phases"], "phases")) {
-        if (Value gas = find_adjacent(adjacent, surface)) return gas;
+      for (const Value& phase : adjacent_phases(surface)) {
+        if (phase["thermo"].string() == "ideal-gas") return phase;
       }
     }
     const std::vector<Value> phases = root.require("phases").items();
@@ -105,34 +109,27 @@ class PhaseReader {
     return {};
   }
 
-  std::vector<Value> adjacent_phases(const Selection& adjacent, const Value& surface) {
+  // The phases that touch the surface, each once.
+  std::vector<Value> adjacent_phases(const Value& surface) {
     std::vector<Value> phases;
-    const Value section = files_.section(adjacent.section, surface);
-    for (const Value& phase : section.items()) {
-      const auto name = phase["name"].string();
-      const bool named =
-          adjacent.rule == "all" || std::any_of(adjacent.names.begin(), adjacent.names.end(),
-                                                [&](const Value& value) { return value.string() == name; });
-      if (named) phases.push_back(phase);
+    SectionsTaken taken;
+    for (const Selection& adjacent : read_selections(surface["adjacent-phases"], "phases")) {
+      std::set<std::string> names;
+      for (const Value& name : adjacent.names) names.insert(name.string().value_or(""));
+      if (!is_new(adjacent, taken)) continue;
+      for (const Value& phase : files_.section(adjacent.section, surface).items()) {
+        if (adjacent.rule == "all" || names.count(phase["name"].string().value_or("")) > 0)
+          phases.push_back(phase);
+      }
     }
     return phases;
   }
 
-  Value find_adjacent(const Selection& adjacent, const Value& surface) {
-    const std::vector<Value> phases = adjacent_phases(adjacent, surface);
-    const auto gas = std::find_if(phases.begin(), phases.end(),
-                                  [](const Value& phase) { return phase["thermo"].string() == "ideal-gas"; });
-    return gas == phases.end() ? Value() : *gas;
-  }
-
   // Species of solids that touch the surface, whose activity is 1.
   void read_bulk_species(const Value& gas, const Value& surface) {
-    for (const Selection& adjacent : read_selections(surface["adjacent-phases"], "phases")) {
-      for (const Value& phase : adjacent_phases(adjacent, surface)) {
-        const bool is_gas = phase.place() == gas.place();
-        if (!is_gas && phase["thermo"].string() == "fixed-stoichiometry")
-          read_phase_species(phase, KnownSpecies::Phase::bulk);
-      }
+    for (const Value& phase : adjacent_phases(surface)) {
+      if (phase.place() != gas.place() && phase["thermo"].string() == "fixed-stoichiometry")
+        read_phase_species(phase, KnownSpecies::Phase::bulk);
     }
   }
 
@@ -164,9 +161,10 @@ class PhaseReader {
   std::optional<std::set<std::string>> declared_elements(const Value& phase) {
     if (!phase["elements"]) return std::nullopt;
     std::set<std::string> symbols;
+    std::set<std::string> taken;
     for (const Selection& selection : read_selections(phase["elements"], "elements")) {
       for (const Value& name : selection.names) symbols.insert(name.string().value_or(""));
-      if (selection.rule.empty()) continue;
+      if (selection.rule.empty() || !taken.insert(selection.section).second) continue;
       for (const Value& element : files_.section(selection.section, selection.where).items()) {
         symbols.insert(element["symbol"].string().value_or(""));
       }
@@ -180,9 +178,29 @@ class PhaseReader {
     const Value list = phase["species"];
     std::vector<Selection> selections = read_selections(list, "species");
     if (!list) selections.push_back({"species", phase, {}, "all"});
+    SectionsTaken taken;
     for (const Selection& selection : selections) {
+      if (!is_new(selection, taken)) continue;
       for (const Value& entry : selected_species(selection, files_)) read_one(entry, kind, elements, skip);
     }
+  }
+
+  void list_other_phases(const Value& root) {
+    for (const Value& phase : root["phases"].items()) {
+      const std::string name = phase["name"].string().value_or("");
+      if (name != mechanism().gas_phase && name != mechanism().surface_phase)
+        mechanism().other_phases.push_back(message(name, " (", phase["thermo"].string().value_or(""), ")"));
+    }
+  }
+
+  using SectionsTaken = std::set<std::tuple<const Input*, int, int>>;
+
+  // False, after an error, when the section was named before.
+  bool is_new(const Selection& selection, SectionsTaken& taken) {
+    const Place place = files_.section(selection.section, selection.where).place();
+    if (place.unit == nullptr || taken.insert({place.unit, place.record, place.column}).second) return true;
+    findings().error(selection.where.place(), message("the section '", selection.section, "' comes twice"));
+    return false;
   }
 
   void read_one(const Value& entry, KnownSpecies::Phase kind,
@@ -226,12 +244,14 @@ class PhaseReader {
                               phase["Motz-Wise"].boolean().value_or(false)};
     const Multipliers multipliers(phase["rate-multipliers"]);
     int index = 0;
+    SectionsTaken taken;
     for (const Selection& selection : read_reaction_selections(list, phase)) {
       if (selection.rule != "all" && selection.rule != "declared-species") {
         findings().error(selection.where.place(), message("'", selection.rule, "' is no choice of reactions"),
                          "all, declared-species or none");
         continue;
       }
+      if (!is_new(selection, taken)) continue;
       for (const Value& entry : files_.section(selection.section, selection.where).items()) {
         if (read_reaction(entry, scope, selection.rule != "all", multipliers.of(index), import_)) ++index;
       }

@@ -23,7 +23,7 @@ class Completion {
 
   bool take() {
     drop_bulk_species();
-    if (!has_room() || !settle_law() || !settle_orders()) return false;
+    if (!has_room() || !settle_law() || !settle_orders() || !is_finite()) return false;
     auto& list = on_surface_ ? import_.mechanism.surface_reactions : import_.mechanism.gas_reactions;
     if (!needs_own_reverse()) {
       list.push_back(std::move(reaction_));
@@ -87,6 +87,14 @@ class Completion {
       return true;
     }
     return take_fit(law.depends_on_pressure() ? message(" at ", pressure_, " bar") : "");
+  }
+
+  bool is_finite() {
+    const auto finite = [](const ArrheniusRate& rate) {
+      return std::isfinite(rate.A) && std::isfinite(rate.b) && std::isfinite(rate.E);
+    };
+    return (finite(reaction_.rate) && finite(reaction_.low_pressure.value_or(ArrheniusRate()))) ||
+           refuse("its rate is too large for a number");
   }
 
   bool check_pressure() {

@@ -108,7 +108,8 @@ class ReactionReader {
 
   bool report_unknown(const std::string& name) {
     return fail(locate(reaction_.place, name), message("'", name, "' is no species of the phase"),
-                Nearest(name).offer_all(import_.declared).help());
+                import_.findings.errors() > most_helped ? std::string()
+                                                        : Nearest(name).offer_all(import_.declared).help());
   }
 
   bool is_of_a_form_that_is_held() {

@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "tools/import/import.h"
+
 namespace varpre {
 
 std::vector<Selection> read_selections(const Value& list, const char* own_section) {
@@ -67,7 +69,9 @@ std::vector<Value> selected_species(const Selection& selection, YamlFiles& files
       findings.error(name.place(),
                      message("there is no species '", name.string().value_or(""), "' in the section '",
                              selection.section, "'"),
-                     Nearest(name.string().value_or("")).offer_all(names).help());
+                     findings.errors() > most_helped
+                         ? std::string()
+                         : Nearest(name.string().value_or("")).offer_all(names).help());
     }
   }
   return chosen;

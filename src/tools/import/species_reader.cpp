@@ -20,14 +20,11 @@ bool is_whole(double value, double most) {
 
 // Where an element of the file is made heavier or lighter than it is here.
 bool has_own_weight(const Value& entry, const std::string& symbol, YamlFiles& files) {
-  for (const Value& element : files.open(entry.file()->name)["elements"].items()) {
-    const auto name = element["symbol"].string();
-    const auto weight = element["atomic-weight"].number();
-    constexpr double tolerance = 0.001;
-    const double usual = 1000 * element_mass(symbol);
-    if (name == symbol && weight && std::abs(*weight - usual) > tolerance * usual) return true;
-  }
-  return false;
+  const auto& weights = files.atomic_weights(entry.file()->name);
+  const auto weight = weights.find(symbol);
+  constexpr double tolerance = 0.001;
+  const double usual = 1000 * element_mass(symbol);
+  return weight != weights.end() && std::abs(weight->second - usual) > tolerance * usual;
 }
 
 bool read_atoms(const Value& entry, ImportedSpecies& species, YamlFiles& files, Import& import) {

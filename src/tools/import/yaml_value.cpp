@@ -1,42 +1,38 @@
 #include "tools/import/yaml_value.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
-#include <yaml-cpp/depthguard.h>
 
 namespace varpre {
 namespace {
 
-Place place_of_mark(const Input* file, const YAML::Mark& mark, int width = 1) {
-  if (mark.is_null()) return {file};
-  return {file, mark.line + 1, mark.column + 1, width};
+// A text as messages show it.
+std::string quoted(const std::string& text) {
+  constexpr std::size_t longest = 60;
+  return message("'", text.size() > longest ? text.substr(0, longest) + "..." : text, "'");
 }
 
 }  // namespace
 
-Value::Value(const YAML::Node& node, const Input* file, const UnitSystem& units, Findings& findings)
-    : node_(node), file_(file), units_(units), findings_(&findings) {
-  if (!node_.IsMap()) return;
-  const YAML::Node& constant = node_;
-  if (const YAML::Node given = constant["units"]; given.IsDefined()) set_units(given);
+Value::Value(const YamlNode* node, Findings& findings)
+    : node_(node), units_(std::make_shared<UnitSystem>()), findings_(&findings) {
+  if (node == nullptr) return;
+  if (const YamlNode* const given = node->member("units")) set_units(*given);
 }
 
-Place Value::place() const {
-  const int width = node_.IsScalar() ? std::max(static_cast<int>(text().size()), 1) : 1;
-  return place_of_mark(file_, node_.Mark(), width);
-}
-
-Value Value::inner(const YAML::Node& node) const {
-  return {node, file_, units_, *findings_};
+Value Value::inner(const YamlNode& node) const {
+  Value value = *this;
+  value.node_ = &node;
+  if (const YamlNode* const given = node.member("units")) value.set_units(*given);
+  return value;
 }
 
 Value Value::operator[](const char* key) const {
-  if (!node_.IsMap()) return {};
-  const YAML::Node& constant = node_;
-  const YAML::Node found = constant[key];
-  return found.IsDefined() ? inner(found) : Value();
+  const YamlNode* const found = is_map() ? node_->member(key) : nullptr;
+  return found == nullptr ? Value() : inner(*found);
 }
 
 Value Value::require(const char* key) const {
@@ -53,11 +49,12 @@ std::vector<Value> Value::items() const {
     return list;
   }
   Value scope = *this;
-  for (const YAML::Node& item : node_) {
-    if (list.empty() && item.IsMap() && item.size() == 1 && item["units"].IsDefined()) {
-      scope.set_units(item["units"]);
+  for (const YamlNode* const item : node_->items) {
+    const YamlNode* const units = item->members.size() == 1 ? item->member("units") : nullptr;
+    if (list.empty() && units != nullptr) {
+      scope.set_units(*units);
     } else {
-      list.push_back(scope.inner(item));
+      list.push_back(scope.inner(*item));
     }
   }
   return list;
@@ -70,16 +67,15 @@ std::vector<Value::Member> Value::members() const {
     findings_->error(place(), "a mapping of names to values is due here");
     return list;
   }
-  std::set<std::string> seen;
-  for (const auto& member : node_) {
-    const Value name = inner(member.first);
-    if (!name.is_scalar()) {
-      findings_->error(name.place(), "a name is due here");
+  std::set<std::string_view> seen;
+  for (const auto& [name, value] : node_->members) {
+    if (name->kind != YamlNode::Kind::scalar) {
+      findings_->error(name->place, "a name is due here");
       continue;
     }
-    if (!seen.insert(name.text()).second)
-      findings_->error(name.place(), message("'", name.text(), "' is given twice"));
-    list.push_back({name.text(), name.place(), inner(member.second)});
+    if (!seen.insert(name->text).second)
+      findings_->error(name->place, message(quoted(name->text), " is given twice"));
+    list.push_back({name->text, name->place, inner(*value)});
   }
   return list;
 }
@@ -88,9 +84,12 @@ void Value::check_names(std::initializer_list<const char*> known) const {
   for (const Member& member : members()) {
     const auto is_name = [&](const auto& name) { return member.name == name; };
     if (member.name == "units" || std::any_of(known.begin(), known.end(), is_name)) continue;
-    findings_->warning(member.place, message("'", member.name, "' is not known here and was not read"), [&] {
-      return Nearest(member.name).offer_all(std::vector<std::string_view>(known.begin(), known.end())).help();
-    });
+    findings_->warning(member.place, message(quoted(member.name), " is not known here and was not read"),
+                       [&] {
+                         return Nearest(member.name)
+                             .offer_all(std::vector<std::string_view>(known.begin(), known.end()))
+                             .help();
+                       });
   }
 }
 
@@ -103,8 +102,12 @@ std::optional<std::string> Value::string() const {
 
 std::optional<bool> Value::boolean() const {
   if (!*this) return std::nullopt;
-  bool value = false;
-  if (is_scalar() && YAML::convert<bool>::decode(node_, value)) return value;
+  constexpr std::array<std::array<std::string_view, 3>, 4> yes_or_no{
+      {{"true", "True", "TRUE"}, {"yes", "Yes", "YES"}, {"false", "False", "FALSE"}, {"no", "No", "NO"}}};
+  for (std::size_t i = 0; is_scalar() && i < yes_or_no.size(); ++i) {
+    const auto& words = yes_or_no[i];
+    if (std::find(words.begin(), words.end(), text()) != words.end()) return i < 2;
+  }
   findings_->error(place(), "true or false is due here");
   return std::nullopt;
 }
@@ -119,11 +122,12 @@ std::optional<Value::NumberAndUnit> Value::number_and_unit() const {
     if (value && unit == std::string_view::npos) return NumberAndUnit{*value, std::nullopt};
     if (value) {
       if (const auto known = parse_unit(all.substr(unit))) return NumberAndUnit{*value, known};
-      findings_->error(place(), message("'", all.substr(unit), "' is no unit that is known"));
+      findings_->error(place(), message(quoted(std::string(all.substr(unit))), " is no unit that is known"));
       return std::nullopt;
     }
   }
-  findings_->error(place(), is_scalar() ? message("'", text(), "' is not a number") : "a number is due here");
+  findings_->error(place(),
+                   is_scalar() ? message(quoted(text()), " is not a number") : "a number is due here");
   return std::nullopt;
 }
 
@@ -139,76 +143,77 @@ std::optional<double> Value::quantity(const Unit& usual, const Unit& wanted) con
   const auto read = number_and_unit();
   if (!read) return std::nullopt;
   const Unit& unit = read->unit ? *read->unit : usual;
-  if (unit.dimensions == wanted.dimensions) return converted(read->value, unit, wanted);
-  findings_->error(place(), message("the unit of '", text(), "' is of another quantity than is due here"));
+  if (unit.dimensions == wanted.dimensions) {
+    const double value = converted(read->value, unit, wanted);
+    if (std::isfinite(value)) return value;
+    findings_->error(place(), message(quoted(text()), " is too large in the units of the input files"));
+    return std::nullopt;
+  }
+  findings_->error(place(),
+                   message("the unit of ", quoted(text()), " is of another quantity than is due here"));
   return std::nullopt;
 }
 
 std::optional<double> Value::energy() const {
   const auto read = number_and_unit();
   if (!read) return std::nullopt;
-  const auto value = activation_energy(read->value, read->unit ? *read->unit : units_.activation_energy);
-  if (!value) findings_->error(place(), message("the unit of '", text(), "' is no energy"));
+  const auto value = activation_energy(read->value, read->unit ? *read->unit : units_->activation_energy);
+  if (!value) findings_->error(place(), message("the unit of ", quoted(text()), " is no energy"));
   return value;
 }
 
-void Value::set_units(const YAML::Node& units) {
-  const Value given(units, file_, {}, *findings_);
+void Value::set_units(const YamlNode& units) {
+  Value given;
+  given.node_ = &units;
+  given.units_ = units_;
+  given.findings_ = findings_;
+  auto changed = std::make_shared<UnitSystem>(*units_);
   for (const Member& member : given.members()) {
-    Unit* const unit = units_.find(member.name);
+    Unit* const unit = changed->find(member.name);
     const auto value = member.value.is_scalar() ? parse_unit(member.value.text()) : std::nullopt;
-    const bool is_activation = unit == &units_.activation_energy;
+    const bool is_activation = unit == &changed->activation_energy;
     const auto is_of_kind = [&] {
       return is_activation ? activation_energy(1, *value).has_value() : value->dimensions == unit->dimensions;
     };
     if (unit == nullptr) {
-      findings_->error(member.place, message("'", member.name, "' has no unit to be set"));
+      findings_->error(member.place, message(quoted(member.name), " has no unit to be set"));
     } else if (!value) {
       findings_->error(member.value.place(), "this is no unit that is known");
     } else if (!is_of_kind()) {
       findings_->error(member.value.place(),
-                       message("'", member.value.text(), "' is no unit of ", member.name));
+                       message(quoted(member.value.text()), " is no unit of ", member.name));
     } else {
       *unit = *value;
-      if (is_activation) units_.activation_energy_given = true;
+      if (is_activation) changed->activation_energy_given = true;
     }
   }
-  if (!units_.activation_energy_given) units_.activation_energy = units_.energy / units_.quantity;
+  if (!changed->activation_energy_given) changed->activation_energy = changed->energy / changed->quantity;
+  units_ = std::move(changed);
 }
 
 Value YamlFiles::open(const std::string& path, const Place& named) {
-  const auto [known, first] = roots_.try_emplace(path);
-  Value& root = known->second;
-  if (!first) return root;
-  const Input* file = nullptr;
+  const auto [known, first] = yaml_.try_emplace(path);
+  File& yaml = known->second;
+  if (!first) return yaml.root;
   try {
-    file = &sources_.open(path);
-    const std::vector<YAML::Node> documents = YAML::LoadAll(file->text);
-    if (documents.size() == 1 && documents.front().IsMap()) {
-      root = Value(documents.front(), file, {}, findings_);
-      root.members();  // of which none comes twice
-    } else {
-      findings_.error({file}, "the file is no mapping of sections");
-    }
-  } catch (const YAML::DeepRecursion& error) {
-    findings_.error(place_of_mark(file, error.mark), "this is nested too deeply");
-  } catch (const YAML::Exception& error) {
-    findings_.error(place_of_mark(file, error.mark), message("this is no YAML: ", error.msg));
+    yaml.tree = read_yaml_tree(sources_.open(path), findings_);
+    yaml.root = Value(yaml.tree.root, findings_);
+    if (yaml.root) yaml.root.members();  // of which none comes twice
   } catch (const std::runtime_error& error) {
     if (named.unit == nullptr) throw;
     findings_.error(named, error.what(),
                     "it is looked for beside the file that names it, and in the directories of --include");
   }
-  incomplete_ = incomplete_ || !root;
-  return root;
+  incomplete_ = incomplete_ || !yaml.root;
+  return yaml.root;
 }
 
 std::string YamlFiles::find(const std::string& name, const Value& from) const {
-  const auto beside = std::filesystem::path(from.file()->name).parent_path() / name;
+  const auto beside = (std::filesystem::path(from.file()->name).parent_path() / name).lexically_normal();
   std::error_code ignored;
   if (std::filesystem::exists(beside, ignored)) return beside.string();
   for (const std::string& directory : directories_) {
-    const auto other = std::filesystem::path(directory) / name;
+    const auto other = (std::filesystem::path(directory) / name).lexically_normal();
     if (std::filesystem::exists(other, ignored)) return other.string();
   }
   return beside.string();
@@ -226,6 +231,18 @@ Value YamlFiles::section(const std::string& name, const Value& from) {
     incomplete_ = true;
   }
   return section;
+}
+
+const std::map<std::string, double>& YamlFiles::atomic_weights(const std::string& path) {
+  File& file = yaml_[path];
+  if (file.atomic_weights) return *file.atomic_weights;
+  auto& weights = file.atomic_weights.emplace();
+  for (const Value& element : file.root["elements"].items()) {
+    const auto symbol = element["symbol"].string();
+    const auto weight = element["atomic-weight"].number();
+    if (symbol && weight) weights[*symbol] = *weight;
+  }
+  return weights;
 }
 
 }  // namespace varpre

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -8,12 +7,12 @@
 #include <string>
 #include <string_view>
 #include <vector>
-#include <yaml-cpp/yaml.h>
 
 #include "textio/channel/input.h"
 #include "textio/findings/findings.h"
 #include "tools/import/source_files.h"
 #include "tools/import/units.h"
+#include "tools/import/yaml_tree.h"
 
 namespace varpre {
 
@@ -24,15 +23,16 @@ namespace varpre {
 class Value {
  public:
   Value() = default;
-  Value(const YAML::Node& node, const Input* file, const UnitSystem& units, Findings& findings);
+  // The root of a file, with the units of the format.
+  Value(const YamlNode* node, Findings& findings);
 
-  explicit operator bool() const { return node_.IsDefined() && !node_.IsNull(); }
-  bool is_scalar() const { return node_.IsScalar(); }
-  bool is_list() const { return node_.IsSequence(); }
-  bool is_map() const { return node_.IsMap(); }
-  const std::string& text() const { return node_.Scalar(); }
+  explicit operator bool() const { return is(YamlNode::Kind::scalar) || is_list() || is_map(); }
+  bool is_scalar() const { return is(YamlNode::Kind::scalar); }
+  bool is_list() const { return is(YamlNode::Kind::list); }
+  bool is_map() const { return is(YamlNode::Kind::map); }
+  const std::string& text() const { return node_->text; }
   // Where it begins; of a text, its columns.
-  Place place() const;
+  Place place() const { return node_ == nullptr ? Place() : node_->place; }
 
   // A member of a mapping; missing when this is none.
   Value operator[](const char* key) const;
@@ -55,8 +55,8 @@ class Value {
   // kJ/mol.
   std::optional<double> energy() const;
 
-  const UnitSystem& units() const { return units_; }
-  const Input* file() const { return file_; }
+  const UnitSystem& units() const { return *units_; }
+  const Input* file() const { return place().unit; }
   Findings& findings() const { return *findings_; }
 
  private:
@@ -65,12 +65,12 @@ class Value {
     std::optional<Unit> unit;
   };
   std::optional<NumberAndUnit> number_and_unit() const;
-  Value inner(const YAML::Node& node) const;
-  void set_units(const YAML::Node& units);
+  bool is(YamlNode::Kind kind) const { return node_ != nullptr && node_->kind == kind; }
+  Value inner(const YamlNode& node) const;
+  void set_units(const YamlNode& given);
 
-  YAML::Node node_{YAML::NodeType::Undefined};
-  const Input* file_ = nullptr;
-  UnitSystem units_;
+  const YamlNode* node_ = nullptr;
+  std::shared_ptr<const UnitSystem> units_;
   Findings* findings_ = nullptr;
 };
 
@@ -94,6 +94,9 @@ class YamlFiles {
   // the file of the value and in the directories. Missing after an error.
   Value section(const std::string& name, const Value& from);
 
+  // What the section `elements` of a file that is open says of atomic weights.
+  const std::map<std::string, double>& atomic_weights(const std::string& path);
+
   // Whether a file or section that another one names could not be had: what follows from that is no news.
   bool incomplete() const { return incomplete_; }
 
@@ -103,7 +106,12 @@ class YamlFiles {
   SourceFiles& sources_;
   std::vector<std::string> directories_;
   Findings& findings_;
-  std::map<std::string, Value> roots_;
+  struct File {
+    YamlTree tree;
+    Value root;
+    std::optional<std::map<std::string, double>> atomic_weights;
+  };
+  std::map<std::string, File> yaml_;
   bool incomplete_ = false;
 };
 

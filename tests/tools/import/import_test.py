@@ -400,6 +400,22 @@ class Import(unittest.TestCase):
             result = self.run_import(text)
             self.assertIn(result.returncode, (1, 2), text[:40])
             self.assertNotIn("\x1b", result.stderr)
+        # In time and memory in proportion to the file, with a message of a sentence.
+        aliases = "a0: &a0 [x, x]\n" + "".join(f"a{i}: &a{i} [{', '.join(9 * [f'*a{i - 1}'])}]\n" for i in range(1, 19))
+        for text, says in [(",", "no mapping of sections"), ("units: &u {units: *u}", "within what it stands for"), (aliases, "far more here"),
+                           (mechanism(phase=PHASE.replace("all", "[" + 3000 * "{reactions: all}, " + "]")), "'reactions' comes twice"),
+                           (mechanism(phase=PHASE.replace("ideal-gas", "A" * 5000000)), "more than 65536 characters"),
+                           (mechanism(phase=PHASE + "  rate-multipliers: {1e300: 2}\n"), "no number of a reaction"),
+                           (mechanism(PLAIN.replace("3.87e+04", "1e300"), phase=PHASE + "  rate-multipliers: {default: 1e300}\n"), "too large"),
+                           (mechanism(phase=PHASE.replace("  kinetics", "  elements: [" + ", ".join(f"E{i}" for i in range(4000)) + "]\n  kinetics"), gas=[species(f"S{i}", f"{{E{i}: 1}}") for i in range(4000)],
+                                      more="elements:\n" + "".join(f"- {{symbol: E{i}, atomic-weight: 1}}\n" for i in range(4000))), "'E0' is not an element")]:
+            result = self.run_import(text)
+            self.assertEqual(result.returncode, 1, says)
+            self.assertIn(says, result.stderr)
+            self.assertLess(len(result.stderr), 200000)
+        shown = self.run_import(mechanism(phase=PHASE.replace("gas\n", '"g\\ea\\ns"\n', 1)), "--phase", "g\x1ba\ns")
+        self.assertEqual(shown.returncode, 0, shown.stderr)
+        self.assertIn("gas phase g<U+001B>a<U+000A>s: 7 species", shown.stdout)
         # Whatever is changed: an orderly end, and never a success without files.
         base = (EXAMPLE / "hydrogen.yaml").read_bytes()
         random.seed(1)
