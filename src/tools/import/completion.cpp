@@ -19,15 +19,7 @@ std::vector<ImportedSpecies>& list_of_phase(KnownSpecies::Phase phase, ImportedM
   }
 }
 
-// The entropies of an entry are those at its reference pressure, at 1 bar here. One of 1 atm is what most
-// files mean; it is left as it is.
-double entropy_shift(const ImportedSpecies& species, Import& import) {
-  constexpr double atm = 1.01325;  // bar
-  const double pressure = species.thermo.reference_pressure;
-  if (species.on_surface) return 0;
-  if (pressure == atm) import.mechanism.at_one_atmosphere = true;
-  return pressure == atm ? 0 : std::log(pressure);
-}
+constexpr double atm = 1.01325;  // bar
 
 bool fit_thermo(ImportedSpecies& species, Import& import) {
   if (!import.options.refit_thermo) {
@@ -67,7 +59,9 @@ bool settle_thermo(ImportedSpecies& species, Import& import) {
   } else if (!fit_thermo(species, import)) {
     return false;
   }
-  const double shift = entropy_shift(species, import);
+  const double shift = entropy_shift(species);
+  if (!species.on_surface && species.thermo.reference_pressure == atm)
+    import.mechanism.at_one_atmosphere = true;
   species.lower[6] += shift;
   species.upper[6] += shift;
   const auto is_finite = [](double value) { return std::isfinite(value); };
@@ -205,6 +199,11 @@ void Import::refuse(const Place& place, const std::string& what, std::string_vie
   findings.report(skip ? Findings::Severity::warning : Findings::Severity::error, place,
                   skip ? message(what, " is left out: ", reason) : message(what, ": ", reason), help, kind);
   mechanism.left_out.push_back({what, std::string(reason), place});
+}
+
+double entropy_shift(const ImportedSpecies& species) {
+  const double pressure = species.thermo.reference_pressure;
+  return species.on_surface || pressure == atm ? 0 : std::log(pressure);
 }
 
 bool take_species(ImportedSpecies species, Import& import) {

@@ -6,6 +6,10 @@
 // refused.
 namespace varpre {
 
+// What is added to the entropies of a species, over R, because they are meant at another pressure than 1 bar.
+// 1 atm is what most files mean without a thought: nothing then.
+double entropy_shift(const ImportedSpecies& species);
+
 // Takes a species, whose thermochemistry becomes two ranges of seven coefficients. False, after a finding,
 // when it cannot be held; its fate is settled either way.
 bool take_species(ImportedSpecies species, Import& import);

@@ -41,9 +41,10 @@ class Writer {
     write_mechanism();
     write_thermo();
     write_molecules();
-    write_conditions();
-    return {MEC_, THERMO_, MOLNEW_, INP_};
+    return {MEC_, THERMO_, MOLNEW_, {}};
   }
+
+  LostDigits& lost() { return lost_; }
 
   // What is to be known of the whole, once.
   void warn(const Place& file, Findings& findings) const {
@@ -101,8 +102,6 @@ class Writer {
   void write_mechanism() {
     write_heading(MEC_);
     write_names(MEC_);
-    for (const auto& [what, reason, place] : mechanism_.left_out)
-      comment(MEC_, message("left out: ", what, ": ", reason));
     if (has_falloff()) {
       comment(MEC_, "Falloff reactions: the high-pressure limit stands on the line of the reaction, the");
       comment(MEC_, "low-pressure limit in the first # record, the Troe parameters a, T***, T*, T** in the");
@@ -325,81 +324,30 @@ class Writer {
     }
   }
 
-  // --- INP ---
-
-  void write_conditions() {
-    write<"('COMMENT ',A)">(
-        INP_, std::string_view(for_terminal(message("Imported from ", mechanism_.file)).substr(0, 64)));
-    write<"('OPTIONS',/,'PConst  1 Energy  1',/,'END')">(INP_);
-    write_species("GAS PHASE SPECIES", mechanism_.gas);
-    if (!mechanism_.surface_phase.empty()) write_species("SURFACE SPECIES", mechanism_.surface);
-    write_mixture("LEFT BOUNDARY");
-    write_mixture("RIGHT BOUNDARY");
-    write<
-        "('CONDITIONS',/,'GE          0.0   slab',/,'NG        101.0',/,'RI          0.0   m',/,'RO         0.01   m',/,"
-        "'TE         0.05   s',/,'NT       2000.0',/,'STEP 1.0000E-07   s',/,'ATOL 1.0000E-08',/,'RTOL      0.001',/,'END')">(
-        INP_);
-    if (!mechanism_.surface_phase.empty()) write_surface_conditions();
-  }
-
-  static void write_species(std::string_view heading, const std::vector<ImportedSpecies>& all,
-                            std::string& file) {
-    write<"(A)">(file, heading);
-    std::vector<SpeciesName> names;
-    names.reserve(all.size());
-    for (const ImportedSpecies& species : all) names.push_back(species.short_name);
-    if (!names.empty()) write<"(7(A8,2X))">(file, std::span<const SpeciesName>(names));
-    write<"('END')">(file);
-  }
-  void write_species(std::string_view heading, const std::vector<ImportedSpecies>& all) {
-    write_species(heading, all, INP_);
-  }
-
-  void write_mixture(std::string_view heading) {
-    const ImportedState& state = mechanism_.state;
-    write<"(A)">(INP_, heading);
-    const auto value = [&](std::string_view name, double amount, std::string_view unit) {
-      write<"(A8,1X,A10,1X,A)">(INP_, Text<8>(name), number<10>(amount), unit);
-    };
-    value("P", state.pressure, "bar");
-    if (state.enthalpy) {
-      value("H(T0)", *state.enthalpy, "J/kg");
-    } else {
-      value("T", state.temperature, "K");
-    }
-    for (const auto& [name, amount] : state.amounts) {
-      write<"(A8,1X,A10)">(INP_, SpeciesName(names_.at(name)), number<10>(amount));
-    }
-    write<"('END')">(INP_);
-  }
-
-  void write_surface_conditions() {
-    write<"('SURFACE CONDITIONS')">(INP_);
-    write<"('TW',7X,A11,' K',/,'SITE',5X,A11,' mol/m**2')">(INP_, number<11>(mechanism_.wall_temperature),
-                                                            number<11>(mechanism_.site_density));
-    write<
-        "('EPSW             0.0',/,'EPSA             0.0',/,'EPSB             0.0',/,'TRAD           300.0',/,"
-        "'POW              0.0',/,'RHOZ             0.0',/,'RHOA             0.0',/,'RHOB             0.0',/,"
-        "'CWIR      1.0000E+30',/,'STFL             1.0',/,'END')">(INP_);
-  }
-
   const ImportedMechanism& mechanism_;
   Partners partners_;
   std::map<std::string, std::string> names_;
   LostDigits lost_;
-  std::string MEC_;
-  std::string THERMO_;
-  std::string MOLNEW_;
-  std::string INP_;
+  StoreFile MEC_;
+  StoreFile THERMO_;
+  StoreFile MOLNEW_;
 };
 
 }  // namespace
 
-InputTexts write_inputs(const ImportedMechanism& mechanism, const Input& file, Findings& findings) {
+InputTexts write_inputs(const ImportedMechanism& mechanism, const std::array<ImportedState, 2>& mixtures,
+                        const ConditionsOptions& options, const Input& file, Findings& findings) {
   Writer writer(mechanism);
   InputTexts texts = writer.write_all();
+  texts.INP = write_conditions(mechanism, mixtures, options, writer.lost());
   writer.warn(whole(file), findings);
   return texts;
+}
+
+void add_comments(const std::vector<std::string>& lines, InputTexts& texts) {
+  std::string comments;
+  for (const std::string& line : lines) comments += message("---- ", for_terminal(line), "\n");
+  texts.MEC.insert(texts.MEC.find('\n') + 1, comments);
 }
 
 }  // namespace varpre

@@ -1,12 +1,16 @@
 #include <cstdio>
+#include <deque>
 #include <filesystem>
+#include <memory>
 
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 #include "tools/import/input_writer.h"
+#include "tools/import/mixtures.h"
 #include "tools/import/species_reader.h"
+#include "tools/import/verification.h"
 #include "tools/import/yaml_reader.h"
 
 namespace {
@@ -18,6 +22,11 @@ struct Arguments {
   std::string directory = ".";
   std::vector<std::string> include;
   std::string pressure;
+  varpre::GivenMixtures mixtures;
+  std::string start;  // a template
+  bool fit_reverses = false;
+  bool verify = true;
+  bool no_verify = false;
   bool force = false;
 };
 
@@ -35,71 +44,84 @@ bool exists(const std::string& path) {
   return std::filesystem::symlink_status(path).type() != std::filesystem::file_type::not_found;
 }
 
-// Throws when a file that is to be written is there already.
-void refuse_to_overwrite(const Arguments& arguments) {
-  if (arguments.force) return;
-  for (const char* const name : {"MEC", "THERMO", "MOLNEW"}) {
-    const bool written = !arguments.import.without_transport || name != std::string_view("MOLNEW");
-    if (written && exists(path_in(arguments, name))) {
-      throw std::runtime_error(path_in(arguments, name) + " is there already; --force writes over it");
-    }
+// The files that are written whatever is there; the INP joins them where there is none.
+std::vector<std::pair<std::string, const std::string*>> set_of(const Arguments& arguments,
+                                                               const varpre::InputTexts& texts) {
+  std::vector<std::pair<std::string, const std::string*>> set{{"MEC", &texts.MEC}, {"THERMO", &texts.THERMO}};
+  if (!arguments.import.without_transport) set.emplace_back("MOLNEW", &texts.MOLNEW);
+  return set;
+}
+
+// Throws when a file that is to be written is there already, or is one that is read.
+void refuse_to_overwrite(const Arguments& arguments, const varpre::SourceFiles& sources) {
+  for (const auto& [name, text] : set_of(arguments, {})) {
+    const std::string path = path_in(arguments, name);
+    if (!arguments.force && exists(path))
+      throw std::runtime_error(path + " is there already; --force writes over it");
+    if (sources.include(path)) throw std::runtime_error(path + " is read, and cannot be written over");
   }
 }
 
-void write_file(const std::string& path, const std::string& text) {
-  varpre::FreshFile file(path);
-  file.write(text);
-  file.sync();
-  file.take_place();
-  std::printf("wrote %s\n", varpre::for_terminal(path).c_str());
-}
-
-void write_files(const Arguments& arguments, const varpre::InputTexts& texts) {
+// All files or none: each is complete on the disk before the first takes its place.
+void write_files(const Arguments& arguments, const varpre::SourceFiles& sources,
+                 const varpre::InputTexts& texts) {
   std::filesystem::create_directories(arguments.directory);
-  write_file(path_in(arguments, "MEC"), texts.MEC);
-  write_file(path_in(arguments, "THERMO"), texts.THERMO);
-  if (!arguments.import.without_transport) write_file(path_in(arguments, "MOLNEW"), texts.MOLNEW);
-  if (const std::string conditions = path_in(arguments, "INP"); exists(conditions)) {
+  auto set = set_of(arguments, texts);
+  const std::string conditions = path_in(arguments, "INP");
+  const bool keep_conditions = exists(conditions);
+  if (!keep_conditions) set.emplace_back("INP", &texts.INP);
+  std::deque<varpre::FreshFile> files;
+  for (const auto& [name, text] : set) {
+    varpre::FreshFile& file = files.emplace_back(path_in(arguments, name));
+    file.write(*text);
+    file.sync();
+  }
+  refuse_to_overwrite(arguments, sources);
+  for (varpre::FreshFile& file : files) file.take_place();
+  for (const auto& [name, text] : set)
+    std::printf("wrote %s\n", varpre::for_terminal(path_in(arguments, name)).c_str());
+  if (keep_conditions)
     std::printf("%s is there already and stays as it is\n", varpre::for_terminal(conditions).c_str());
-  } else {
-    write_file(conditions, texts.INP);
-  }
 }
 
-void list_mechanism(const varpre::ImportedMechanism& mechanism) {
-  const auto count = [](const auto& list) { return static_cast<int>(list.size()); };
-  std::string text =
-      message("gas phase ", varpre::for_terminal(mechanism.gas_phase), ": ", count(mechanism.gas),
-              " species, ", varpre::counted(count(mechanism.gas_reactions), "reaction"), "\n");
-  if (!mechanism.surface_phase.empty()) {
-    text += message("surface ", varpre::for_terminal(mechanism.surface_phase), ": ", count(mechanism.surface),
-                    " species, ", varpre::counted(count(mechanism.surface_reactions), "reaction"), "\n");
+// Data for a run without MOLNEW, in which they do not matter.
+std::string any_molecules(const varpre::ImportedMechanism& mechanism) {
+  std::string text;
+  for (const varpre::ImportedSpecies& species : mechanism.gas) {
+    text += std::string(species.short_name.view()) +
+            " 2    20.000     100.0       3.0       0.0       0.0       1.0\n";
   }
-  for (const auto* all : {&mechanism.gas, &mechanism.surface}) {
-    for (const varpre::ImportedSpecies& species : *all) {
-      if (species.name != varpre::trimmed(species.short_name.view())) {
-        text += message(species.short_name, " stands for ", varpre::for_terminal(species.name), "\n");
-      }
-    }
-  }
-  std::fputs(text.c_str(), stdout);
+  return text;
 }
 
-// In bar, from a value with its unit.
-double read_pressure(const std::string& text) {
-  const auto bar = *varpre::parse_unit("bar");
-  const std::size_t end = std::min(text.find_first_not_of("0123456789.+-eE"), text.size());
-  const auto value = varpre::parse_number(std::string_view(text).substr(0, end));
-  const auto unit = varpre::parse_unit(std::string_view(text).substr(end));
-  if (!value || *value <= 0 || !unit || unit->dimensions != bar.dimensions)
-    throw std::runtime_error("--pressure: a pressure with its unit is due, like \"1 bar\"");
-  return varpre::converted(*value, *unit, bar);
+// Runs the texts in memory and compares what the program reads from them with the mechanism.
+varpre::Verification verify(const Arguments& arguments, const varpre::ImportedMechanism& mechanism,
+                            const varpre::InputTexts& texts) {
+  varpre::Files files = varpre::Files::in_memory();
+  files.mechanism.text = texts.MEC;
+  files.thermo.text = texts.THERMO;
+  files.conditions.text = texts.INP;
+  files.molecules.text = arguments.import.without_transport ? any_molecules(mechanism) : texts.MOLNEW;
+  const auto data = std::make_unique<varpre::RunData>();
+  varpre::run(files, *data);
+  return varpre::verify(mechanism, arguments.import.pressure.value_or(1), *data);
+}
+
+void list_molecules_needed(const varpre::ImportedMechanism& mechanism) {
+  std::string text = "no run was made: MOLNEW, the transport data, is yours to supply, for";
+  std::size_t length = 0;
+  for (const varpre::ImportedSpecies& species : mechanism.gas) {
+    const std::string name(varpre::trimmed(species.short_name.view()));
+    text += (length % 70 < name.size() + 1 ? "\n  " : " ") + name;
+    length += name.size() + 1;
+  }
+  std::puts(text.c_str());
 }
 
 // Runs what was imported, without writing anything. The exit status.
-int try_run(const Arguments& arguments) {
+int try_run(const Arguments& arguments, const varpre::ImportedMechanism& mechanism, bool own_conditions) {
   if (arguments.import.without_transport && !exists(path_in(arguments, "MOLNEW"))) {
-    std::puts("no run was made: MOLNEW, the transport data, is yours to supply");
+    list_molecules_needed(mechanism);
     return 0;
   }
   const varpre::DirectoryRun run = varpre::run_in_directory(arguments.directory, varpre::Wanted::none);
@@ -108,33 +130,81 @@ int try_run(const Arguments& arguments) {
   const bool complete = run.result.errors == 0 && run.result.store_state == "complete";
   std::printf("varpre: %s; store file %s\n", varpre::summary(run.result.errors, run.result.warnings).c_str(),
               run.result.store_state.c_str());
+  if (!complete && !own_conditions)
+    std::puts("the INP that was there does not fit the new files: see the errors above");
   return complete ? 0 : not_held;
 }
 
+int give_up(const std::string& why) {
+  tell(message("varpre-import: ", why, "; nothing was written\n"));
+  return not_held;
+}
+
+varpre::ConditionsOptions conditions_options(const Arguments& arguments) {
+  varpre::ConditionsOptions options;
+  options.fit_reverses = arguments.fit_reverses;
+  if (arguments.start.empty()) return options;
+  const auto start = varpre::template_named(arguments.start);
+  if (!start) throw std::runtime_error("--template: burner, counterflow or ignition is due");
+  options.start = *start;
+  return options;
+}
+
+// Whether this would take the reactions from a mechanism that is there and give none.
+bool would_empty(const Arguments& arguments, const varpre::ImportedMechanism& mechanism) {
+  return mechanism.gas_reactions.empty() && mechanism.surface_reactions.empty() &&
+         mechanism.global_reactions.empty() && exists(path_in(arguments, "MEC"));
+}
+
+// What came out of reading, and the files made of it. The exit status.
+int write_mechanism(const Arguments& arguments, const varpre::SourceFiles& sources,
+                    const varpre::ImportedMechanism& mechanism, varpre::Findings& findings,
+                    const varpre::Input& file) {
+  const varpre::ConditionsOptions conditions = conditions_options(arguments);
+  const auto& given = arguments.mixtures;
+  const bool apart = conditions.start == varpre::Template::counterflow;
+  varpre::InputTexts texts = varpre::write_inputs(mechanism, varpre::mixtures_of(mechanism, given, apart),
+                                                  conditions, file, findings);
+  std::unique_ptr<varpre::Verification> verification;
+  if (arguments.verify && !arguments.no_verify)
+    verification = std::make_unique<varpre::Verification>(verify(arguments, mechanism, texts));
+  tell(findings.render());
+  if (findings.errors() > 0) return give_up(varpre::summary(findings.errors(), findings.warnings()));
+  if (verification && !verification->faults.empty())
+    return give_up("what was made is not what was read: " +
+                   varpre::for_terminal(verification->faults.front()));
+  if (would_empty(arguments, mechanism))
+    return give_up("there are no reactions to take the place of those in MEC");
+  std::vector<std::string> lines = varpre::summary_lines(mechanism, verification.get());
+  if (given.left.empty() && given.right.empty() && given.fuel.empty())
+    lines.emplace_back(
+        "both sides of INP have the state that the file gives: --left, --right, --fuel set others");
+  varpre::add_comments(lines, texts);
+  const bool own_conditions = !exists(path_in(arguments, "INP"));
+  write_files(arguments, sources, texts);
+  for (const std::string& line : lines) std::puts(varpre::for_terminal(line).c_str());
+  return try_run(arguments, mechanism, own_conditions);
+}
+
 int import(Arguments& arguments) {
-  if (!arguments.pressure.empty()) arguments.import.pressure = read_pressure(arguments.pressure);
-  refuse_to_overwrite(arguments);
+  varpre::ImportOptions& options = arguments.import;
+  if (!arguments.pressure.empty()) options.pressure = varpre::read_pressure("--pressure", arguments.pressure);
+  conditions_options(arguments);
+  varpre::SourceFiles sources;
+  refuse_to_overwrite(arguments, sources);
   varpre::Findings findings;
   findings.most_shown = 200;  // of a kind: each looks for its line
-  const varpre::ImportOptions& options = arguments.import;
-  varpre::SourceFiles sources;
   varpre::YamlFiles files(sources, arguments.include, findings);
   const varpre::Molecules molecules =
       options.transport.empty() ? varpre::Molecules()
                                 : varpre::read_transport_file(options.transport, sources, files, findings);
   const varpre::ImportedMechanism mechanism =
       varpre::read_yaml_mechanism(options, files, molecules, findings);
-  varpre::InputTexts texts;
-  if (findings.errors() == 0) texts = varpre::write_inputs(mechanism, sources.open(options.file), findings);
+  refuse_to_overwrite(arguments, sources);
+  if (findings.errors() == 0)
+    return write_mechanism(arguments, sources, mechanism, findings, sources.open(options.file));
   tell(findings.render());
-  if (findings.errors() > 0) {
-    tell(message("varpre-import: ", varpre::summary(findings.errors(), findings.warnings()),
-                 "; nothing was written\n"));
-    return not_held;
-  }
-  list_mechanism(mechanism);
-  write_files(arguments, texts);
-  return try_run(arguments);
+  return give_up(varpre::summary(findings.errors(), findings.warnings()));
 }
 
 constexpr varpre::Program program{
@@ -163,6 +233,18 @@ int main(int argc, char** argv) {
        {"--pressure", &arguments.pressure, "of rates that depend on it (\"1 bar\")", "P"},
        {"--refit-thermo", &options.refit_thermo,
         "fit ranges of seven coefficients to thermochemistry of other forms"},
+       {"--left", &arguments.mixtures.left,
+        "the mixture on the left (\"CH4:1, O2:2, N2:7.52; 300 K; 1 atm\")", "MIXTURE"},
+       {"--right", &arguments.mixtures.right, "the mixture on the right", "MIXTURE"},
+       {"--fuel", &arguments.mixtures.fuel, "the fuel of both mixtures, with --oxidizer", "AMOUNTS"},
+       {"--oxidizer", &arguments.mixtures.oxidizer, "the oxidizer (\"O2:1, N2:3.76\")", "AMOUNTS"},
+       {"--phi", &arguments.mixtures.phi, "the equivalence ratio (1)", "NUMBER"},
+       {"--template", &arguments.start, "options and conditions that fit: burner, counterflow, ignition",
+        "NAME"},
+       {"--fit-reverses", &arguments.fit_reverses,
+        "varpre fits the reverse rates of the gas; the solver works them out otherwise"},
+       {"--verify", &arguments.verify, "compare what was written with the file (that is done anyway)"},
+       {"--no-verify", &arguments.no_verify, "do not"},
        {"--force", &arguments.force, "write over MEC, THERMO and MOLNEW; an INP always stays"},
        {"--skip-unsupported", &options.skip_unsupported,
         "leave out what cannot be held, with a warning each"},

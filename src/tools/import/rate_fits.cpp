@@ -9,13 +9,6 @@
 namespace varpre {
 namespace {
 
-constexpr int steps = 60;
-
-double temperature(int step) {
-  const double part = static_cast<double>(step) / steps;
-  return 1 / ((1 - part) / fit_low + part / fit_high);
-}
-
 // Solves the normal equations of the unknowns that are asked for, by elimination with pivots on the diagonal,
 // which are positive; the others are 0.
 std::array<double, 3> solve(std::array<std::array<double, 4>, 3> m, const std::array<bool, 3>& wanted) {
@@ -57,10 +50,15 @@ ArrheniusRate in_few_digits(const ArrheniusRate& law) {
 
 }  // namespace
 
+double fit_temperature(int step) {
+  const double part = static_cast<double>(step) / fit_steps;
+  return 1 / ((1 - part) / fit_low + part / fit_high);
+}
+
 FittedRate compare_rates(const ArrheniusRate& law, const RateOfTemperature& rate) {
   FittedRate fitted{law, 0, fit_low};
-  for (int step = 0; step <= steps; ++step) {
-    const double T = temperature(step);
+  for (int step = 0; step <= fit_steps; ++step) {
+    const double T = fit_temperature(step);
     const double deviation = std::abs(rate_constant(law, T) / rate(T) - 1);
     if (deviation > fitted.deviation || std::isnan(deviation)) {
       fitted.deviation = deviation;
@@ -73,8 +71,8 @@ FittedRate compare_rates(const ArrheniusRate& law, const RateOfTemperature& rate
 std::optional<FittedRate> fit_arrhenius(const RateOfTemperature& rate, std::optional<double> b,
                                         std::optional<double> E) {
   std::array<std::array<double, 4>, 3> normal{};
-  for (int step = 0; step <= steps; ++step) {
-    const double T = temperature(step);
+  for (int step = 0; step <= fit_steps; ++step) {
+    const double T = fit_temperature(step);
     const double k = rate(T);
     if (!(k > 0) || !std::isfinite(k)) return std::nullopt;
     const auto basis = Basis::at(T);

@@ -12,6 +12,10 @@ namespace varpre {
 inline constexpr double fit_low = 300;
 inline constexpr double fit_high = 2500;
 
+// In so many even steps of 1/T, from the low one on.
+inline constexpr int fit_steps = 60;
+double fit_temperature(int step);
+
 using RateOfTemperature = std::function<double(double)>;  // of K, cm, mol, s
 
 struct FittedRate {

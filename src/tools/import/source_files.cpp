@@ -1,6 +1,8 @@
 #include "tools/import/source_files.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
 
 #include "textio/channel/file.h"
 
@@ -20,13 +22,22 @@ std::string read_file(const std::string& path) {
 
 const Input& SourceFiles::open(const std::string& path) {
   auto& file = files_[path];
-  if (!file) {
-    auto fresh = std::make_unique<Input>();
-    fresh->name = path;
-    fresh->text = read_file(path);
-    file = std::move(fresh);
-  }
+  if (!file) put(path, read_file(path));
   return *file;
+}
+
+void SourceFiles::put(const std::string& path, std::string text) {
+  auto file = std::make_unique<Input>();
+  file->name = path;
+  file->text = std::move(text);
+  files_[path] = std::move(file);
+}
+
+bool SourceFiles::include(const std::string& path) const {
+  return std::any_of(files_.begin(), files_.end(), [&](const auto& file) {
+    std::error_code ignored;
+    return std::filesystem::equivalent(file.first, path, ignored);
+  });
 }
 
 }  // namespace varpre

@@ -3,6 +3,7 @@
 
 import os
 import random
+import re
 import shutil
 import subprocess
 import sys
@@ -79,6 +80,7 @@ class Import(unittest.TestCase):
             self.assertEqual(result.returncode, 0, result.stderr)
             self.assertIn(f"{left_out} is left out: ", result.stderr)
             self.assertIn(f"left out: {left_out}", result.MEC)
+            self.assertIn(f"left out: {left_out}", result.stdout)
 
     def test_example_comes_out_as_it_stands(self):
         directory = self.root / "example"
@@ -92,6 +94,52 @@ class Import(unittest.TestCase):
         found = proof.Proof(str(directory / "hydrogen.yaml"), str(directory), "hydrogen-air", "platinum").compared
         self.assertGreater(found["A"], 50)
         self.assertEqual(found["sticking"], 4)
+
+    def test_the_summary_tells_what_the_proof_finds(self):
+        """What the program says that it is off by is what another way of working it out gives."""
+        chebyshev = "temperature-range: [290, 3000], pressure-range: [0.01 atm, 100 atm], data: [[-1.44, 0.26], [2.2, 0.49], [-0.23, 0.40]]"
+        text = mechanism(PLAIN + f"- {{equation: O2 (+M) <=> 2 O (+M), type: Chebyshev, {chebyshev}}}\n", more="on-pt:\n- {equation: H2 + 2 PT(S) <=> 2 H(S), sticking-coefficient: [0.046, 0, 0]}\n" + SITES,
+                         phase=PHASE + SURFACE + "- name: other\n  thermo: pure-fluid\n")
+        result = self.good(text, "--surface", "pt", "--pressure", "2 bar", pressure=2e5, phases=("gas", "pt"))
+        said = dict(re.findall(r"(?m)^fitted: rate of (.*?)(?: at 2 bar)?, off by up to ([\d.]+) %", result.stdout))
+        self.assertEqual(said.keys(), result.proof.deviations.keys())
+        for what, deviation in result.proof.deviations.items():
+            self.assertAlmostEqual(float(said[what]) / 100, deviation, delta=0.01 * deviation + 1e-4, msg=what)
+        self.assertIn("not taken: phase other (pure-fluid)", result.stdout)
+        for line in result.stdout.splitlines():
+            if not line.startswith(("wrote", "varpre")):
+                self.assertIn("---- " + line, result.MEC)
+        worst = float(re.search(r"rates within ([\d.e+-]+) %", result.stdout)[1])
+        self.assertAlmostEqual(worst / 100, max(result.proof.deviations.values()), delta=0.01 * worst / 100)
+        plain = self.good(mechanism(PLAIN), "--fit-reverses")
+        self.assertIn("rates exact\n", plain.stdout)
+        self.assertIn("reverse rates that varpre fits from equilibrium within", plain.stdout)
+        self.assertEqual(plain.proof.compared["the reverse rate"], 2)
+        self.assertNotIn("compared with", self.run_import(mechanism(PLAIN), "--no-verify").stdout)
+
+    def test_conditions_to_start_from(self):
+        def inp(*arguments):
+            result = self.run_import(mechanism(PLAIN, gas=GAS + [species("CH4", "{C: 1, H: 4}", transport=TRANSPORT % "nonlinear"), species("N2", "{N: 2}")]), *arguments)
+            self.assertEqual(result.returncode, 0, result.stderr)
+            return (result.directory / "INP").read_text()
+        amounts = lambda text, side: {k: float(v) for k, v in re.findall(r"(?m)^(\S+) +([\d.]+) (?!J)", text[text.index(side):][:text[text.index(side):].index("END")])}
+        given = inp("--left", "CH4:1, O2:2, N2:7.52; 350 K; 2 atm", "--right", "o2:1 N2 : 3.76")
+        self.assertEqual(amounts(given, "LEFT"), {"P": 2.0265, "T": 350, "CH4": 1, "O2": 2, "N2": 7.52})
+        self.assertEqual(amounts(given, "RIGHT"), {"P": 1, "T": 300, "O2": 1, "N2": 3.76})
+        self.assertIn("RevSim  1", given)
+        premixed = amounts(inp("--fuel", "CH4", "--oxidizer", "O2:1, N2:3.76", "--phi", "0.8", "--template", "burner"), "RIGHT")
+        self.assertEqual(premixed, {"P": 1, "T": 300, "CH4": 0.8, "O2": 2, "N2": 7.52})
+        apart = inp("--fuel", "CH4:1, H2:1", "--oxidizer", "O2:1", "--template", "counterflow", "--fit-reverses")
+        self.assertEqual((amounts(apart, "LEFT")["H2"], amounts(apart, "RIGHT")["O2"]), (1, 1))
+        self.assertNotIn("RevSim  1", apart)
+        self.assertIn("Impuls -1", apart)
+        self.assertIn("Source  1", inp("--template", "ignition"))
+        for line in given[given.index("LEFT"):].splitlines():
+            if line[:4] not in ("LEFT", "RIGH", "COND", "END"):
+                self.assertIn("! ", line)
+        for wrong in (["--left", "XX:1"], ["--left", "O2:1; 3 m"], ["--fuel", "H2"], ["--phi", "1"], ["--fuel", "AR", "--oxidizer", "O2"], ["--fuel", "H2", "--oxidizer", "AR"], ["--template", "x"],
+                      ["--fuel", "H2", "--oxidizer", "O2", "--phi", "0"], ["--left", "O2:-1"]):
+            self.assertEqual(self.run_import(mechanism(PLAIN), *wrong).returncode, 2, wrong)
 
     def test_units_of_every_level(self):
         reactions = """- {equation: O + H2 <=> H + OH, rate-constant: {A: 3.87e-2 m^3/mol/s, b: 2.7, Ea: 6260 cal/mol}}
@@ -180,7 +228,7 @@ class Import(unittest.TestCase):
         phase = PHASE.replace("  kinetics", f"  species: [{', '.join(s.split()[2] for s in gas)}]\n  kinetics") + surface
         result = self.good(mechanism(gas=gas + [carbon], more=reactions.replace("3.7e+21", "3.7e+21 cm^2/mol/s") + SITES, phase=phase), "--surface", "pt", phases=("gas", "pt"))
         found = result.proof.compared
-        self.assertEqual((found["sticking"], found["the reverse rate"]), (1, 12))
+        self.assertEqual((found["sticking"], found["the reverse rate"]), (1, 10))
         self.assertEqual(len(result.proof.deviations), 5)
         self.assertLess(result.proof.deviations["O2 + 2 pt(s) <=> 2 O(S)"], 0.02)
 
@@ -386,6 +434,20 @@ class Import(unittest.TestCase):
         (first.directory / "INP").write_text((first.directory / "INP").read_text().replace("300.0", "310.0"))
         self.assertEqual(again("--force").returncode, 0)
         self.assertIn("310.0", (first.directory / "INP").read_text())
+        before = {name: (first.directory / name).read_text() for name in ("MEC", "THERMO", "MOLNEW")}
+        (first.directory / "none.yaml").write_text(mechanism("[]"))
+        emptied = subprocess.run([PROGRAM, "none.yaml", "--force"], cwd=first.directory, capture_output=True, text=True)
+        self.assertIn("no reactions to take the place", emptied.stderr)
+        (first.directory / "m.yaml").write_text(mechanism(PLAIN.replace("2.7", "2.8")))
+        os.remove(first.directory / "THERMO")
+        os.mkdir(first.directory / "THERMO")
+        self.assertEqual(again("--force").returncode, 2)  # all files or none
+        os.rmdir(first.directory / "THERMO")
+        (first.directory / "THERMO").write_text(before["THERMO"])
+        self.assertEqual(again("--force", "--transport", "MOLNEW").returncode, 2)  # an input is no output
+        self.assertEqual(before, {name: (first.directory / name).read_text() for name in before})
+        (first.directory / "INP").write_text((first.directory / "INP").read_text().replace("H2O ", "XX  "))
+        self.assertIn("does not fit the new files", again("--force").stdout)
         for arguments in (["absent.yaml"], [], ["m.yaml", "--unknown"], ["m.yaml", "--output", "MEC/x", "--force"], ["."]):
             result = subprocess.run([PROGRAM, *arguments], cwd=first.directory, capture_output=True, text=True, timeout=30)
             self.assertEqual(result.returncode, 2, (arguments, result.stderr))
