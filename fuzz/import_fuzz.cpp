@@ -27,8 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ImportedMechanism mechanism = read_yaml_mechanism(options, files, {}, findings);
   findings.render();
   if (findings.errors() > 0) return 0;
-  const InputTexts texts = write_inputs(mechanism, mixtures_of(mechanism, {}, false), {},
-                                        sources.open(options.file), findings);
+  const InputTexts texts =
+      write_inputs(mechanism, mixtures_of(mechanism, {}, false), {}, sources.open(options.file), findings);
   Files in_memory = Files::in_memory();
   in_memory.mechanism.text = texts.MEC;
   in_memory.thermo.text = texts.THERMO;

@@ -103,7 +103,8 @@ varpre::Verification verify(const Arguments& arguments, const varpre::ImportedMe
   files.conditions.text = texts.INP;
   files.molecules.text = arguments.import.without_transport ? any_molecules(mechanism) : texts.MOLNEW;
   const auto data = std::make_unique<varpre::RunData>();
-  varpre::run(files, *data);
+  const varpre::RunResult run = varpre::run(files, *data);
+  if (run.errors > 0) tell(run.diagnostics);
   return varpre::verify(mechanism, arguments.import.pressure.value_or(1), *data);
 }
 

@@ -306,7 +306,8 @@ std::vector<std::string> summary_lines(const ImportedMechanism& mechanism, const
   for (const std::string& phase : mechanism.other_phases)
     lines.push_back(message("not taken: phase ", phase));
   for (const auto& [what, reason, place] : mechanism.left_out) {
-    const std::string line = place.unit == nullptr ? "" : message(" (line ", place.record, ")");
+    const std::string line =
+        place.unit == nullptr ? "" : message(" (", place.unit->name, ":", place.record, ")");
     lines.push_back(message("left out: ", what, ": ", reason, line));
   }
   list_names(mechanism, lines);

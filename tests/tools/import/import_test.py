@@ -387,6 +387,12 @@ class Import(unittest.TestCase):
             result = subprocess.run([PROGRAM, "files/m.yaml", "--output", "other"], cwd=self.root, capture_output=True, text=True)
             self.assertEqual(result.returncode, 1, says)
             self.assertIn(says, result.stderr)
+            if change[0] == "sub/o.yaml/more":
+                self.assertEqual(result.stderr.count(": error: "), 1)  # and not what follows from it
+        (directory / "o.yaml").rename(self.root / "o.yaml")
+        (self.root / "files" / "m.yaml").write_text(text.replace("sub/", ""))
+        for include, status in (("other", 1), (".", 0)):
+            self.assertEqual(subprocess.run([PROGRAM, "files/m.yaml", "--output", "included", "--include", "files", "--include", include], cwd=self.root, capture_output=True).returncode, status)
 
     def test_phase_settings(self):
         result = self.run_import(mechanism(PLAIN * 2, phase=PHASE + "  rate-multipliers: {1: 3.0, default: 2.0}\n"))
@@ -398,7 +404,7 @@ class Import(unittest.TestCase):
         changed = self.run_import(mechanism(explicit, phase=PHASE + "  explicit-third-body-duplicates: modify-efficiency\n"))
         self.assertNotIn("count twice", changed.stderr)
         self.assertIn("M'      =AR", changed.MEC)
-        states = {"{T: 500 K, P: 2 atm, Y: {H2: 0.5, O2: 0.5}}": ("2.0265", "500.0"), "{H: 1e5 J/kg, P: 1e5, X: {H2: 1}}": ("H(T0)", "100000.0")}
+        states = {"{T: 500 K, P: 1 atm, X: \"h2:2, O2 : 1.25\"}": ("2.0", "1.25"), "{T: 500 K, P: 2 atm, Y: {H2: 0.5, O2: 0.5}}": ("2.0265", "500.0"), "{H: 1e5 J/kg, P: 1e5, X: {H2: 1}}": ("H(T0)", "100000.0")}
         for state, expected in states.items():
             result = self.run_import(mechanism(phase=PHASE.replace("{T: 300, P: 1 bar, X: {H2: 1, O2: 1}}", state)))
             for text in expected:
