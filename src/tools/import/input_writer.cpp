@@ -139,7 +139,7 @@ class Writer {
 
   // Three slots of a coefficient, a name and an order; products have none.
   std::string global_side(const std::vector<GlobalTerm>& terms) {
-    StoreFile line;
+    std::string line;
     for (std::size_t slot = 0; slot < 3; ++slot) {
       const bool taken = slot < terms.size();
       const GlobalTerm term = taken ? terms[slot] : GlobalTerm{};
@@ -147,8 +147,8 @@ class Writer {
                                       SpeciesName(taken ? names_.at(term.species) : ""),
                                       number<3>(term.order));
     }
-    std::erase(line.text, '\n');
-    return line.text;
+    std::erase(line, '\n');
+    return line;
   }
 
   bool has_falloff() const {
@@ -328,9 +328,9 @@ class Writer {
   Partners partners_;
   std::map<std::string, std::string> names_;
   LostDigits lost_;
-  StoreFile MEC_;
-  StoreFile THERMO_;
-  StoreFile MOLNEW_;
+  std::string MEC_;
+  std::string THERMO_;
+  std::string MOLNEW_;
 };
 
 }  // namespace

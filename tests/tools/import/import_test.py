@@ -113,7 +113,7 @@ class Import(unittest.TestCase):
         self.assertAlmostEqual(worst / 100, max(result.proof.deviations.values()), delta=0.01 * worst / 100)
         plain = self.good(mechanism(PLAIN), "--fit-reverses")
         self.assertIn("rates exact\n", plain.stdout)
-        self.assertIn("reverse rates that varpre fits from equilibrium within", plain.stdout)
+        self.assertIn("reverse rates that varpre fits from equilibrium exact", plain.stdout)
         self.assertEqual(plain.proof.compared["the reverse rate"], 2)
         self.assertNotIn("compared with", self.run_import(mechanism(PLAIN), "--no-verify").stdout)
 
