@@ -26,7 +26,7 @@ from pathlib import Path
 
 TABLE, TEMPLATE, SETTINGS, RESULTS = "cases.csv", "INP.template", "settings.json", Path("results")
 OUTPUTS = {"summary.csv", "failed.csv", "summary.svg", "groups"}  # what stands in results/ beside the cases
-INPUTS = ["MEC", "THERMO", "MOLNEW"]
+INPUTS, OPTIONAL = ["MEC", "THERMO", "MOLNEW"], ["THERMLIQ"]
 SIDES = ("left", "right")
 GAS_CONSTANT = 8.3143  # J/(mol K), as in varpre
 
@@ -275,7 +275,7 @@ def mixtures(store):
     count = int(next(line for line in lines if line.endswith(" SPECIES "))[:5])
     at = next(i for i, line in enumerate(lines) if line.startswith(" NSYMB"))
     rows = -(-count // 5)
-    names = items(lines[at:at + rows], count, 8, 2)
+    names = [name.encode("latin-1").decode(errors="surrogateescape") for name in items(lines[at:at + rows], count, 8, 2)]
     masses = [stored_number(x) for x in items(lines[at + rows:at + 2 * rows], count, 20, 1)]
     found = []
     for at in (i for i, line in enumerate(lines) if line.startswith(" T ,P ,X")):
@@ -317,7 +317,7 @@ def result_of(case, status, verdict):
         reason = f"varpre ended with exit status {status}: {text_of(case.directory / 'messages').strip().split(chr(10))[-1]}"
     if not reason:
         try:
-            result["mixtures"] = mixtures(text_of(case.directory / "fort.3"))
+            result["mixtures"] = mixtures((case.directory / "fort.3").read_text(encoding="latin-1"))  # columns count bytes
             reason = impossible(result["mixtures"])
         except (ValueError, IndexError, StopIteration) as error:
             reason = f"fort.3 cannot be read: {error}"
@@ -331,11 +331,12 @@ def result_of(case, status, verdict):
 def digest_of_mechanism(folder):
     """Of what all cases of a mechanism have in common: its files, and the program."""
     digest = hashlib.sha256(subprocess.run(["varpre", "--version"], stdout=subprocess.PIPE, check=True).stdout)
-    for name in INPUTS:
+    for name in INPUTS + OPTIONAL:
         path = Path(folder) / name
-        if not path.is_file():
+        if path.is_file():
+            digest.update(path.read_bytes())
+        elif name in INPUTS:
             raise Fault(f"no file {path}")
-        digest.update(path.read_bytes())
     return digest
 
 
@@ -360,7 +361,7 @@ def prepare(case, sweep, INP):
         (case.directory / name).unlink(missing_ok=True)
     write_fresh(case.directory / "INP", INP)
     folder = Path(sweep.value(case, "mechanism"))
-    for name in INPUTS + ["THERMLIQ"]:
+    for name in INPUTS + OPTIONAL:
         link = case.directory / name
         link.unlink(missing_ok=True)
         if (folder / name).exists():

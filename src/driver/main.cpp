@@ -84,10 +84,21 @@ int run_on_disk() {
 constexpr std::string_view help_text =
     "usage: varpre > listing\n"
     "\n"
-    "Reads INP, MEC, THERMO and MOLNEW in the working directory, writes the store file fort.3 there and the listing to\n"
-    "standard output; what is wrong with the input goes to standard error. The manual: man varpre.\n"
+    "Reads in the working directory\n"
+    "  INP        options, species, mixtures, run conditions\n"
+    "  MEC        reactions, collision efficiencies\n"
+    "  THERMO     thermochemical database\n"
+    "  MOLNEW     molecular database\n"
+    "  THERMLIQ   particle database, with option Impuls -5 only\n"
+    "and writes there\n"
+    "  fort.3     the store file for the solver\n"
+    "  fort.10, fort.11, fort.12   INP, MEC and THERMO as they were read\n"
     "\n"
-    "  --help, --version   print this, or the version, and do nothing else\n";
+    "The listing goes to standard output; what is wrong with the input, and where, to standard error.\n"
+    "\n"
+    "  --help, --version   print this, or the version, and do nothing else\n"
+    "\n"
+    "Manual: man varpre. Documents: README.md in share/doc/varpre, beside the bin of the program.\n";
 
 // What an argument brings about: the program knows nothing to be told.
 int answer(std::string_view argument) {

@@ -37,7 +37,7 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
-PAGES = sorted(ROOT.glob("docs/*.md")) + [ROOT / "README.md", ROOT / "examples/README.md"]
+PAGES = sorted(ROOT.glob("docs/*.md")) + [ROOT / "README.md", ROOT / "examples/README.md", ROOT / "packaging/README.md"]
 MAN_PAGE = ROOT / "docs/varpre.1"
 HOLE = "<>"
 
@@ -645,7 +645,8 @@ def check_links(pages):
                     continue
                 count += 1
                 file, _, fragment = target.partition("#")
-                path = (page.path.parent / file).resolve() if file else page.path
+                folder = ROOT if page.path.parent.name == "packaging" else page.path.parent  # where it is installed
+                path = (folder / file).resolve() if file else page.path
                 if not path.exists():
                     problem(f"{page.name}:{number}", f"no such file: {target}")
                 elif fragment and fragment not in {

@@ -44,6 +44,17 @@ class Programs(unittest.TestCase):
             self.assertEqual(result.stderr, "varpre: takes no arguments; it reads INP, MEC, THERMO and MOLNEW in the working directory\n")
         self.assertEqual(list(self.root.iterdir()), [])
 
+    def test_help_of_varpre_names_its_files(self):
+        page = (SOURCES / "docs/varpre.1").read_text()
+        files = re.findall(r"(?:fort\.\d+|[A-Z]{3,})", "".join(re.findall(r"^\.TP\n\.IR? (.*)$", page[page.index(".SH FILES"):page.index(".SH EXIT")], re.M)))
+        self.assertLessEqual({"INP", "THERMLIQ", "fort.3", "fort.12"}, set(files))
+        text = run(PROGRAMS[0], "--help").stdout
+        self.assertEqual([file for file in files if file not in text], [])
+        self.assertIn("share/doc/varpre", text)
+
+    def test_version_stands_in_the_list_of_changes(self):
+        self.assertEqual(re.search(r"^## (\S+) \(\d{4}-\d\d-\d\d\)$", (SOURCES / "CHANGELOG.md").read_text(), re.M)[1], VERSION)
+
     def test_manual_has_every_option_and_names_the_others(self):
         pages = {page.stem: page.read_text().replace("\\-", "-") for page in (SOURCES / "docs").glob("*.1")}
         for program in PROGRAMS:

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -41,6 +42,13 @@ std::string in_utf8(const std::string& text) {
   return nlohmann::json::parse(one_line(text)).get<std::string>();
 }
 
+// How many times; no more than a file can have lines.
+int count_in(const nlohmann::json& count) {
+  const double number = count.get<double>();
+  constexpr int most = std::numeric_limits<int>::max();
+  return number >= most ? most : number >= 1 ? static_cast<int>(number) : 0;
+}
+
 }  // namespace
 
 Baseline::Baseline(const std::string& file) {
@@ -56,7 +64,7 @@ Baseline::Baseline(const std::string& file) {
     try {
       const auto line = nlohmann::json::parse(text.begin() + static_cast<std::ptrdiff_t>(at),
                                               text.begin() + static_cast<std::ptrdiff_t>(end));
-      warnings_[{line.at("directory"), line.at("file"), line.at("text")}] += line.at("count").get<int>();
+      warnings_[{line.at("directory"), line.at("file"), line.at("text")}] = count_in(line.at("count"));
     } catch (const nlohmann::json::exception&) {
       throw std::runtime_error(message(file, ":", number, ": no line of a baseline"));
     }

@@ -226,6 +226,9 @@ class Check(unittest.TestCase):
         # A file that is none, and one that is a link.
         (self.root / "bad").write_text((self.root / "known").read_text() + "[1\n")
         self.assertEqual(self.check("--baseline", "bad", a).stderr, f"varpre-check: bad:{len(known) + 1}: no line of a baseline\n")
+        for count, status in [("1e300", 0), ("-1", 1), ("0", 1), ('"x"', 2), ("[]", 2)]:
+            (self.root / "counts").write_text(f'{{"directory": "a", "file": "INP", "text": "the geometry 3 is none that the listing knows", "count": {count}}}')
+            self.assertEqual(self.check("--strict", "--baseline", "counts", a).returncode, status, count)
         self.assertEqual(self.check("--baseline", "none", a).stderr, "varpre-check: none: No such file or directory\n")
         self.assertEqual(self.check("--baseline", "known", "--write-baseline", "x", a).returncode, 2)
         (self.root / "link").symlink_to("known")
@@ -357,4 +360,4 @@ class Check(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
