@@ -8,7 +8,7 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/package)
-set(CPACK_PACKAGE_CONTACT "nobody <nobody@invalid>") # the field must be there; nobody has been named
+set(CPACK_PACKAGE_CONTACT "none <none@example.org>") # the field must be there; nobody has been named
 configure_file(packaging/changelog.in ${PROJECT_BINARY_DIR}/changelog @ONLY)
 install_compressed(${PROJECT_BINARY_DIR}/changelog ${CMAKE_INSTALL_DOCDIR})
 
