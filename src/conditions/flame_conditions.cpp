@@ -4,6 +4,7 @@
 
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "files/store_values.h"
 #include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
 
@@ -95,16 +96,9 @@ void warn_of_contradictions(const Given& given, Findings& findings) {
 
 void write_block(const F& v, const Count& grid, const Count& grid_K, const Count& geometry,
                  StoreFile& NFISTO) {
-  constexpr double unused = 0;
   write<store_records::grid>(NFISTO, grid, grid_K);
   write<store_records::geometry>(NFISTO, geometry);
-  write<store_records::radii>(NFISTO, v.RI, v.RO, unused, v.VPLU);
-  write<store_records::times>(NFISTO, v.TSTA, v.TE, v.NT, v.NMAX);
-  write<store_records::energy_source>(NFISTO, v.SE, v.SW, v.ST, v.SOGR);
-  write<store_records::steps>(NFISTO, v.STEP, v.ATOL, v.RTOL, v.RS);
-  write<store_records::profile>(NFISTO, v.AMPL, v.SIGM, v.RMAX, v.ALPH, v.OMEG);
-  write<store_records::stops>(NFISTO, v.TSTO, v.MSTO, v.ART, v.RB);
-  write<store_records::weights>(NFISTO, v.WFR, v.WFP, v.WFU, v.WFT);
+  store_values::FlameValues::write(NFISTO, v);
 }
 
 void list(const F& v, const Count& grid, const Count& geometry, const OptionVector& IOPT, Listing& MSGFIL) {

@@ -9,6 +9,7 @@
 #include "conditions/options.h"
 #include "files/keywords.h"
 #include "files/store_records.h"
+#include "files/store_values.h"
 #include "textio/channel/statement.h"
 
 namespace varpre {
@@ -127,12 +128,8 @@ void replace_options(const OptionVector& IOPT2, std::span<StoreRecord, 3> record
 }
 
 std::vector<StoreRecord> parameter_records(const TwoDimensionalParameters& p) {
-  constexpr double unused = 0;
   std::string records;
-  write<store_records::velocities>(records, p.UINI, p.VINI, p.RI2, p.DIST);
-  write<store_records::limits>(records, unused, p.TMAX, p.HMAX, p.REDF);
-  write<store_records::sources>(records, p.XSOU, p.YSOU, unused, unused);
-  write<store_records::gravity>(records, p.GACC, unused, unused, unused);
+  store_values::TwoDimensionalValues::write(records, p);
   return records_of(records);
 }
 

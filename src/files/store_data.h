@@ -67,8 +67,7 @@ struct StoredTransport {
   static void fields(See see) {
     using S = StoredTransport;
     see("conductivity", &S::conductivity, "J/(m K s)", "heat conductivity");
-    see("monoatomic_conductivity", &S::monoatomic_conductivity, "J/(m K s)",
-        "its monoatomic (translational) part");
+    see("monoatomic_conductivity", &S::monoatomic_conductivity, "J/(m K s)", "monoatomic heat conductivity");
     see("viscosity", &S::viscosity, "kg/(m s)", "viscosity");
     see("diffusion", &S::diffusion, "Pa m²/s", "binary diffusion coefficient times pressure");
     see("well_depths", &S::well_depths, "K", "well depth over Boltzmann constant");

@@ -15,7 +15,7 @@ NumberedNames::NumberedNames(const StoreData& data, StoredPhaseOf phase) : names
 }
 
 std::string NumberedNames::operator()(int number) const {
-  if (number < 1 || number > count_ + partner_count) return "?";
+  if (number < 1 || number > count_ + partner_count) return "?" + std::to_string(number);
   return std::string(number <= count_ ? trimmed(at(names_, number).view()) : at(MCOLLI, number - count_));
 }
 

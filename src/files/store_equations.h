@@ -11,7 +11,8 @@ namespace varpre {
 
 enum class StoredPhaseOf { gas, surface };
 
-// What a species number of a reaction stands for: a species, behind them a collision partner, "?" for none.
+// What a species number of a reaction stands for: a species, behind them a collision partner; of any other
+// number "?" and the number.
 class NumberedNames {
  public:
   NumberedNames(const StoreData& data, StoredPhaseOf phase);

@@ -76,8 +76,10 @@ class StoreReader {
     read_complex_reactions();
     read_photo_reactions();
     for (int side = 0; side < 2; ++side) read_mixture();
-    take_values(store_values::flame_conditions, data_.flame_conditions);
-    if (is_next<records::velocities>()) take_values(store_values::two_dimensional, data_.two_dimensional);
+    take_values(store_values::FlameCounts::records, data_.flame_conditions);
+    take_values(store_values::FlameValues::records, data_.flame_conditions);
+    if (is_next<records::velocities>())
+      take_values(store_values::TwoDimensionalValues::records, data_.two_dimensional);
     take_list<records::flags>(data_.flags, NG() + NS());
     take<records::end>();
     if (is_next<records::particle_heading>()) read_particles();
@@ -222,10 +224,7 @@ class StoreReader {
       Text<4> word;
       double value = 0;
       take<records::surface_property>(word, value);
-      StoreItem item{trimmed(word.view())};
-      for (const StoreItem& known : store_values::surface_conditions) {
-        if (known.word == item.word) item = known;
-      }
+      const StoreItem item = store_values::surface_item(trimmed(word.view()));
       data_.surface_conditions.push_back({std::string(item.word), value, item.unit, item.meaning});
     }
   }

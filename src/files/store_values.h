@@ -4,12 +4,15 @@
 #include <span>
 #include <string_view>
 
+#include "files/keywords.h"
 #include "files/store_records.h"
+#include "textio/channel/statement.h"
 
-// The records of the store file that hold values under keywords: what stands in which place. Without a word a
-// place is not used; it holds 0.
+// The records of the store file that hold values under keywords: which value stands in which place. From here
+// follow what the stages write and what is read again.
 namespace varpre {
 
+// A place of a record; without a word it is not used and holds 0.
 struct StoreItem {
   std::string_view word = {};
   std::string_view unit = {};
@@ -23,59 +26,71 @@ struct ValueRecord {
 
 namespace store_values {
 
-template <FormatText Record, const auto& Items>
-inline constexpr ValueRecord record{Format<Record>::view, Items};
+template <class Description>
+constexpr StoreItem item_of(double Description::Values::*value) {
+  if (value == nullptr) return {};
+  const auto& row = keyword<Description>(value);
+  return {trimmed(row.word), row.stored_unit.empty() ? row.unit : row.stored_unit, row.meaning};
+}
 
-inline constexpr auto grid =
-    std::to_array<StoreItem>({{"NG", "", "grid points"}, {"NGK", "", "grid points, second count"}});
-inline constexpr auto geometry =
-    std::to_array<StoreItem>({{"GE", "", "geometry: 0 slab, 1 cylinder, 2 sphere"}});
-inline constexpr auto radii = std::to_array<StoreItem>({{"RI", "m", "inner radius"},
-                                                        {"RO", "m", "outer radius"},
-                                                        {},
-                                                        {"VPLU", "", "fourth value of the radius record"}});
-inline constexpr auto times = std::to_array<StoreItem>({{"TSTA", "s", "start of time"},
-                                                        {"TE", "s", "end of time"},
-                                                        {"NT", "", "time steps"},
-                                                        {"Nmax", "", "NMAX of the store file"}});
-inline constexpr auto energy_source = std::to_array<StoreItem>({{"SE", "J", "energy of the source"},
-                                                                {"SW", "m", "width of the source"},
-                                                                {"ST", "s", "time of the source"},
-                                                                {"SOGR", "", "GRA of the source"}});
-inline constexpr auto steps = std::to_array<StoreItem>({{"STEP", "s", "step size"},
-                                                        {"ATOL", "", "absolute tolerance"},
-                                                        {"RTOL", "", "relative tolerance"},
-                                                        {"RS", "s", "second step size"}});
-inline constexpr auto profile = std::to_array<StoreItem>({{"AMPL", "K", "AM of the initial profile"},
-                                                          {"SIGM", "m", "SIG of the initial profile"},
-                                                          {"RMAX", "m", "RM of the initial profile"},
-                                                          {"ALPH", "", "ALPHA of the initial profile"},
-                                                          {"OMEG", "m", "OMEGA of the initial profile"}});
-inline constexpr auto stops = std::to_array<StoreItem>({{"TSTO", "", "TSOP of the store file"},
-                                                        {"MSTO", "", "MSTOP of the store file"},
-                                                        {"ART", "", "ART of the store file"},
-                                                        {"RB", "", "RB of the store file"}});
-inline constexpr auto weights = std::to_array<StoreItem>({{"WFr", "", "weight WFR"},
-                                                          {"WFp", "", "weight WFP"},
-                                                          {"WFu", "", "weight WFU"},
-                                                          {"WFT", "", "weight WFT"}});
-inline constexpr std::array flame_conditions{record<store_records::grid, grid>,
-                                             record<store_records::geometry, geometry>,
-                                             record<store_records::radii, radii>,
-                                             record<store_records::times, times>,
-                                             record<store_records::energy_source, energy_source>,
-                                             record<store_records::steps, steps>,
-                                             record<store_records::profile, profile>,
-                                             record<store_records::stops, stops>,
-                                             record<store_records::weights, weights>};
+// A record with the values of a section in its places; nullptr: a place that is not used.
+template <class Description, FormatText Record, auto... Values>
+struct RecordOf {
+  static constexpr std::array<StoreItem, sizeof...(Values)> items{item_of<Description>(Values)...};
+  static constexpr ValueRecord record{Format<Record>::view, items};
 
-inline constexpr auto velocities = std::to_array<StoreItem>({{"UINI"}, {"VINI"}, {"RI2"}, {"DIST"}});
-inline constexpr auto limits = std::to_array<StoreItem>({{}, {"TMAX"}, {"HMAX"}, {"REDF"}});
-inline constexpr auto sources = std::to_array<StoreItem>({{"XSOU"}, {"YSOU"}, {}, {}});
-inline constexpr auto gravity = std::to_array<StoreItem>({{"GACC"}, {}, {}, {}});
-inline constexpr std::array two_dimensional{
-    record<store_records::velocities, velocities>, record<store_records::limits, limits>,
-    record<store_records::sources, sources>, record<store_records::gravity, gravity>};
+  static double value_of(const typename Description::Values& values, double Description::Values::*value) {
+    return value == nullptr ? 0 : values.*value;
+  }
+  // To the store file, or to a text.
+  template <class Sink>
+  static void write(Sink& sink, const typename Description::Values& values) {
+    varpre::write<Record>(sink, value_of(values, Values)...);
+  }
+};
+
+// Records that follow one another.
+template <class... Records>
+struct Block {
+  static constexpr std::array<ValueRecord, sizeof...(Records)> records{Records::record...};
+
+  template <class Sink, class Values>
+  static void write(Sink& sink, const Values& values) {
+    (Records::write(sink, values), ...);
+  }
+};
+
+using F = FlameConditions;
+template <FormatText Record, auto... Values>
+using FlameRecord = RecordOf<FlameSection, Record, Values...>;
+// Its first records hold whole numbers.
+using FlameCounts =
+    Block<FlameRecord<store_records::grid, &F::NG, &F::NGK>, FlameRecord<store_records::geometry, &F::GE>>;
+using FlameValues =
+    Block<FlameRecord<store_records::radii, &F::RI, &F::RO, nullptr, &F::VPLU>,
+          FlameRecord<store_records::times, &F::TSTA, &F::TE, &F::NT, &F::NMAX>,
+          FlameRecord<store_records::energy_source, &F::SE, &F::SW, &F::ST, &F::SOGR>,
+          FlameRecord<store_records::steps, &F::STEP, &F::ATOL, &F::RTOL, &F::RS>,
+          FlameRecord<store_records::profile, &F::AMPL, &F::SIGM, &F::RMAX, &F::ALPH, &F::OMEG>,
+          FlameRecord<store_records::stops, &F::TSTO, &F::MSTO, &F::ART, &F::RB>,
+          FlameRecord<store_records::weights, &F::WFR, &F::WFP, &F::WFU, &F::WFT>>;
+
+using D = TwoDimensionalParameters;
+template <FormatText Record, auto... Values>
+using PlaneRecord = RecordOf<TwoDimensionalSection, Record, Values...>;
+using TwoDimensionalValues =
+    Block<PlaneRecord<store_records::velocities, &D::UINI, &D::VINI, &D::RI2, &D::DIST>,
+          PlaneRecord<store_records::limits, nullptr, &D::TMAX, &D::HMAX, &D::REDF>,
+          PlaneRecord<store_records::sources, &D::XSOU, &D::YSOU, nullptr, nullptr>,
+          PlaneRecord<store_records::gravity, &D::GACC, nullptr, nullptr, nullptr>>;
+
+// A keyword of the surface conditions, which have a record each; only its word where it is none of them.
+constexpr StoreItem surface_item(std::string_view word) {
+  for (const auto& row : SurfaceSection::keywords) {
+    if (trimmed(row.word) == word) return item_of<SurfaceSection>(row.value);
+  }
+  return {word};
+}
 
 // The values of THERMLIQ in their order, four to a record.
 inline constexpr std::array<StoreItem, 24> particle{{{"XTROL"},
@@ -110,24 +125,6 @@ inline constexpr std::array particles{particle_record<store_records::particle_va
                                       particle_record<store_records::particle_values_4, 3>,
                                       particle_record<store_records::particle_values_5, 4>,
                                       particle_record<store_records::particle_values_6, 5>};
-
-// A record each, in this order.
-inline constexpr auto surface_conditions =
-    std::to_array<StoreItem>({{"TW", "K", "wall temperature"},
-                              {"SITE", "mol/m²", "site density"},
-                              {"EPSW", "", "emissivity"},
-                              {"EPSA", "", "emission coefficient"},
-                              {"EPSB", "", "emission coefficient"},
-                              {"TRAD", "K", "as given"},
-                              {"POW", "", "power"},
-                              {"RHOZ", "", "specific resistance"},
-                              {"RHOA", "", "specific resistance"},
-                              {"RHOB", "", "specific resistance"},
-                              {"CWIR", "", "specific heat"},
-                              {"STFL", "", "Stefan flux"},
-                              {"CATD", "m", "thickness of the catalyst"},
-                              {"CATB", "m", "width of the catalyst"},
-                              {"CATL", "m", "length of the catalyst"}});
 
 }  // namespace store_values
 }  // namespace varpre

@@ -7,6 +7,7 @@
 
 #include "page_parts.h"
 #include "textio/findings/odd_characters.h"
+#include "tools/diff/comparison_text.h"
 #include "tools/report/store_json.h"
 
 namespace varpre {
@@ -58,9 +59,11 @@ std::string filled(std::string_view page,
 }  // namespace
 
 std::string page_of(const NamedStore& store, const std::optional<NamedStore>& other) {
-  const std::string data = embedded({{"version", VARPRE_VERSION},
-                                     {"store", json_of(store)},
-                                     {"other", other ? json_of(*other) : nlohmann::ordered_json()}});
+  const std::string data = embedded(
+      {{"version", VARPRE_VERSION},
+       {"store", json_of(store)},
+       {"other", other ? json_of(*other) : nlohmann::ordered_json()},
+       {"comparison", other ? json_of(compare(other->data, store.data)) : nlohmann::ordered_json()}});
   return filled(page_parts::html, {{"/*style*/", page_parts::css},
                                    {"/*data*/", data},
                                    {"/*charts*/", page_parts::charts},

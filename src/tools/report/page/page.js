@@ -31,7 +31,7 @@
     species: () => species.show(stores),
     reactions: (changes) => reactions.show(changes),
     "more-data": () => overview.show_more(S),
-    compare: () => compare.show(S, O, go),
+    compare: () => compare.show(data.comparison, S, O, go),
   };
   let open = "";
   function show_tab(changes) {

@@ -1,0 +1,173 @@
+#!/usr/bin/env python3
+"""varpre-diff on runs that differ in one thing: diff_test.py PROGRAM VARPRE ROOT [LIMIT_CASE]
+
+A case is an edit of an input file, or of the store file, of a run with every block, and the lines that are printed, with
+single blanks. No line: no difference."""
+
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+PROGRAM, VARPRE, ROOT = (Path(argument).resolve() for argument in sys.argv[1:4])
+
+FORWARD = "O+H2=H+OH                   3.870E+04   2.70    26.192\n"
+TWICE = ("MEC", "MAXI\n", "OH+O=H+O2                   1.000E+13   0.00     0.000\nOH+O=H+O2                   2.000E+12   0.50     5.000\nMAXI\n")
+
+CASES = [
+    # what earlier comparisons called equal
+    [("MEC", "2.000E-08", "3.000E-08"), "photo reaction O2 > O + O rate 2e-08 -> 3e-08 rate +50 %"],
+    [("MEC", "3.000E+12", "6.000E+12"), "complex reaction H2 + O2 > H2O A 3e+09 -> 6e+09 m, mol, s rate x 2"],
+    [("THERMLIQ", "2.2120E+07", "2.3120E+07"), "particle H2O(L) PCRIT critical pressure 2.212e+07 -> 2.312e+07 Pa +4.52 %"],
+    [("INP", "UINI        2.0", "UINI        3.0"), "two-dimensional UINI 2 -> 3 +50 %"],
+    [("INP", "PT(S)           0.5", "PT(S)           0.4"), "left mixture PT(S) mole fraction 0.5 -> 0.44444 -11.1 %",
+     "left mixture O(S) mole fraction 0.5 -> 0.55556 +11.1 %"],
+    [("INP", "FREQ           50.0", "FREQ           60.0"), "right mixture FREQ as given 50 -> 60 +20 %"],
+    [("INP", "H2*", "H2+"), "species H2 flag * -> + another flag"],
+    [("fort.3", " 2.6500E+10 -6.7100E-01", "-2.6500E+10 -6.7100E-01"), "reaction H + O2 > O + OH A 2.65e+10 -> -2.65e+10 m, mol, s rate has another sign"],
+    # the order of things and the names of partners mean nothing
+    [("INP", "H, O ", "O, H ")],
+    [("INP", "OH  H2O  HO2  H2O2\nN2", "N2 H2O2\nHO2 H2O OH")],
+    [("INP", "PT(S)  H(S)  O(S)", "O(S) PT(S) H(S)")],
+    [("MEC", FORWARD, ""), ("MEC", "HO2+OH>H2O+O2  ", FORWARD + "HO2+OH>H2O+O2  ")],
+    [("MEC", "H + O2 + M' = HO2 + M' ", "H + O2 + M''' = HO2+M'''"), ("MEC", "M'      =", "M'''    =")],
+    # parameters of reactions
+    [("MEC", "3.870E+04   2.70    26.192", "7.740E+04   2.70    26.192"),
+     "reaction H2 + O = H + OH A 0.0387 -> 0.0774 m, mol, s rate x 2", "reverse A 0.017113 -> 0.034225 m, mol, s"],
+    [("MEC", "2.650E+16 -0.671    71.300", "2.650E+16 -0.671    75.300"), "reaction H + O2 > O + OH E 71300 -> 75300 J/mol rate x 0.201 at 300 K"],
+    [("MEC", "2.650E+16 -0.671", "2.650E+16 -0.651"), "reaction H + O2 > O + OH b -0.671 -> -0.651 rate +16.9 % at 2500 K"],
+    [("MEC", "2.3000E+18", "2.3000E+19"), "reaction OH + OH + M'' = H2O2 + M'' FALL1 2.3e+18 -> 2.3e+19 as read low-pressure rate x 10"],
+    [("MEC", "7.3460E-01", "6.3460E-01"), "reaction OH + OH + M'' = H2O2 + M'' FALL4 0.735 -> 0.635 as read broadening -13.6 % at 700 K"],
+    [("MEC", "            6.000", "           12.000"), "collision partner M'', in OH + OH + M'' = H2O2 + M'' efficiency of H2O 6 -> 12 efficiency of H2O x 2"],
+    [("MEC", "@     1.0000E+00   0.50", "@     1.0000E+00   0.60"), "reaction OH + HO2 > O2 + H2O VT5 0.5 -> 0.6 as read VT5 +20 %"],
+    [("MEC", "0.000E+00  -1.00", "0.000E+00  -2.00"), "surface reaction H2 + PT(S) + PT(S) > H(S) + H(S) VT5 -1 -> -2 as read VT5 x 2"],
+    [("MEC", "$PT(S)", "$O(S) "), "surface reaction H2 + PT(S) + PT(S) > H(S) + H(S) coverage PT(S) -> O(S) the coverage of another species"],
+    [("MEC", "2.300E-02", "4.600E-02"), "surface reaction O2 + PT(S) + PT(S) > O(S) + O(S) A 0.023268 -> 0.047083 m, mol, s rate x 2.02"],
+    [("MEC", "* 8.400E+13", "  8.400E+13"), "reaction H + HO2 = OH + OH IREVER -2 -> 2 another mark", "reverse IREVER -3 -> 3"],
+    [("MEC", "H+O2>OH+O  ", "H+O2=OH+O  "), "reaction O + OH > H + O2 added"],
+    [("MEC", FORWARD, ""), "reaction H2 + O = H + OH removed"],
+    # of duplicates the one that has gone is told, not the other
+    [TWICE, ("MEC", TWICE[2].split("\n")[1] + "\n", ""), "reaction O + OH = H + O2 removed"],
+    [TWICE, ("MEC", TWICE[2].split("\n")[0] + "\n", ""), "reaction O + OH = H + O2 removed"],
+    # conditions
+    [("INP", "RO         0.01", "RO         0.02"), "flame condition RO outer radius 0.01 -> 0.02 m x 2"],
+    [("INP", "TW             900.0", "TW             950.0"), "surface condition TW wall temperature 900 -> 950 K +5.56 %"],
+    [("INP", "IMPULS  1 STORE   5", "IMPULS  2"), "option IMPULSE 1 -> 2", "option STORE 5 -> 0"],
+    [("INP", "NRGP     21", "NRGP     31"), "particle grid size 21 -> 31 +47.6 %"],
+    # species
+    [("fort.3", " 1.800E+02  1.000E+03  3.500E+03", " 1.800E+02  1.000E+03  3.000E+03"), "species H2 upper limit 3500 -> 3000 K -14.3 %"],
+    [("fort.3", " XLAM(   1) -1.2398E+01", " XLAM(   1) -1.2298E+01"), "species H2 heat conductivity at 300 K 0.18479 -> 0.20423 J/(m K s) heat conductivity +10.5 % at 300 K"],
+    [("fort.3", " D(   2   1)-1.0152E+01", " D(   2   1)-1.0052E+01"), "species H2 diffusion times pressure with H at 300 K 21.848 -> 24.146 Pa m²/s diffusion times pressure with H +10.5 % at 300 K"],
+    [("fort.3", "HL,HH(   1) 9.6693E+03", "HL,HH(   1) 9.7693E+03"), "species H2 heat capacity at 300 K 28.85 -> 29.052 J/(mol K) s +0.166 R at 950 K",
+     "enthalpy at 750 K 13.22 -> 13.372 kJ/mol", "entropy at 950 K 164.69 -> 166.07 J/(mol K)"],
+    # values that did not fit
+    [("fort.3", "  101 GRIDP.", "***** GRIDP."), "flame condition NG grid points 101 -> *****"],
+]
+
+
+class Diff(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.root = Path(scratch.name)
+
+    def case(self, name, *edits):
+        """A run with every block after edits of its files."""
+        directory = self.root / name
+        shutil.copytree(ROOT / "docs/every-section", directory)
+        for of_store in (False, True):
+            for file, old, new in edits:
+                if (file == "fort.3") == of_store:
+                    text = (directory / file).read_text()
+                    self.assertIn(old, text)
+                    (directory / file).write_text(text.replace(old, new, 1 if of_store else -1))
+            if not of_store:
+                subprocess.run([VARPRE], cwd=directory, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        return directory
+
+    def diff(self, *arguments, status):
+        result = subprocess.run([PROGRAM, *arguments], cwd=self.root, capture_output=True, text=True, timeout=60)
+        self.assertEqual(result.returncode, status, result.stdout + result.stderr)
+        return result
+
+    def lines(self, *arguments, status=1):
+        """The differences as lines with single blanks, without what means nothing."""
+        lines = [" ".join(line.split()) for line in self.diff(*arguments, status=status).stdout.splitlines()]
+        return [line for line in lines if not re.search(r"another (order|number of third bodies)", line)]
+
+    def test_cases(self):
+        base = self.case("base")
+        twice = self.case("twice", TWICE)
+        for number, case in enumerate(CASES):
+            edits = [part for part in case if isinstance(part, tuple)]
+            expected = [part for part in case if isinstance(part, str)]
+            other = self.case(str(number), *edits)
+            first = twice if TWICE in edits else base
+            with self.subTest(edits):
+                lines = self.lines(first, other, status=1 if expected else 0)
+                follow_ups = [line for line in lines if "inert species" not in line]
+                self.assertEqual(follow_ups, expected)
+                back = json.loads(self.diff("--json", other, first, status=1 if expected else 0).stdout)
+                self.assertEqual(bool(back["differences"]), bool(expected))
+
+
+    def test_the_largest_effect_comes_first(self):
+        first = self.case("first")
+        second = self.case("second", ("INP", "FREQ           50.0", "FREQ           51.0"), ("MEC", "2.3000E+18", "2.3000E+19"), ("MEC", "2.000E-08", "3.000E-08"),
+                           ("INP", "H2*", "H2"), ("INP", "RO         0.01", "RO      0.01001"))
+        self.assertEqual([line.split(" ")[0] for line in self.lines(first, second)], ["species", "reaction", "photo", "right", "flame"])
+        self.assertEqual([line.split(" ")[0] for line in self.lines("--tolerance", "0.1", first, second)], ["species", "reaction", "photo"])
+        differences = json.loads(self.diff("--json", first, second, status=1).stdout)["differences"]
+        self.assertEqual([d["effect"]["size"] is None for d in differences], [True, False, False, False, False])
+        self.assertAlmostEqual(differences[1]["effect"]["size"], 2.302585, 5)
+        self.assertEqual(differences[1]["changes"], [{"name": "FALL1", "before": 2.3e18, "after": 2.3e19, "unit": "as read", "direction": "up"}])
+        self.assertEqual((differences[1]["before"], differences[1]["after"]), (5, 5))
+
+    def test_example_of_the_document(self):
+        edits = [CASES[k][0] for k in (6, 13, 18)]
+        output = self.diff(self.case("first"), self.case("second", *edits), status=1).stdout
+        self.assertIn("```text tried\n" + output + "```", (ROOT / "docs/diff.md").read_text())
+
+    def test_duplicates_that_agree_best_belong_together(self):
+        first = self.case("first", TWICE)
+        lines = TWICE[2].split("\n")
+        second = self.case("second", ("MEC", "MAXI\n", lines[1] + "\n" + lines[0].replace("1.000E+13", "1.100E+13") + "\nMAXI\n"))
+        self.assertEqual([line.split(" rate ")[-1] for line in self.lines(first, second) if "rate" in line], ["+10 %"])
+
+    def test_files_that_end_too_soon_or_are_none(self):
+        whole = self.case("whole")
+        text = (whole / "fort.3").read_text()
+        for part, said in [(text[:len(text) // 2], "line "), ("", "line 1: the file ends here"), ("\n" * 20_000_000, "line 1: this is not the record that is due here"),
+                           (text.replace("    9 SPECIES", "99999 SPECIES", 1), "the count 99999 cannot be"), (text + "more\n", "more behind the end")]:
+            (self.root / "other").write_text(part)
+            result = self.diff(whole, "other", status=2)
+            self.assertIn(said, result.stderr)
+            self.assertEqual(result.stdout, "")
+        (self.root / "other").write_text(text[:-len(text) // 3])
+        self.assertIn(f"line {text[:-len(text) // 3].count(chr(10)) + 2}: the file ends here", self.diff("other", whole, status=2).stderr)
+        os.truncate(self.root / "other", 1 << 40)
+        self.assertIn("larger than any store file", self.diff("other", whole, status=2).stderr)
+        os.mkfifo(self.root / "pipe")
+        for arguments in (["absent", whole], ["pipe", whole], [self.root, whole], [whole], []):
+            self.diff(*arguments, status=2)
+
+    def test_values_beyond_all_measure(self):
+        whole = self.case("whole")
+        text = (whole / "fort.3").read_text()
+        huge = re.sub(r"\d\.\d{4}E[+-]\d\d", lambda m: "1.700E+308", text)
+        for other in (huge, re.sub(r" ETA .*", lambda m: m[0][:12] + "*" * 11 + m[0][23:], text), huge.replace("1.700E+308", "9.900E-320")):
+            (self.root / "other").write_text(other)
+            for order in ([whole, "other"], ["other", whole]):
+                self.assertNotIn("nan", self.diff(*order, status=1).stdout)
+                json.loads(self.diff("--json", *order, status=1).stdout)
+            self.diff("other", "other", status=0)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
