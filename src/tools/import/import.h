@@ -18,6 +18,8 @@ struct ImportOptions {
   std::string surface;               // empty: none
   std::vector<std::string> species;  // empty: all
   std::string transport;             // a file with transport data
+  std::string thermo;                // of a mechanism in CHEMKIN format, a file with thermochemistry
+  std::string surface_file;          // and the file of its surface
   std::optional<double> pressure;    // bar, of rates that depend on it
   bool refit_thermo = false;
   bool skip_unsupported = false;

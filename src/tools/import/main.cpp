@@ -8,10 +8,10 @@
 #include "tools/arguments.h"
 #include "tools/check/directory_run.h"
 #include "tools/import/input_writer.h"
+#include "tools/import/mechanism_file.h"
 #include "tools/import/mixtures.h"
-#include "tools/import/species_reader.h"
+#include "tools/import/units.h"
 #include "tools/import/verification.h"
-#include "tools/import/yaml_reader.h"
 
 namespace {
 
@@ -195,12 +195,8 @@ int import(Arguments& arguments) {
   refuse_to_overwrite(arguments, sources);
   varpre::Findings findings;
   findings.most_shown = 200;  // of a kind: each looks for its line
-  varpre::YamlFiles files(sources, arguments.include, findings);
-  const varpre::Molecules molecules =
-      options.transport.empty() ? varpre::Molecules()
-                                : varpre::read_transport_file(options.transport, sources, files, findings);
   const varpre::ImportedMechanism mechanism =
-      varpre::read_yaml_mechanism(options, files, molecules, findings);
+      varpre::read_mechanism(options, arguments.include, sources, findings);
   refuse_to_overwrite(arguments, sources);
   if (findings.errors() == 0)
     return write_mechanism(arguments, sources, mechanism, findings, sources.open(options.file));
@@ -210,7 +206,7 @@ int import(Arguments& arguments) {
 
 constexpr varpre::Program program{
     "varpre-import",
-    "Brings a mechanism in Cantera's YAML into the files MEC, THERMO and MOLNEW, with an INP to start from.",
+    "Brings a mechanism in Cantera's YAML, or in CHEMKIN format, into the files MEC, THERMO and MOLNEW, with an INP to start from.",
     "0 done, 1 something cannot be held or the run ends with an error, 2 wrong usage, or a file that cannot be read or "
     "written."};
 
@@ -221,7 +217,7 @@ int main(int argc, char** argv) {
   varpre::ImportOptions& options = arguments.import;
   return varpre::run_program(
       program,
-      {{"FILE", &options.file, "the mechanism, a YAML file", "", true},
+      {{"FILE", &options.file, "the mechanism, YAML or CHEMKIN", "", true},
        {"--phase", &options.phase, "the gas phase (that beside the surface, or the first ideal gas)", "NAME"},
        {"--surface", &options.surface, "the surface (none)", "NAME"},
        {"--species", &options.species, "gas species to be taken (all), with the reactions among them",
@@ -229,6 +225,8 @@ int main(int argc, char** argv) {
        {"--output", &arguments.directory, "where the files are written (.)", "DIRECTORY"},
        {"--transport", &options.transport,
         "transport data for species that have none (YAML, tran.dat, MOLNEW)", "FILE"},
+       {"--thermo", &options.thermo, "thermochemistry of a mechanism in CHEMKIN format", "FILE"},
+       {"--surface-file", &options.surface_file, "the surface of a mechanism in CHEMKIN format", "FILE"},
        {"--include", &arguments.include, "where files are looked for that the file names, beside its own",
         "DIRECTORY"},
        {"--pressure", &arguments.pressure, "of rates that depend on it (\"1 bar\")", "P"},
