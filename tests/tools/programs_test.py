@@ -46,7 +46,7 @@ class Programs(unittest.TestCase):
 
     def test_help_of_varpre_names_its_files(self):
         page = (SOURCES / "docs/varpre.1").read_text()
-        files = re.findall(r"(?:fort\.\d+|[A-Z]{3,})", "".join(re.findall(r"^\.TP\n\.IR? (.*)$", page[page.index(".SH FILES"):page.index(".SH EXIT")], re.M)))
+        files = re.findall(r"(?:fort\.\d+|[A-Z]{3,})", "\n".join(re.findall(r"^\.TP\n\.IR? (.*)$", page[page.index(".SH FILES"):page.index(".SH EXIT")], re.M)))
         self.assertLessEqual({"INP", "THERMLIQ", "fort.3", "fort.12"}, set(files))
         text = run(PROGRAMS[0], "--help").stdout
         self.assertEqual([file for file in files if file not in text], [])
