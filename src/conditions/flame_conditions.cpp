@@ -84,6 +84,11 @@ void warn_of_contradictions(const Given& given, Findings& findings) {
     findings.warning(given.place(&F::NG), message("a grid of ", *grid, " points has no point inside"),
                      "NG is the number of grid points, with a decimal point: 101.");
   }
+  constexpr int most_points = 1000;
+  if (const Count grid = count_of(v.NG); fits(grid) && *grid > most_points) {
+    findings.warning(given.place(&F::NG), message("a grid of ", *grid, " points can hardly be meant"),
+                     "the solver moves its grid points to where they are needed: some hundred are usual");
+  }
   if (v.RO <= v.RI) {
     findings.warning(given.place(&F::RO),
                      message("the outer radius of ", v.RO, " m is not beyond the inner one of ", v.RI, " m"));
@@ -92,6 +97,26 @@ void warn_of_contradictions(const Given& given, Findings& findings) {
     findings.warning(given.place(&F::TE),
                      message("the end time of ", v.TE, " s is not behind the start time of ", v.TSTA, " s"));
   }
+}
+
+// The same of the times, and of the source and the profile, which are used when they have an energy or an
+// amplitude.
+void warn_of_idle_values(const Given& given, Findings& findings) {
+  const F& v = given.values;
+  const double duration = v.TE - v.TSTA;
+  const auto warn = [&](bool is_so, Given::Member value, Given::Member instead, std::string_view what) {
+    if (!is_so) return;
+    const Place& place = given.place(value);
+    findings.warning(place ? place : given.place(instead),
+                     message(trimmed(keyword<FlameSection>(value).word), " of ", v.*value, " ", what));
+  };
+  warn(duration > 0 && v.STEP > duration, &F::STEP, &F::TE, "s is longer than the time from TSTA to TE");
+  warn(duration > 0 && v.SE != 0 && v.ST > duration, &F::ST, &F::TE,
+       "s: the source lasts longer than the time from TSTA to TE");
+  warn(v.SE != 0 && v.SW == 0, &F::SW, &F::SE, "m: the energy SE has no width");
+  warn(v.AMPL != 0 && v.SIGM == 0, &F::SIGM, &F::AMPL, "m: the profile of AMPL has no width");
+  warn(v.AMPL != 0 && v.RO > v.RI && (v.RMAX < v.RI || v.RMAX > v.RO), &F::RMAX, &F::AMPL,
+       "m is not between the radii RI and RO");
 }
 
 void write_block(const F& v, const Count& grid, const Count& grid_K, const Count& geometry,
@@ -148,6 +173,7 @@ bool INICON(const OptionVector& IOPT, Input& NFICON, Listing& MSGFIL, StoreFile&
   report_asterisks(&F::NGK, grid_K, given, MSGFIL.findings);
 
   warn_of_contradictions(given, MSGFIL.findings);
+  warn_of_idle_values(given, MSGFIL.findings);
 
   if (values.RS == 0) values.RS = values.STEP;
   write_block(values, grid, grid_K, geometry, NFISTO);

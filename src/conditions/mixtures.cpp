@@ -33,13 +33,14 @@ struct Amounts {
   std::span<double> X;
   NameIndex index{SYMB};
   int given = 0;
+  bool failed = false;  // what follows is only looked at
 
   std::optional<SectionEnd> take(const KeywordRecord& record) {
     const auto& [name, value, result] = record;
     const int number = index.find(name);
     if (number == 0) return SectionEnd::unknown_word;
     if (at(X, number) > 0) {
-      write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
+      if (!failed) write<"(1H1,5X,'ERROR - Species ',A,' multiply defined')">(MSGFIL, name);
       MSGFIL.findings.error(here(NFICON, 1, 8), message("the amount of species '", name, "' is given twice"));
       return SectionEnd::given_up;
     }
@@ -56,6 +57,8 @@ struct Amounts {
     return std::nullopt;
   }
   void offer_to(Nearest& nearest) const { nearest.offer_all(SYMB); }
+  bool knows(std::string_view word) const { return word.size() <= 8 && index.find(SpeciesName(word)) > 0; }
+  void behind_error() { failed = true; }
 };
 
 // Reads the records of a mixture up to END.
@@ -116,6 +119,14 @@ void check(const Given& given, int amounts, std::span<const double> gas_amounts,
   stop(MSGFIL);
 }
 
+// Whether each species of a mixture has a molar mass.
+bool all_known(std::span<const double> X, const SpeciesView& species) {
+  for (std::size_t i = 0; i < X.size(); ++i) {
+    if (X[i] > 0 && !(species.XMOL[i] > 0)) return false;
+  }
+  return true;
+}
+
 void divide_by_sum(std::span<double> values) {
   const double total = sum(values);
   for (double& value : values) value /= total;
@@ -136,10 +147,29 @@ void set_elements(const Elements& elements, std::span<const double> X, MixtureSt
   for (int e = 1; e <= NE; ++e) at(mixture.Z, e) = at(B, e) / mean_mass;
 }
 
+// Coverages are divided by their sum; fractions that are meant sum up to 1.
+void warn_of_coverages(std::span<const double> X_surface, const Place& heading, Findings& findings) {
+  constexpr double tolerated = 0.01;
+  const double total = sum(X_surface);
+  if (total == 0 || std::abs(total - 1) <= tolerated) return;
+  findings.warning(heading,
+                   message("the amounts of the surface species of this mixture add up to ", about(total)),
+                   "they are coverages, and are divided by their sum");
+}
+
 // Warns of a state that can hardly be meant, or at which the thermochemical fits do not hold.
 void warn_of_unusual(const Given& given, const MixtureState& mixture, std::span<const double> X,
                      const SpeciesView& species, Findings& findings) {
   constexpr double bar = 100000.0;
+  if (!(mixture.values.T > 0) || !(mixture.values.P > 0)) {
+    const bool T = !(mixture.values.T > 0) && given.place(&M::T);
+    const std::string what = T ? message("the temperature of this mixture is ", mixture.values.T,
+                                         " K, which leaves it without density")
+                               : message("the pressure of this mixture is ", mixture.values.P / bar,
+                                         " bar, which leaves it without density");
+    findings.warning(given.place(T ? &M::T : &M::P), what, "the solver needs a positive density");
+    return;
+  }
   if (!(mixture.values.P >= 0.001 * bar && mixture.values.P <= 1000 * bar)) {
     findings.warning(
         given.place(&M::P),
@@ -209,9 +239,11 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   const auto X = first(mixture.X, NGAS);
   const auto X_surface = behind(mixture.X, NGAS, NSURF);
   check(given, amounts.given, X, species.size(), MSGFIL);
+  if (!all_known(X, species)) return;  // of a run that has failed already
 
   mixture.amounts = mixture.X;
   divide_by_sum(X);
+  warn_of_coverages(X_surface, given.heading, MSGFIL.findings);
   if (!std::isfinite(sum(X_surface))) throw RunStop{RunStop::Ending::number_not_finite};
   if (sum(X_surface) > 0) divide_by_sum(X_surface);
   double mass = 0;  // molar, of the gas

@@ -14,6 +14,34 @@ namespace {
 
 constexpr const Section& section = sections::named("the options");
 
+constexpr int field_width = 10;  // name 6, value 3, blank 1
+constexpr std::string_view field_form =
+    "option fields are ten columns wide: six for the name, three for the value, one blank";
+
+// Whether a name, by its first four characters, is an option.
+bool names_option(std::string_view name, const OptionNames& options) {
+  const Text<4> begin(name.substr(0, 4));
+  return !begin.blank() && std::any_of(options.begin(), options.end(), [&](std::string_view option) {
+    return !option.starts_with('-') && option.substr(0, 4) == begin.view();
+  });
+}
+
+// Whether the words of a line are options, each with or without a number behind it; a single one not at the
+// beginning of the line.
+bool are_options(std::string_view line, const OptionNames& options) {
+  int known = line.starts_with(' ') ? 1 : 0;
+  bool number_may_follow = false;
+  while (!(line = line.substr(std::min(line.find_first_not_of(' '), line.size()))).empty()) {
+    const std::string_view word = line.substr(0, line.find(' '));
+    line.remove_prefix(word.size());
+    const bool number = number_may_follow && read_integer(word);
+    if (!number && !names_option(word, options) && !word.starts_with("END")) return false;
+    number_may_follow = !number;
+    if (!number) ++known;
+  }
+  return known > 1;
+}
+
 bool fail(Listing& MSGFIL) {
   write<"(3(' ','+++ Error in GENOPT +++',/))">(MSGFIL);
   return false;
@@ -39,17 +67,25 @@ bool find_heading(Input& NFICON, Listing& MSGFIL, std::vector<std::string>& titl
 
 using OptionPlaces = std::array<Place, std::tuple_size_v<OptionNames>>;  // where each is given
 
-// Takes one field; false, after the message, when its option is unknown.
-bool set_option(const OptionField& field, OptionVector& IOPT, OptionPlaces& places, Listing& MSGFIL) {
+// Takes one field; false, after the message, when its option is unknown. `told`: of the columns of its record
+// all has been said.
+bool set_option(const OptionField& field, bool told, OptionVector& IOPT, OptionPlaces& places,
+                Listing& MSGFIL) {
   const std::string_view word = field.name.first(4);
   if (trimmed(word).empty()) return true;
   const auto found = std::find_if(NTOPT.begin(), NTOPT.end(),
                                   [&](std::string_view option) { return option.substr(0, 4) == word; });
   if (found == NTOPT.end()) {
     write<"(1H1,5X,'ERROR - Option ',A6,I3,' is incorrect')">(MSGFIL, field.name, *field.value);
-    MSGFIL.findings.error(field.place, message("unknown option '", field.name, "'"),
-                          nearest_option(field.name, NTOPT));
+    if (!told) {
+      MSGFIL.findings.error(field.place, message("unknown option '", field.name, "'"),
+                            nearest_option(field.name, NTOPT));
+    }
     return false;
+  }
+  if (*field.value == 0 && field.value_given) {
+    MSGFIL.findings.warning(field.place, message("option '", field.name, "' with the value 0 counts as 1"),
+                            "an option that is not wanted is left out");
   }
   IOPT.slots.begin()[found - NTOPT.begin()] = *field.value == 0 ? 1 : *field.value;
   Place& place = places.begin()[found - NTOPT.begin()];
@@ -65,19 +101,20 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
   bool LOK = true;
   bool readable = true;
   complete = false;
-  for (OptionRecord record; read_option_record(NFICON, MSGFIL.findings, record);) {
+  for (OptionRecord record; read_option_record(NFICON, record);) {
     const auto end =
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
     const auto unreadable = std::find_if(record.begin(), end, [](const OptionField& f) { return !f.value; });
+    const bool shifted = examine_columns(record, NTOPT, NFICON, MSGFIL.findings);
     if (unreadable != end) {
-      if (!report_heading_inside(section, heading, NFICON, MSGFIL.findings)) {
+      if (!shifted && !report_heading_inside(section, heading, NFICON, MSGFIL.findings)) {
         report_option_value(*unreadable, MSGFIL.findings);
       }
       readable = false;
       break;
     }
     std::for_each(record.begin(), end,
-                  [&](const OptionField& f) { LOK = set_option(f, IOPT, places, MSGFIL) && LOK; });
+                  [&](const OptionField& f) { LOK = set_option(f, shifted, IOPT, places, MSGFIL) && LOK; });
     if (end == record.end()) continue;
     complete = true;
     return LOK;
@@ -89,26 +126,42 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
 
 }  // namespace
 
-bool read_option_record(Input& NFICON, Findings& findings, OptionRecord& record) {
-  constexpr int field_width = 10;  // name 6, value 3, blank 1
+bool read_option_record(Input& NFICON, OptionRecord& record) {
   std::array<Text<6>, fields_per_record> names;
   std::array<Text<3>, fields_per_record> values;
   std::array<Text<1>, fields_per_record> behind;
   if (!read<"(7(A6,A3,A1))">(NFICON, zip(names, values, behind))) return false;
   for (std::size_t k = 0; k < record.size(); ++k) {
     const Place place = here(NFICON, field_width * static_cast<int>(k) + 1, field_width - 1);
-    record[k] = {OptionName(names[k].view()), read_integer(values[k].view()), place};
-    const char c = behind[k].chars[0];
-    if (is_digit(c) && !record[k].ends_section()) {
-      findings.warning(
-          {place.unit, place.record, place.column + field_width - 1},
-          message("the digit in column ", place.column + field_width - 1,
-                  " is not read: it stands beside the value of option '", names[k], "'"),
-          "the columns look shifted: fields are ten wide, the name in the first six columns, the value in "
-          "the next three");
-    }
+    record[k] = {OptionName(names[k].view()), read_integer(values[k].view()), place, !values[k].blank(),
+                 is_digit(behind[k].chars[0])};
   }
   return true;
+}
+
+bool examine_columns(const OptionRecord& record, const OptionNames& options, const Input& NFICON,
+                     Findings& findings) {
+  const auto end =
+      std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
+  const auto wrong = std::find_if(record.begin(), end, [&](const OptionField& field) {
+    return !field.value || !(field.name.blank() || names_option(field.name.view(), options));
+  });
+  if (wrong != end && are_options(NFICON.origin(NFICON.record_number()).text, options)) {
+    findings.error({wrong->place.unit, wrong->place.record, wrong->place.column, field_width - 1},
+                   message("the options of this line stand beside their columns from column ",
+                           wrong->place.column, " on"),
+                   field_form);
+    return true;
+  }
+  for (auto field = record.begin(); field != end; ++field) {
+    if (!field->runs_over) continue;
+    const int column = field->place.column + field_width - 1;
+    findings.warning({field->place.unit, field->place.record, column},
+                     message("the digit in column ", column,
+                             " is not read: it stands beside the value of option '", field->name, "'"),
+                     field_form);
+  }
+  return false;
 }
 
 void report_option_value(const OptionField& field, Findings& findings) {
@@ -118,7 +171,7 @@ void report_option_value(const OptionField& field, Findings& findings) {
   findings.error({field.place.unit, field.place.record, column, value_width},
                  message("cannot read the value of option '", field.name,
                          "': expected an integer in columns ", column, "-", column + value_width - 1),
-                 "option fields are ten columns wide: six for the name, three for the value, one blank");
+                 field_form);
 }
 
 std::string nearest_option(const OptionName& name, const OptionNames& options) {

@@ -17,16 +17,22 @@ namespace varpre {
 struct OptionField {
   OptionName name;
   std::optional<int> value;
-  Place place;  // the name and the value
+  Place place;               // the name and the value
+  bool value_given = false;  // not left blank
+  bool runs_over = false;    // a digit stands in the column behind the value
 
   bool ends_section() const { return name.first(3) == "END"; }
 };
 constexpr int fields_per_record = 7;
 using OptionRecord = std::array<OptionField, fields_per_record>;
 
-// Reads the seven fields of the next record; false at end of file. Warns of values that run into the next
-// column.
-[[nodiscard]] bool read_option_record(Input& NFICON, Findings& findings, OptionRecord& record);
+// Reads the seven fields of the next record; false at end of file.
+[[nodiscard]] bool read_option_record(Input& NFICON, OptionRecord& record);
+
+// Reports, once for all its fields, that the record last read has options beside their columns: then it is
+// true. Else warns of values that run into the next column.
+bool examine_columns(const OptionRecord& record, const OptionNames& options, const Input& NFICON,
+                     Findings& findings);
 
 // Reports an option field whose value cannot be read.
 void report_option_value(const OptionField& field, Findings& findings);

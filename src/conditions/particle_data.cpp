@@ -97,7 +97,7 @@ struct Fractions {
     }
     double& XPA = particles.XPA.begin()[found - particles.names.begin()];
     if (XPA > 0 || value < 0) {
-      write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
+      if (!failed) write<"('*!* ERROR IN SPECIES CONCENTRATION')">(MSGFIL);
       MSGFIL.findings.error(here(NFICON, 1, field.last()),
                             value < 0 ? message("the fraction of ", name, " is negative")
                                       : message("the fraction of ", name, " is given twice"));
@@ -107,6 +107,12 @@ struct Fractions {
     return std::nullopt;
   }
   void offer_to(Nearest& nearest) const { nearest.offer_all(particles.names); }
+  bool knows(std::string_view word) const {
+    return std::find(particles.names.begin(), particles.names.end(), SpeciesName(word)) !=
+           particles.names.end();
+  }
+  void behind_error() { failed = true; }
+  bool failed = false;  // what follows is only looked at
 };
 
 // Takes the fraction records up to END; false after the finding.
@@ -131,6 +137,17 @@ bool normalise(std::vector<double>& XPA) {
     for (double& x : XPA) x /= S;
   }
   return true;
+}
+
+void warn_of_temperatures(const SpeciesName& name, const std::array<double, 24>& data, const Place& entry,
+                          Findings& findings) {
+  const double TCRIT = data[5];
+  const double TBOIL = data[6];
+  if (TBOIL <= TCRIT) return;
+  findings.warning(entry,
+                   message("particle species '", name, "' boils at ", TBOIL,
+                           " K, above its critical temperature of ", TCRIT, " K"),
+                   "TCRIT is the last value of the first record, TBOIL the first one of the second");
 }
 
 // Finds a species in the database and copies its data; false, after the finding, when it is not there or
@@ -158,6 +175,7 @@ bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings,
     report_unreadable(findings, thermliq, result, name_of(result.unreadable.number));
   if (!result) return false;
   warn_of_columns(findings, thermliq, result, name_of);
+  warn_of_temperatures(name, data, name_record, findings);
   const auto group = [&](std::size_t k) { return std::span<const double>(data).subspan(4 * k, 4); };
   write<store_records::particle_values_1>(NFISTO, group(0));
   write<store_records::particle_values_2>(NFISTO, group(1));

@@ -41,6 +41,16 @@ bool given_once(std::size_t row, const Given& given, Listing& MSGFIL) {
   return false;
 }
 
+// The dimensions of the catalyst are read for a counter flow only.
+void warn_of_idle_dimensions(const Given& given, Findings& findings) {
+  for (std::size_t row = 0; row < Given::count; ++row) {
+    const auto& property = SurfaceSection::keywords[row];
+    if (!property.required || given.times[row] == 0) continue;
+    findings.warning(given.places[row], message(trimmed(property.word),
+                                                " has no effect: it is taken with option 'Impuls -2' only"));
+  }
+}
+
 }  // namespace
 
 bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO,
@@ -61,6 +71,7 @@ bool GENCOW(bool counter_flow, Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO
     if (property.required) return true;  // the solver cannot do without: no block
   }
 
+  if (!counter_flow) warn_of_idle_dimensions(given, MSGFIL.findings);
   for (const auto& property : SurfaceSection::keywords) {
     if (!is_wanted(property)) continue;
     write<store_records::surface_property>(NFISTO, property.word, conditions.*property.value);

@@ -27,7 +27,7 @@ constexpr std::ptrdiff_t weight_record =
 bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entries) {
   const Place heading = heading_place(options_section, NFICON);
   for (OptionRecord record;;) {
-    if (!read_option_record(NFICON, MSGFIL.findings, record)) {
+    if (!read_option_record(NFICON, record)) {
       write<"('*!* REACHED END OF INPUT-FILE WITHOUT INPUT!!!')">(MSGFIL);
       report_not_closed(options_section, heading, MSGFIL.findings);
       return false;
@@ -43,10 +43,11 @@ bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entr
       record[0].name = "";
       for (OptionField& field : record) field.value = field.value.value_or(0);
     }
+    const bool told = !last && examine_columns(record, N2TOPT, NFICON, MSGFIL.findings);
     const auto unreadable =
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return !f.value; });
     if (unreadable != record.end()) {
-      report_option_value(*unreadable, MSGFIL.findings);
+      if (!told) report_option_value(*unreadable, MSGFIL.findings);
       write<"('*!* ERROR WHILE READING OPITONS FROM INPUT-FILE!')">(MSGFIL);
       return false;
     }
@@ -96,6 +97,8 @@ struct OtherEnd {
     return SectionEnd::closed;
   }
   static void offer_to(Nearest&) {}
+  static bool knows(std::string_view) { return false; }
+  static void behind_error() {}
 };
 
 // Takes the keyword records up to the first other one; false after the message.

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <unistd.h>
+#include <utility>
 
 #include "conditions/flame_conditions.h"
 #include "conditions/mixtures.h"
@@ -10,6 +12,7 @@
 #include "conditions/particle_data.h"
 #include "conditions/surface_conditions.h"
 #include "conditions/two_dimensional_options.h"
+#include "driver/file_faults.h"
 #include "driver/prefilter.h"
 #include "driver/run_data.h"
 #include "driver/unread_text.h"
@@ -24,6 +27,7 @@
 #include "thermo/elements.h"
 #include "thermo/species_list.h"
 #include "thermo/thermo_database.h"
+#include "transport/molecular_database.h"
 #include "transport/transport_data.h"
 
 namespace varpre {
@@ -63,7 +67,7 @@ class Sequence {
         MSGFIL(files.listing) {}
 
   // What the run is about, or was when it ended.
-  std::string_view stage() const { return stage_; }
+  std::string_view stage() const { return stop_ ? stopped_in_ : stage_; }
   // The first stage with an error although the run went on: what it owes the store file is missing there.
   std::string_view incomplete() const { return incomplete_; }
 
@@ -79,35 +83,57 @@ class Sequence {
             .surface_reactions = data_.surface_mechanism.NR()};
   }
 
-  // Throws RunStop where a check fails.
+  // How the run ended where a check failed.
+  const std::optional<RunStop>& stop() const { return stop_; }
+
+  // Takes the steps in their order. Behind a check that fails the others read what they can without it, for
+  // what may be wrong there; nothing of that reaches the listing or the store file.
   void all_stages() {
-    write<store_records::heading>(NFISTO);
-    separator();
-    read_options();
-    read_gas_species();
-    read_surface_species();
-    fit_transport();
-    read_surface_conditions();
-    const ReactionNames gas_names(gas().SYMB);
-    read_gas_mechanism(gas_names);
-    read_surface_mechanism();
-    read_particle_species();
-    read_further_reactions();
-    auto& [left, right] = data_.mixtures;
-    read_mixture(0, sections::named("the mixture on the left"), left);
-    read_mixture(1, sections::named("the mixture on the right"), right);
-    compare_mixtures(left, right, data_.NGAS, surface(), MSGFIL.findings);
-    read_flame_conditions();
-    write<store_records::flags>(NFISTO, all().IFLAG);
-    write<store_records::end>(NFISTO);
-    edit_store_file();
-    note_errors();
-    const std::span<const SpeciesName> names = all().SYMB;
-    warn_of_unread_text(NFICON, Section::INP, names, has_surface(), MSGFIL.findings);
-    warn_of_unread_text(NFIMEC, Section::MEC, names, has_surface(), MSGFIL.findings);
+    for (const Step& step : steps) {
+      if (!stop_ || step.behind_a_stop(*this)) take(step.run);
+    }
+    dropped_listing_.reset();
+    dropped_store_.reset();
   }
 
  private:
+  // A step of the run, and whether what it needs is there when an earlier one has failed.
+  struct Step {
+    void (Sequence::*run)();
+    bool (*behind_a_stop)(const Sequence&);
+  };
+  static bool always(const Sequence&) { return true; }
+  static bool never(const Sequence&) { return false; }
+  static bool with_species(const Sequence& s) { return s.data_.NGAS > 0; }
+  static const std::array<Step, 17> steps;
+
+  void take(void (Sequence::*step)()) {
+    try {
+      (this->*step)();
+    } catch (const RunStop& stop) {
+      if (stop_) return;
+      if (stop.ending == RunStop::Ending::number_not_finite) {
+        write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
+        report_not_finite();
+      }
+      stopped_in_ = stage_;
+      stop_ = stop;
+      dropped_listing_.emplace(MSGFIL.file);
+      dropped_store_.emplace(NFISTO);
+    }
+  }
+  void report_not_finite() {
+    if (MSGFIL.findings.errors() > 0) return;  // the stage knew the place
+    MSGFIL.findings.error(whole(NFICON),
+                          message("the input leads to a number that is not finite in ", stage()),
+                          "a value of the input is far too large, or 0 where it must not be");
+  }
+
+  void begin_store_file() {
+    write<store_records::heading>(NFISTO);
+    separator();
+  }
+
   void begin(std::string_view stage) {
     note_errors();
     stage_ = stage;
@@ -169,6 +195,7 @@ class Sequence {
       }
     } else {
       data_.NSURF = list.NS;
+      warn_of_species_in_both(gas(), surface(), MSGFIL.findings);
     }
     if (has_surface()) LOK_species = GENTHE(NFITHE, MSGFIL, data_.places_of_surface(), LPRT) && LOK_species;
     if (!LOK_species) begin("the thermochemical data");
@@ -178,6 +205,10 @@ class Sequence {
 
   void fit_transport() {
     begin("the transport data");
+    if (stop_) {
+      check(GENSPE(gas(), NFIMOL, MSGFIL, data_.molecules, LPRT));
+      return;
+    }
     INIMOI(gas(), data_.gas_elements, NFISTO);
     TransportData transport = GENSPD(gas(), {.TU = 0, .TB = 2500}, NFIMOL, LPRT, MSGFIL, NFISTO);
     data_.molecules = std::move(transport.molecules);
@@ -195,13 +226,25 @@ class Sequence {
     check(LOK);
   }
 
-  void read_gas_mechanism(const ReactionNames& names) {
+  // Names to look up in the reactions; for findings, which of them have no entry in the database.
+  ReactionNames reaction_names(const SpeciesView& species) {
+    ReactionNames names(species.SYMB);
+    names.database = &NFITHE;
+    for (int i = 1; i <= species.size(); ++i) {
+      if (at(species.fit, i).entry.unit != nullptr) continue;
+      names.without_entry.emplace_back(at(species.SYMB, i), at(species.listed, i));
+    }
+    return names;
+  }
+
+  void read_gas_mechanism() {
     begin("the gas-phase mechanism");
+    const ReactionNames names = reaction_names(gas());
     const MechanismOptions options{.solver_reverses = IOPT(REVSIM) != 0};
     Mechanism& mechanism = data_.gas_mechanism;
     bool LOK = GENMEC(Phase::gas, gas(), 0, names, options, NFIMEC, MSGFIL, NFISTO, mechanism);
-    if (LOK) begin("the collision efficiencies");
     if (LOK) {
+      begin("the collision efficiencies");
       data_.efficiencies = GENCEF(names, mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
       LOK = data_.efficiencies.LOK;
     }
@@ -209,10 +252,16 @@ class Sequence {
     check(LOK);
   }
 
+  // Behind a gas-phase mechanism that failed.
+  void read_efficiencies_alone() {
+    if (!stop_ || data_.efficiencies.last_record > 0) return;
+    data_.efficiencies = GENCEF(reaction_names(gas()), data_.gas_mechanism, NFIMEC, NFICON, MSGFIL, NFISTO);
+  }
+
   void read_surface_mechanism() {
     begin("the surface mechanism");
     if (!has_surface()) return;
-    const ReactionNames names(all().SYMB);
+    const ReactionNames names = reaction_names(all());
     const MechanismOptions options{.behind_record = data_.efficiencies.last_record};
     const bool LOK = GENMEC(Phase::surface, all(), data_.NSURF, names, options, NFIMEC, MSGFIL, NFISTO,
                             data_.surface_mechanism);
@@ -233,12 +282,12 @@ class Sequence {
 
   void read_further_reactions() {
     begin("the complex reactions");
-    bool LOK = GENCRE(all().SYMB, data_.gas_mechanism.NR(), IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO,
+    bool LOK = GENCRE(all(), data_.gas_mechanism.NR(), IOPT(SOLID) >= 1, NFIMEC, MSGFIL, NFISTO,
                       data_.complex_reactions);
     separator();
     check(LOK);
     begin("the photo reactions");
-    LOK = INIPHO(all().SYMB, NFIMEC, MSGFIL, NFISTO, data_.photo_reactions);
+    LOK = INIPHO(all(), NFIMEC, MSGFIL, NFISTO, data_.photo_reactions);
     separator();
     check(LOK);
   }
@@ -250,11 +299,37 @@ class Sequence {
     PRICOM(all(), data_.NSURF, data_.gas_elements, ZMIX, mixture, MSGFIL);
   }
 
+  void read_left_mixture() { read_mixture(0, sections::named("the mixture on the left"), data_.mixtures[0]); }
+  void read_right_mixture() {
+    read_mixture(1, sections::named("the mixture on the right"), data_.mixtures[1]);
+    if (stop_) return;
+    compare_mixtures(data_.mixtures[0], data_.mixtures[1], data_.NGAS, surface(), MSGFIL.findings);
+  }
+
   void read_flame_conditions() {
     begin("the flame conditions");
     const bool LOK = INICON(IOPT, NFICON, MSGFIL, NFISTO);
     separator();
     check(LOK);
+  }
+
+  void end_store_file() {
+    write<store_records::flags>(NFISTO, all().IFLAG);
+    write<store_records::end>(NFISTO);
+  }
+
+  void look_at_unread_text() {
+    note_errors();
+    const std::span<const SpeciesName> names = all().SYMB;
+    Findings& findings = MSGFIL.findings;
+    for (const auto& [copy, file] : {std::pair{&NFICON, Section::INP}, std::pair{&NFIMEC, Section::MEC}}) {
+      warn_of_text_behind_words(*copy, file, names, findings);
+      if (stop_) {
+        warn_of_text_passed_over(*copy, file, names, findings);
+      } else {
+        warn_of_unread_text(*copy, file, names, has_surface(), findings);
+      }
+    }
   }
 
   // The late stages, which append to the finished store file and edit it.
@@ -274,12 +349,34 @@ class Sequence {
   Input& NFIPAR;
   Listing& MSGFIL;
 
+  std::optional<RunStop> stop_;  // the first one
+  std::string_view stopped_in_;  // its stage
+  std::optional<Dropped<ListingFile>> dropped_listing_;
+  std::optional<Dropped<StoreFile>> dropped_store_;
   std::string_view stage_ = "the input files";
   std::string_view incomplete_;
   OptionVector IOPT;
   bool LPRT = false;  // extended printing
   bool LOK_species = true;
 };
+
+const std::array<Sequence::Step, 17> Sequence::steps{{{&Sequence::begin_store_file, always},
+                                                      {&Sequence::read_options, always},
+                                                      {&Sequence::read_gas_species, always},
+                                                      {&Sequence::read_surface_species, with_species},
+                                                      {&Sequence::fit_transport, with_species},
+                                                      {&Sequence::read_surface_conditions, with_species},
+                                                      {&Sequence::read_gas_mechanism, with_species},
+                                                      {&Sequence::read_efficiencies_alone, with_species},
+                                                      {&Sequence::read_surface_mechanism, with_species},
+                                                      {&Sequence::read_particle_species, with_species},
+                                                      {&Sequence::read_further_reactions, with_species},
+                                                      {&Sequence::read_left_mixture, with_species},
+                                                      {&Sequence::read_right_mixture, with_species},
+                                                      {&Sequence::read_flame_conditions, always},
+                                                      {&Sequence::end_store_file, never},
+                                                      {&Sequence::edit_store_file, never},
+                                                      {&Sequence::look_at_unread_text, always}}};
 
 // All inputs are opened before any is read, so that a run sees one state of the directory.
 void open_files(Files& files) {
@@ -324,23 +421,10 @@ void warn_of_cut_lines(const Input& copy, std::span<const Place> told, Findings&
   }
 }
 
-void report_not_finite(const Input& conditions, std::string_view stage, Findings& findings) {
-  if (findings.errors() > 0) return;  // the stage knew the place
-  findings.error(whole(conditions), message("the input leads to a number that is not finite in ", stage),
-                 "a value of the input is far too large, or 0 where it must not be");
-}
-
 RunEnd run_stages(Sequence& sequence, const Files& files, Listing& MSGFIL) {
-  try {
-    sequence.all_stages();
-    return RunEnd::normal;
-  } catch (const RunStop& stop) {
-    const bool not_finite = stop.ending == RunStop::Ending::number_not_finite;
-    if (not_finite) write<"(' ',5X,'ERROR - A number for the store file is not finite')">(MSGFIL);
-    if (stop.ending != RunStop::Ending::silent) write_abnormal_end(MSGFIL);
-    if (not_finite) report_not_finite(files.conditions_copy, sequence.stage(), MSGFIL.findings);
-  }
-  warn_of_reactions_passed_over(files.mechanism_copy, MSGFIL.findings);
+  sequence.all_stages();
+  if (!sequence.stop()) return RunEnd::normal;
+  if (sequence.stop()->ending != RunStop::Ending::silent) write_abnormal_end(MSGFIL);
   return RunEnd::abnormal;
 }
 
@@ -384,6 +468,7 @@ RunResult run(Files& files) {
 }
 
 RunResult run(Files& files, RunData& data) {
+  files.listing.findings.judge_file = fault_of_file;
   open_files(files);
   write_banner(files.listing);
   filter(files.conditions, files.conditions_copy, files.listing);

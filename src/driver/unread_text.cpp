@@ -95,28 +95,66 @@ bool is_misspelt_heading(std::string_view text, HeadingsRead& heading_read, std:
   });
 }
 
-// From the first record that looks like data on.
+bool is_end(std::string_view text) {
+  return EQUSYM(4, text, "END ");
+}
+
+// A name of elements and a number, which nothing but an amount looks like.
+bool is_amount(const std::vector<std::string_view>& words) {
+  const auto is_of_name = [](char c) {
+    return (c >= 'A' && c <= 'Z') || is_digit(c) ||
+           std::string_view("()-*,'").find(c) != std::string_view::npos;
+  };
+  return words.size() == 2 && is_number(words[1]) && words[0].size() <= 8 && words[0].front() >= 'A' &&
+         words[0].front() <= 'Z' && std::all_of(words[0].begin(), words[0].end(), is_of_name);
+}
+
+// From the first record that looks like data on. Behind the END of a section this may be a name with a
+// number; and all that stands before a second END was hardly meant to be passed over.
 std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameIndex& species,
                                HeadingsRead& heading_read) {
   std::vector<Stretch> found;
   bool open = false;
   int last_read = 0;
+  Stretch prose;  // since the last record that was read
+  bool behind_end = false;
   copy.for_each_record([&](int record, std::string_view text) {
     if (copy.is_read(record)) {
       open = false;
       last_read = record;
+      prose = {};
+      behind_end = is_end(text);
       return;
     }
     if (words_before_comment(text).empty()) return;  // blank, or a comment
     const Section* const section = section_of(text, file);
     const bool misspelt = section == nullptr && is_misspelt_heading(text, heading_read, file);
-    if (section != nullptr || misspelt || (!open && is_data(text, file, species))) {
+    const bool amount = behind_end && file == Section::INP && is_amount(words_of(text));
+    if (section != nullptr || misspelt || (!open && (amount || is_data(text, file, species)))) {
       found.push_back({record, record, last_read, section, text, misspelt});
       open = true;
+    } else if (!open && is_end(text) && behind_end && prose.first > 0) {
+      found.push_back(prose);
+      open = true;
     }
+    if (prose.first == 0) prose = {record, record, last_read, nullptr, text, false};
     if (open) found.back().last = record;
   });
   return found;
+}
+
+// What looks like data behind the first word of a line, or like anything where a keyword has a line of its
+// own.
+std::string_view data_behind_first_word(std::string_view text, std::uint8_t file, bool alone,
+                                        const NameIndex& species) {
+  text = text.substr(0, text.find('!'));
+  const std::vector<std::string_view> words = words_of(text);
+  for (std::size_t k = 1; k < words.size(); ++k) {
+    const std::string_view rest = text.substr(static_cast<std::size_t>(words[k].data() - text.data()));
+    const bool option_of_table = file == Section::MEC && EQUSYM(5, words[k], "TROE");
+    if (alone || option_of_table || is_data(rest, file, species)) return rest;
+  }
+  return {};
 }
 
 int last_read(const Input& copy) {
@@ -138,6 +176,7 @@ std::string end_before(const Stretch& stretch, const Input& copy) {
 
 void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read, Findings& findings) {
   const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
+  if (findings.is_told(place)) return;
   const int first = copy.origin(stretch.first).line;
   const int last = copy.origin(stretch.last).line;
   const int earlier = stretch.section == nullptr ? 0 : heading_read(stretch.section->content);
@@ -170,12 +209,36 @@ void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const S
   }
 }
 
-void warn_of_reactions_passed_over(const Input& mechanism, Findings& findings) {
-  const int end = last_read(mechanism);
-  HeadingsRead heading_read(mechanism);
-  for (const Stretch& stretch : stretches(mechanism, Section::MEC, NameIndex({}), heading_read)) {
-    if (stretch.last < end && stretch.section == nullptr) warn(stretch, mechanism, heading_read, findings);
+void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
+                              Findings& findings) {
+  const int end = file == Section::MEC ? last_read(copy) : 0;
+  HeadingsRead heading_read(copy);
+  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
+    const bool behind_end = !end_before(stretch, copy).empty();
+    if (stretch.section == nullptr && (behind_end || stretch.last < end)) {
+      warn(stretch, copy, heading_read, findings);
+    }
   }
+}
+
+void warn_of_text_behind_words(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
+                               Findings& findings) {
+  const NameIndex species(SYMB);
+  copy.for_each_record([&](int record, std::string_view text) {
+    if (!copy.is_read(record)) return;
+    const bool closing = is_end(text);
+    const bool keyword = file == Section::MEC && EQUSYM(4, text, "STIC");
+    if (!closing && !keyword && section_of(text, file) == nullptr) return;
+    const std::string_view data = data_behind_first_word(text, file, keyword, species);
+    if (data.empty()) return;
+    const auto column = static_cast<int>(data.data() - text.data()) + 1;
+    findings.warning({&copy, record, column, static_cast<int>(trimmed(data).size())},
+                     message("'", trimmed(data), "' is not read: it stands behind ",
+                             closing   ? "END"
+                             : keyword ? "STIC"
+                                       : "a heading"),
+                     "it belongs on a line of its own");
+  });
 }
 
 }  // namespace varpre

@@ -14,8 +14,13 @@ namespace varpre {
 void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                          bool surface, Findings& findings);
 
-// The same for a run that ended early: of the mechanism input, which is read from front to back, what stands
-// before the last record that was read.
-void warn_of_reactions_passed_over(const Input& mechanism, Findings& findings);
+// The same for a run that ended early: what stands behind an END, and, of the mechanism input, which is read
+// from front to back, what stands before the last record that was read.
+void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
+                              Findings& findings);
+
+// Warns of what looks like data behind a heading, an END or a line STIC, where nothing is read.
+void warn_of_text_behind_words(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
+                               Findings& findings);
 
 }  // namespace varpre

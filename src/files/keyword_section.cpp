@@ -7,6 +7,7 @@
 #include "textio/findings/odd_characters.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/words.h"
+#include "textio/record/number_format.h"
 
 namespace varpre {
 namespace {
@@ -33,13 +34,24 @@ std::string plain_unit(std::string_view word) {
   return plain;
 }
 
+// The unit that begins with a word: "mol m-2" is mol/m2.
+std::string unit_behind(const Word& word, const Input& NFICON) {
+  std::string unit = plain_unit(word.text);
+  const std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  const std::string_view next = next_word(line, word, " ").text;
+  const std::size_t minus = next.find('-');
+  if (minus == next.npos || minus == 0 || next.size() != minus + 2) return unit;
+  unit += message("/", next.substr(0, minus));
+  return next.back() == '1' ? unit : unit + next.back();
+}
+
 bool is_unit(std::string_view word) {
   return std::find(known_units.begin(), known_units.end(), word) != known_units.end();
 }
 
 void warn_of_unit(std::string_view keyword, double value, std::string_view meant, const Word& behind,
                   const Input& NFICON, Findings& findings) {
-  const std::string unit = plain_unit(behind.text);
+  const std::string unit = unit_behind(behind, NFICON);
   if (meant.empty() || !is_unit(unit) || unit == meant) return;
   findings.warning(here(NFICON, behind.column, behind.width()),
                    message(keyword, " is taken as ", value, " ", meant, ": '", behind.text,
@@ -139,6 +151,30 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
   return true;
 }
 
+void warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
+                         const Input& NFICON, Findings& findings) {
+  std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  line = line.substr(0, line.find('!'));
+  if (line.find_first_of("0123456789", static_cast<std::size_t>(field.last())) == line.npos) return;
+  for (Word word = next_word(line, field.last() + 1, " "); !word.text.empty();) {
+    const Word next = next_word(line, word, " ");
+    if (read_free_real(next.text) && is_word(word.text)) {
+      findings.warning(
+          here(NFICON, word.column, next.column + static_cast<int>(next.text.size()) - word.column),
+          message("'", word.text, " ", next.text, "' is not read: it stands behind a value"),
+          "each record has one value: give it a line of its own");
+      return;
+    }
+    word = next;
+  }
+}
+
+bool opens_a_section(const Section& section, const Input& NFICON) {
+  const std::string_view text = NFICON.origin(NFICON.record_number()).text;
+  const Section* const opened = section_of(text, section.files);
+  return (opened != nullptr && *opened != section) || is_meant_as_end(text);
+}
+
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
                             const KeywordColumns& columns, const Nearest& nearest, const Input& NFICON,
                             Findings& findings) {
@@ -149,7 +185,12 @@ void report_unknown_keyword(const Section& section, const Place& heading, std::s
   const std::string_view line = NFICON.origin(NFICON.record_number()).text;
   const std::string odd = odd_character_help(line.substr(0, static_cast<std::size_t>(field.width)), 1);
   word = trimmed(word);
-  const std::string meant = odd.empty() ? nearest.help() : odd;
+  if (findings.follows(findings.place_of(message("unknown species '", word, "'")), "amount",
+                       Findings::Severity::error))
+    return;
+  const std::string meant = !odd.empty()            ? odd
+                            : is_meant_as_end(line) ? std::string("END begins in column 1")
+                                                    : nearest.help();
   const bool in_two = word.find(' ') != std::string_view::npos;  // a value that begins too early
   findings.error(here(NFICON, 1, field.width),
                  word.empty() ? message("blank line in ", section.content, ", which END would close")

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <type_traits>
@@ -98,7 +99,7 @@ struct GivenKeywords {
   std::array<Place, count> places;  // of each keyword its value, the last of several
   std::array<int, count> times{};   // how often it is given
   Place heading;
-  KeywordRecord last;  // the record read last
+  KeywordRecord last;  // the record read last, or the one that could not be taken
 
   const Place& place(Member value) const { return places[row_of<Description>(value)]; }
 };
@@ -107,6 +108,8 @@ struct GivenKeywords {
 struct NoOtherWords {
   static std::optional<SectionEnd> take(const KeywordRecord&) { return SectionEnd::unknown_word; }
   static void offer_to(Nearest&) {}
+  static bool knows(std::string_view) { return false; }
+  static void behind_error() {}
 };
 
 // Whether the value of a keyword, in the record last read, could be read; if not, reports it. Warns of
@@ -123,6 +126,14 @@ void warn_of_unusual(std::string_view keyword, double value, const Usual& usual,
 // was not.
 void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings);
 
+// Warns of a second word with its value behind the value in the record last read, of which nothing is read.
+// is_word tells the words that a section knows.
+void warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
+                         const Input& NFICON, Findings& findings);
+
+// Whether the record last read is the heading of another section, or is meant as END.
+bool opens_a_section(const Section& section, const Input& NFICON);
+
 // Reports that the record last read holds no keyword of its section: the heading of another one, or a keyword
 // that is misspelt or unknown.
 void report_unknown_keyword(const Section& section, const Place& heading, std::string_view word,
@@ -135,6 +146,16 @@ template <class Description>
 constexpr bool begins(std::string_view word, std::string_view with) {
   if (Description::letters == Section::Letters::as_written) return word.starts_with(with);
   return begins_with(word, with);
+}
+
+// Whether a section knows a word, which stands anywhere in a line.
+template <class Description, class Others>
+bool knows(std::string_view word, const Others& others) {
+  const auto& keywords = Description::keywords;
+  return others.knows(word) || std::any_of(keywords.begin(), keywords.end(), [&](const auto& k) {
+           return word.size() >= trimmed(k.word).size() && begins<Description>(word, trimmed(k.word)) &&
+                  word.size() <= k.word.size();
+         });
 }
 
 // Takes the value of a keyword; false, after the finding, where it cannot be read.
@@ -155,41 +176,72 @@ bool take_keyword(std::size_t row, const Input& NFICON, Findings& findings,
   return true;
 }
 
+// Reads a record and takes it; otherwise how the section ends there.
+template <class Description, class Others>
+std::optional<SectionEnd> take_record(const Section& section, Input& NFICON, Findings& findings,
+                                      GivenKeywords<Description>& given, Others& others) {
+  const auto& keywords = Description::keywords;
+  auto& [word, value, result] = given.last;
+  result = read<Description::record>(NFICON, word, value);
+  if (result.end_of_file()) {
+    report_not_closed(section, given.heading, findings);
+    return SectionEnd::end_of_file;
+  }
+  if (begins<Description>(word.view(), Description::end)) return SectionEnd::closed;
+  const auto found = std::find_if(keywords.begin(), keywords.end(), [&w = word](const auto& k) {
+    return begins<Description>(w.view(), k.word);
+  });
+  std::optional<SectionEnd> end;
+  if (found == keywords.end()) {
+    end = others.take(given.last);
+  } else if (!take_keyword(static_cast<std::size_t>(found - keywords.begin()), NFICON, findings, given)) {
+    end = SectionEnd::unreadable_value;
+  }
+  if (end == SectionEnd::unknown_word) {
+    Nearest nearest(word.view());
+    others.offer_to(nearest);
+    for (const auto& known : keywords) nearest.offer(known.word);
+    report_unknown_keyword(section, given.heading, word.view(), columns_of<Description>, nearest, NFICON,
+                           findings);
+  }
+  if (!end) {
+    warn_of_second_pair(
+        columns_of<Description>.value, [&](std::string_view w) { return knows<Description>(w, others); },
+        NFICON, findings);
+  }
+  return end;
+}
+
 }  // namespace keyword_detail
 
 // Reads the records of a section, behind its heading, up to the one that closes it. Words that are no
 // keywords go to others.take(record), which returns nothing when it has taken the record, or how the section
-// ends there; others.offer_to(nearest) offers the words that it takes to a search for the one that was meant.
+// ends there; others.offer_to(nearest) offers the words that it takes to a search for the one that was meant,
+// others.knows(word) tells whether it is one of them.
+//
+// Behind a record that cannot be taken the others are read for what may be wrong with them, as far as the
+// section goes: others.behind_error() is told. The first of them is how the section ends, and stays in
+// given.last.
 template <class Description, class Others = NoOtherWords>
 SectionEnd read_keywords(const Section& section, Input& NFICON, Findings& findings,
                          GivenKeywords<Description>& given, Others&& others = {}) {
-  const auto& keywords = Description::keywords;
+  constexpr int most_errors = 20;
   given.heading = heading_place(section, NFICON);
-  for (auto& [word, value, result] = given.last;;) {
-    result = read<Description::record>(NFICON, word, value);
-    if (result.end_of_file()) {
-      report_not_closed(section, given.heading, findings);
-      return SectionEnd::end_of_file;
+  std::optional<SectionEnd> first_end;
+  KeywordRecord first_record;
+  for (int errors = 0;;) {
+    std::optional<SectionEnd> end = keyword_detail::take_record(section, NFICON, findings, given, others);
+    if (!end) continue;
+    if (!first_end) {
+      first_end = end;
+      first_record = given.last;
     }
-    if (keyword_detail::begins<Description>(word.view(), Description::end)) return SectionEnd::closed;
-    const auto found = std::find_if(keywords.begin(), keywords.end(), [&w = word](const auto& k) {
-      return keyword_detail::begins<Description>(w.view(), k.word);
-    });
-    if (found != keywords.end()) {
-      const auto row = static_cast<std::size_t>(found - keywords.begin());
-      if (!keyword_detail::take_keyword(row, NFICON, findings, given)) return SectionEnd::unreadable_value;
-      continue;
-    }
-    const std::optional<SectionEnd> end = others.take(given.last);
-    if (end == SectionEnd::unknown_word) {
-      Nearest nearest(word.view());
-      others.offer_to(nearest);
-      for (const auto& known : keywords) nearest.offer(known.word);
-      report_unknown_keyword(section, given.heading, word.view(), keyword_columns<Description>, nearest,
-                             NFICON, findings);
-    }
-    if (end) return *end;
+    const bool over = end == SectionEnd::closed || end == SectionEnd::end_of_file;
+    if (over || ++errors == most_errors || opens_a_section(section, NFICON)) break;
+    others.behind_error();
   }
+  given.last = first_record;
+  return *first_end;
 }
 
 }  // namespace varpre

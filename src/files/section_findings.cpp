@@ -15,21 +15,28 @@ bool begins_like(const Section& section, std::string_view record) {
   return !excepted && begins_with(record, section.word);
 }
 
-// The heading that was probably meant where one was not found, or the headings that the file has.
-std::string headings_of(const Input& input, const Section& searched) {
+// Where a heading stands that was not found.
+struct HeadingHelp {
+  std::string help;  // the heading that was probably meant, or those that the file has
+  Place meant;       // where that stands
+};
+
+HeadingHelp headings_of(const Input& input, const Section& searched) {
   std::vector<std::string> found;
   std::string meant;
+  Place place;
   input.for_each_record([&](int record, std::string_view text) {
     const bool misspelt = meant.empty() && may_mean(searched, text);
     if (!misspelt && section_of(text, searched.files) == nullptr) return;
     found.push_back(message("'", trimmed(text), "' (line ", input.origin(record).line, ")"));
     if (!misspelt) return;
+    place = {&input, record, 1, static_cast<int>(trimmed(text).size())};
     meant = message("write '", searched.heading, "' instead of ", found.back(),
                     begins_like(searched, text) ? "; letter case counts here" : "");
   });
-  if (!meant.empty()) return meant;
-  if (found.empty()) return "the file has no heading that is known here";
-  return message("the file has the headings ", list_of(found));
+  if (!meant.empty()) return {meant, place};
+  if (found.empty()) return {"the file has no heading that is known here", {}};
+  return {message("the file has the headings ", list_of(found)), {}};
 }
 
 // The first record from one on that is not blank; 0 when there is none.
@@ -58,7 +65,15 @@ bool may_mean(const Section& section, std::string_view record) {
   if (!opens_another && !section.elsewhere.empty() && begins_with(record, section.elsewhere.substr(0, 4)))
     return true;
   const std::string_view begin = record.substr(0, section.word.size());
-  return !opens_another && !Nearest(section.word).offer(begin).help().empty();
+  return !opens_another && !Nearest(begin).offer(section.word).help().empty();
+}
+
+bool is_meant_as_end(std::string_view record) {
+  constexpr std::size_t longest = 4;
+  record = trimmed(record);
+  record.remove_prefix(std::min(record.find_first_not_of(" \t"), record.size()));
+  return record.size() <= longest && !record.empty() &&
+         (EQUSYM(4, record, "END") || !Nearest(record).offer("END").help().empty());
 }
 
 Place heading_place(const Section& section, const Input& input) {
@@ -67,13 +82,14 @@ Place heading_place(const Section& section, const Input& input) {
 
 void report_missing(const Section& section, const Input& input, Findings& findings,
                     std::string_view consequence) {
-  const std::string help = headings_of(input, section);
+  const auto [help, meant] = headings_of(input, section);
+  const Place place = meant ? meant : whole(input);
   if (section.absence == Section::Absence::is_a_warning) {
-    findings.warning(whole(input),
-                     message("no heading '", section.heading, "' of ", section.content, consequence), help);
+    findings.warning(place, message("no heading '", section.heading, "' of ", section.content, consequence),
+                     help);
   } else {
-    findings.error(whole(input),
-                   message("no heading '", section.heading, "' of ", section.content, consequence), help);
+    findings.error(place, message("no heading '", section.heading, "' of ", section.content, consequence),
+                   help);
   }
 }
 
@@ -87,7 +103,16 @@ bool report_heading_inside(const Section& section, const Place& heading, const I
   const int record = first_text_from(input, input.record_number());
   if (record == 0) return false;
   const std::string_view text = input.origin(record).text;
-  if (section_of(text, section.files) == nullptr) return false;
+  const Section* const opened = section_of(text, section.files);
+  if (opened == nullptr) return false;
+  if (*opened == section) {
+    findings.report(severity, {&input, record, 1, static_cast<int>(trimmed(text).size())},
+                    message("the heading '", trimmed(text), "' stands here again"),
+                    message(section.content, " begin in line ", input.origin(heading.record).line,
+                            ": delete one of the two, or write END before the second"),
+                    Findings::Site::current());
+    return true;
+  }
   findings.report(severity, {&input, record, 1, static_cast<int>(trimmed(text).size())},
                   message("no END closes ", section.content, " before the heading '", trimmed(text), "'"),
                   message("write END in front of this line: the section begins in line ",
@@ -107,7 +132,7 @@ void warn_of_use_without(const Section& missing, const Section& used, const Inpu
   findings.warning({&used_in, heading, 1, width},
                    message("nothing reads ", used.content, ": there is no heading '", missing.heading,
                            "' of ", missing.content),
-                   headings_of(input, missing));
+                   headings_of(input, missing).help);
 }
 
 }  // namespace varpre

@@ -14,6 +14,9 @@ const Section* section_of(std::string_view record, std::uint8_t files);
 // Whether a record is the heading of a section, or one that is misspelt; not that of another section.
 bool may_mean(const Section& section, std::string_view record);
 
+// Whether a record is an END that is misspelt or does not stand in column 1.
+bool is_meant_as_end(std::string_view record);
+
 // Where the heading of a section stands, when it was the record last read.
 Place heading_place(const Section& section, const Input& input);
 

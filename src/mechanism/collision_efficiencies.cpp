@@ -1,7 +1,10 @@
 #include "mechanism/collision_efficiencies.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "files/section_findings.h"
@@ -223,6 +226,10 @@ void set_efficiencies(const Block& block, const ReactionNames& names, std::span<
     }
     if (found) continue;
     write<"(' ',5X,'Warning: Third body ',A,' not found in species',' list')">(MSGFIL, name);
+    if (!names.without_entry.empty()) continue;  // it may be one of these, which were told of
+    if (MSGFIL.findings.follows(MSGFIL.findings.place_of(message("unknown species '", name, "'")),
+                                "efficiency"))
+      continue;
     MSGFIL.findings.warning(locate(block.line, name.view()),
                             message("'", name, "' is not in the species list: its efficiency is dropped"),
                             [&] { return Nearest(name.view()).offer_all(names.species()).help(); });
@@ -256,34 +263,103 @@ void list_block(const Block& block, int third_body, std::size_t name_width, List
   }
 }
 
+// An efficiency as a definition gives it.
+struct GivenEfficiency {
+  double value = 0;
+  Place line;
+};
+
 // What the definitions of a table give: the efficiencies, and which third bodies they define.
 struct Definitions {
   EfficiencyRows EFF;
-  std::array<Place, partner_count> line{};  // the last definition of each
+  std::unordered_map<std::string, GivenEfficiency> given;  // by third body and species
+  std::array<Place, partner_count> line{};                 // the last definition of each
   int count = 0;
 };
 
-// Reads all definitions and lists them; false after the message.
-bool read_definitions(Table& table, const ReactionNames& names, int NCOLL, Definitions& definitions,
-                      Listing& MSGFIL) {
-  const std::size_t name_width = longest_name(names.species());
-  for (Block block;; ++definitions.count) {
-    bool end = false;
-    if (!read_block(table, block, end, MSGFIL)) return false;
-    if (end) return true;
-    const int c = third_body(block.name, NCOLL);
-    if (c == 0) {
-      write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
-      MSGFIL.findings.error(block.line,
-                            message("'", block.name, "' is no third body that can be defined here"),
-                            message("columns 1-8 hold one of ", partner_name(2), " to ", partner_name(NCOLL),
-                                    ", the last one that the mechanism uses"));
-      return false;
+// Warns of a species that a definition names twice, or that an earlier definition of the same third body
+// gives another efficiency.
+void warn_of_repeated_species(const Block& block, int c, Definitions& definitions, Findings& findings) {
+  for (int k = 1; k <= block.count; ++k) {
+    const SpeciesName& name = at(block.species, k);
+    const double efficiency = at(block.efficiencies, k);
+    const auto [given, is_new] =
+        definitions.given.try_emplace(message(c, " ", name), GivenEfficiency{efficiency, block.line});
+    if (is_new) continue;
+    const auto [earlier, line] = std::exchange(given->second, {efficiency, block.line});
+    if (line == block.line) {
+      findings.warning(locate(block.line, name.view()),
+                       message("'", name, "' stands twice in this definition: the later efficiency counts"));
+    } else if (earlier != efficiency) {
+      findings.warning(
+          locate(block.line, name.view()),
+          message("the efficiency of ", name, " for ", block.name, " is given twice: ", earlier, " in line ",
+                  line.unit->origin(line.record).line, ", and ", efficiency, " here"),
+          "the later value counts");
     }
-    at(definitions.line, c) = block.line;
-    set_efficiencies(block, names, at(definitions.EFF, c), MSGFIL);
-    list_block(block, c, name_width, MSGFIL);
   }
+}
+
+// Reads the next definition and lists it; false after the message.
+bool read_definition(Table& table, const ReactionNames& names, int NCOLL, const Place& behind_end,
+                     Definitions& definitions, bool& end, Listing& MSGFIL) {
+  Block block;
+  if (!read_block(table, block, end, MSGFIL)) return false;
+  if (end) return true;
+  const int c = third_body(block.name, NCOLL);
+  if (c == 0) {
+    write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
+    if (MSGFIL.findings.follows(behind_end, "definition", Findings::Severity::error)) return false;
+    MSGFIL.findings.error(block.line, message("'", block.name, "' is no third body that can be defined here"),
+                          message("columns 1-8 hold one of ", partner_name(2), " to ", partner_name(NCOLL),
+                                  ", the last one that the mechanism uses"));
+    return false;
+  }
+  warn_of_repeated_species(block, c, definitions, MSGFIL.findings);
+  at(definitions.line, c) = block.line;
+  set_efficiencies(block, names, at(definitions.EFF, c), MSGFIL);
+  list_block(block, c, longest_name(names.species()), MSGFIL);
+  ++definitions.count;
+  return true;
+}
+
+// Passes what may belong to a definition that could not be read, up to the next one. False at the end.
+bool pass_definition(Input& input) {
+  for (std::string_view record; input.peek(record); input.next(record)) {
+    if (EQUSYM(3, record, "END") || record.find('=') != std::string_view::npos) return true;
+    if (section_of(record, Section::MEC) != nullptr) return false;
+  }
+  return false;
+}
+
+// Reads all definitions and lists them; false after the message, or RunStop. Behind one that cannot be read
+// the others are read for what may be wrong with them.
+bool read_definitions(Table& table, const ReactionNames& names, int NCOLL, const Place& behind_end,
+                      Definitions& definitions, Listing& MSGFIL) {
+  GoingOn going_on(MSGFIL);
+  std::optional<RunStop> stop;
+  for (bool end = false; !end;) {
+    bool read = false;
+    try {
+      read = read_definition(table, names, NCOLL, behind_end, definitions, end, MSGFIL);
+    } catch (const RunStop& first) {
+      if (!going_on.failed()) stop = first;
+    }
+    if (!read) end = !(going_on.behind_error() && pass_definition(*table.input));
+  }
+  if (stop) throw RunStop(*stop);
+  return !going_on.failed();
+}
+
+// Without TROE a species that a definition does not name has no effect.
+void warn_of_efficiencies_not_given(const Mechanism& mechanism, const Definitions& definitions,
+                                    const ReactionNames& names, const Place& heading, Findings& findings) {
+  const auto named = static_cast<int>(definitions.given.size());
+  const auto defined = std::count_if(definitions.line.begin(), definitions.line.end(),
+                                     [](const Place& line) { return line.unit != nullptr; });
+  if (!mechanism.complete || named == 0 || named >= defined * names.NS()) return;
+  findings.warning(heading, "every efficiency that is not given is 0",
+                   "a line TROE behind this heading makes it 1");
 }
 
 // Checks the definitions against the mechanism, third body by third body; false after the message.
@@ -294,7 +370,11 @@ bool check_definitions(const Mechanism& mechanism, const Definitions& definition
     const Place& line = at(definitions.line, c);
     const auto defined = bool(line);
     if (defined && !at(mechanism.used, c)) {
-      MSGFIL.findings.warning(line, message("third body ", partner, " is defined, but no reaction uses it"));
+      if (!MSGFIL.findings.follows(mechanism.behind_end, "definition")) {
+        MSGFIL.findings.warning(
+            line, message("third body ", partner, " is defined, but no reaction uses it"),
+            at(mechanism.used, 1) ? "reactions with M take every species alike: is one of them meant?" : "");
+      }
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
     } else if (!defined && at(mechanism.used, c)) {
       MSGFIL.findings.error(
@@ -319,8 +399,9 @@ bool check_room(int NCOLL, int NS, const Input& NFIMEC, Listing& MSGFIL) {
 
 bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& NFIMEC, Input& NFICON,
                 Table& table, EfficiencyRows& EFF, Listing& MSGFIL, StoreFile& NFISTO) {
-  const int NCOLL = mechanism.NCOLL;
-  if (!check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
+  // Of a mechanism that was not read whole nobody knows which third bodies it uses.
+  const int NCOLL = mechanism.complete ? mechanism.NCOLL : partner_count;
+  if (mechanism.complete && !check_room(NCOLL, names.NS(), NFIMEC, MSGFIL)) return false;
   if (!find_heading(NFIMEC, table) && !find_heading(NFICON, table)) {
     write<"('1','ERROR: heading for collision efficiencies missing ')">(MSGFIL);
     report_missing(efficiencies_section, NFIMEC, MSGFIL.findings,
@@ -328,11 +409,13 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
     return false;
   }
   Definitions definitions{.EFF = undefined_rows(NCOLL, names.NS(), table.of_others)};
-  if (!read_definitions(table, names, NCOLL, definitions, MSGFIL)) return false;
+  if (!read_definitions(table, names, NCOLL, mechanism.behind_end, definitions, MSGFIL)) return false;
 
+  if (table.of_others == 0)
+    warn_of_efficiencies_not_given(mechanism, definitions, names, table.heading, MSGFIL.findings);
   const SpeciesName M = partner_name(1);
   if (at(mechanism.used, 1)) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
-  if (!check_definitions(mechanism, definitions, table.heading, MSGFIL)) return false;
+  if (!mechanism.complete || !check_definitions(mechanism, definitions, table.heading, MSGFIL)) return false;
   if (definitions.count == 0) {
     write<"(' ',7X,' no additional third bodies defined besides ',A)">(MSGFIL, M);
   } else {

@@ -5,6 +5,7 @@
 #include "files/sections.h"
 #include "files/store_records.h"
 #include "math/elementary.h"
+#include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
@@ -100,6 +101,12 @@ bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findin
   return true;
 }
 
+void check_balance(const SpeciesView& species, const ComplexReaction& r, Findings& findings) {
+  ElementSums sums(species);
+  for (int m = 1; m <= 2 * half; ++m) sums.add(at(r.NUMS, m), (m <= half ? -1 : 1) * at(r.STOBR, m));
+  sums.report(r.line, findings);
+}
+
 // Reports what the columns of the store file cannot hold: F6.3 for coefficients and orders, I2 for numbers.
 void report_asterisks(const ComplexReaction& r, Findings& findings) {
   for (int m = 1; m <= 2 * half; ++m) {
@@ -124,12 +131,14 @@ void write_reaction(const ComplexReaction& r, StoreFile& NFISTO) {
 }
 
 bool read_all(std::span<ComplexReaction> reactions, Input& NFIMEC, Listing& MSGFIL) {
+  GoingOn going_on(MSGFIL);
   for (int i = 1; i <= count_of(reactions); ++i) {
     if (read_reaction(NFIMEC, at(reactions, i), MSGFIL.findings)) continue;
     write<"('1',5X,'ERROR: unreadable complex reaction ',I2)">(MSGFIL, i);
-    return false;
+    std::string_view left;
+    if (!going_on.behind_error() || !NFIMEC.peek(left)) break;
   }
-  return true;
+  return !going_on.failed();
 }
 
 bool list_all(std::span<ComplexReaction> reactions, int NR, bool reactants_optional, Listing& MSGFIL) {
@@ -148,13 +157,18 @@ bool list_all(std::span<ComplexReaction> reactions, int NR, bool reactants_optio
 }
 
 // No reaction is written before the names of all are resolved.
-bool write_all(std::span<ComplexReaction> reactions, std::span<const SpeciesName> SYMB, Listing& MSGFIL,
+bool write_all(std::span<ComplexReaction> reactions, const SpeciesView& species, Listing& MSGFIL,
                StoreFile& NFISTO) {
+  GoingOn going_on(MSGFIL);
   for (int i = 1; i <= count_of(reactions); ++i) {
-    if (resolve_names(SYMB, at(reactions, i), MSGFIL.findings)) continue;
+    if (resolve_names(species.SYMB, at(reactions, i), MSGFIL.findings)) {
+      check_balance(species, at(reactions, i), MSGFIL.findings);
+      continue;
+    }
     write<"('1',5X,'ERROR: Wrong entry in complex reaction no.',I2)">(MSGFIL, i);
-    return false;
+    going_on.behind_error();
   }
+  if (going_on.failed()) return false;
   for (const ComplexReaction& r : reactions) {
     report_asterisks(r, MSGFIL.findings);
     write_reaction(r, NFISTO);
@@ -164,8 +178,8 @@ bool write_all(std::span<ComplexReaction> reactions, std::span<const SpeciesName
 
 }  // namespace
 
-bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, Input& NFIMEC,
-            Listing& MSGFIL, StoreFile& NFISTO, std::vector<Place>& lines) {
+bool GENCRE(const SpeciesView& species, int NR, bool reactants_optional, Input& NFIMEC, Listing& MSGFIL,
+            StoreFile& NFISTO, std::vector<Place>& lines) {
   int NBRUT = 0;
   if (!find_section(sections::named("the complex reactions"), NFIMEC)) {
     write<"('1',5X,' No complex reactions defined ')">(MSGFIL);
@@ -191,7 +205,7 @@ bool GENCRE(std::span<const SpeciesName> SYMB, int NR, bool reactants_optional, 
   std::vector<ComplexReaction> reactions(static_cast<std::size_t>(NBRUT));
   if (!read_all(reactions, NFIMEC, MSGFIL)) return false;
   for (const ComplexReaction& r : reactions) lines.push_back(r.line);
-  return list_all(reactions, NR, reactants_optional, MSGFIL) && write_all(reactions, SYMB, MSGFIL, NFISTO);
+  return list_all(reactions, NR, reactants_optional, MSGFIL) && write_all(reactions, species, MSGFIL, NFISTO);
 }
 
 }  // namespace varpre

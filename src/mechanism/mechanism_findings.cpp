@@ -13,65 +13,7 @@
 namespace varpre {
 namespace {
 
-constexpr double kJ_per_mol = 1000;
-
-// Above the rate of collisions of any two gas species at 1500 K, some 3E+15 cm3/(mol s).
-constexpr double log_fastest_rate = 36.84;  // of 1E+16
-
-void warn_of_sticking(const ReactionLine& line, const ReactionNames& names, int NSURF, Findings& findings) {
-  const Reaction& reaction = line.reaction;
-  const double coefficient = line.sticking_coefficient;
-  if (!(coefficient > 0 && coefficient <= 1)) {
-    findings.warning(reaction.line, message("the sticking coefficient is read as ", coefficient),
-                     "a sticking coefficient is above 0 and at most 1");
-  }
-  if (reaction.ISTICK > names.NS() - NSURF) {
-    const SpeciesName& name = names[reaction.ISTICK];
-    findings.warning(locate(reaction.line, name.view()),
-                     message("'", name, "' is a surface species: it cannot stick"),
-                     "the first name of a sticking reaction is the gas species that sticks");
-  }
-}
-
-// A of the forms whose rate is computed from it, in cm, mol, s.
-void warn_of_factor(const Phase& phase, const ReactionLine& line, const ReactionNames& names,
-                    Findings& findings) {
-  const Reaction& r = line.reaction;
-  if (!(r.AFAC > 0) && !is_meant_as_duplicate(r.line)) {
-    findings.warning(r.line, message("A of this reaction is read as ", r.AFAC),
-                     "a pre-exponential factor is positive");
-  }
-  if (&phase != &Phase::gas) return;
-  const auto educts = phase.educts(line.KSPEC);
-  const bool partner = std::any_of(educts.begin(), educts.end(), [&](int k) { return k > names.NS(); });
-  if (partner || educts[1] == 0 || educts[2] != 0) return;
-  constexpr double T = 1500;
-  static const double log_T = math::log(T);
-  const double log_rate = math::log(r.AFAC) + r.TEXP * log_T - r.EXA / (gas_constant * T);
-  if (!(log_rate > log_fastest_rate)) return;
-  findings.warning(r.line,
-                   message("the rate of this reaction is ", math::exp(log_rate), " cm3/(mol s) at 1500 K"),
-                   "two gas species collide at some 1E+14 to 3E+15 cm3/(mol s)");
-}
-
-void warn_of_energy(double E, const Place& line, Findings& findings) {
-  if (std::abs(E) <= 1000 * kJ_per_mol || !std::isfinite(E))
-    return;  // what is not finite is an error of its own
-  findings.warning(line, message("the activation energy is read as ", E / kJ_per_mol, " kJ/mol"),
-                   "E is in kJ/mol: is this one in J/mol or cal/mol?");
-}
-
-// A surface reaction of one gas species whose A is at most 1: what comes out of a STIC line that is missing.
-void warn_of_missing_keyword(const Phase& phase, const ReactionLine& line, const ReactionNames& names,
-                             int NSURF, Findings& findings) {
-  const Reaction& r = line.reaction;
-  if (&phase != &Phase::surface || !(r.AFAC > 0 && r.AFAC <= 1) || r.TEXP != 0 || r.EXA != 0) return;
-  const auto educts = phase.educts(line.KSPEC);
-  if (std::none_of(educts.begin(), educts.end(), [&](int k) { return k >= 1 && k <= names.NS() - NSURF; }))
-    return;
-  findings.warning(r.line, message("A of this reaction, ", r.AFAC, ", looks like a sticking coefficient"),
-                   "a line STIC in front of the reaction makes it one");
-}
+const double least_told = math::log(2.0);  // of a reverse rate that is off
 
 }  // namespace
 
@@ -90,23 +32,18 @@ bool is_meant_as_duplicate(const Place& line) {
   return false;
 }
 
-void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const ReactionNames& names, int NSURF,
-                          Findings& findings) {
-  const Reaction& reaction = line.reaction;
-  if (reaction.ISTICK != 0) return warn_of_sticking(line, names, NSURF, findings);
-  warn_of_energy(reaction.EXA, reaction.line, findings);
-  if (reaction.IARRH == coverage_dependent) warn_of_energy(reaction.VT6, reaction.line, findings);
-  if (reaction.IARRH == falloff) warn_of_energy(reaction.FALL[2], reaction.line, findings);
-  warn_of_missing_keyword(phase, line, names, NSURF, findings);
-  if (reaction.IARRH != non_arrhenius) warn_of_factor(phase, line, names, findings);
-  const auto is_partner = [&](int number) { return number > names.NS(); };
-  if (reaction.IARRH == falloff && std::none_of(line.KSPEC.begin(), line.KSPEC.end(), is_partner)) {
-    findings.warning(reaction.line, "this reaction has falloff parameters, but no third body",
-                     "its third body stands on both sides: H+O2+M'=HO2+M'");
-  }
+bool follows_from_a_fit(const Phase& phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit,
+                        Findings& findings) {
+  bool explained = false;
+  phase.for_each(MAT, [&](int number, int) {
+    if (explained || number > count_of(fit)) return;
+    const Place& entry = at(fit, number).entry;
+    explained = entry.unit == nullptr || findings.follows(entry, "reverse rate");
+  });
+  return explained;
 }
 
-ElementBalance::ElementBalance(std::span<const ElementFields> species) {
+ElementBalance::ElementBalance(const SpeciesView& species, int NSURF) {
   const auto number_of = [&](const ElementSymbol& symbol) {
     for (int e = 1; e <= count_of(symbols_); ++e) {
       if (same_word(at(symbols_, e).view(), symbol.view())) return e;
@@ -114,8 +51,10 @@ ElementBalance::ElementBalance(std::span<const ElementFields> species) {
     symbols_.push_back(symbol);
     return count_of(symbols_);
   };
-  for (const ElementFields& fields : species) {
+  for (std::size_t i = 0; i < species.elements.size(); ++i) {
+    const ElementFields& fields = species.elements[i];
     Atoms atoms;
+    atoms.known = species.fit[i].entry.unit != nullptr;
     for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
       if (is_empty_field(fields.ELSYM[j])) continue;
       atoms.element[j] = number_of(fields.ELSYM[j]);
@@ -124,33 +63,100 @@ ElementBalance::ElementBalance(std::span<const ElementFields> species) {
         if (atoms.element[before] == atoms.element[j]) atoms.count[before] = 0;
       }
     }
+    const bool surface = i + static_cast<std::size_t>(NSURF) >= species.elements.size();
+    const bool has_atoms = std::any_of(atoms.count.begin(), atoms.count.end(), [](int n) { return n != 0; });
+    atoms.known = atoms.known && (surface || has_atoms);
     species_.push_back(atoms);
   }
 }
 
-void ElementBalance::check(const Phase& phase, const Reaction& reaction, Findings& findings) const {
+void ElementBalance::check(const Phase& phase, const Reaction& reaction) {
   std::array<int, 96> left{};  // a phase has some ten elements, its database entries at most a few more
   std::array<int, 96> right{};
   if (symbols_.size() > left.size()) return;
+  bool known = true;
   phase.for_each(reaction.MAT, [&](int number, int sign) {
     if (number > count_of(species_)) return;
     const Atoms& atoms = at(species_, number);
+    known = known && atoms.known;
     for (std::size_t j = 0; j < atoms.count.size(); ++j) {
       if (atoms.count[j] != 0) at(sign < 0 ? left : right, atoms.element[j]) += atoms.count[j];
     }
   });
-  for (int e = 1; e <= count_of(symbols_); ++e) {
+  for (int e = 1; known && e <= count_of(symbols_); ++e) {
     if (at(left, e) == at(right, e)) continue;
-    findings.warning(reaction.line,
-                     message("the reaction does not balance: ", at(left, e), " ", at(symbols_, e),
-                             " on the left, ", at(right, e), " on the right"));
+    unbalanced_.push_back({reaction.MAT, reaction.line,
+                           message("the reaction does not balance: ", at(left, e), " ", at(symbols_, e),
+                                   " on the left, ", at(right, e), " on the right")});
+    return;
+  }
+}
+
+// The species that all unbalanced reactions have, if there is but one; 0: none.
+int ElementBalance::common_species(const Phase& phase) const {
+  constexpr std::size_t least = 3;
+  if (unbalanced_.size() < least) return 0;
+  std::vector<std::size_t> count(species_.size() + 1, 0);
+  for (const Unbalanced& reaction : unbalanced_) {
+    std::vector<int> seen;
+    phase.for_each(reaction.MAT, [&](int number, int) {
+      if (number > count_of(species_) || std::find(seen.begin(), seen.end(), number) != seen.end()) return;
+      seen.push_back(number);
+      ++count[static_cast<std::size_t>(number)];
+    });
+  }
+  const auto in_all = [&](std::size_t k) { return k == unbalanced_.size(); };
+  const auto found = std::find_if(count.begin(), count.end(), in_all);
+  const bool one = found != count.end() && std::find_if(found + 1, count.end(), in_all) == count.end();
+  return one ? static_cast<int>(found - count.begin()) : 0;
+}
+
+void ElementBalance::report(const Phase& phase, const SpeciesView& species, Findings& findings) const {
+  const int common = common_species(phase);
+  if (common == 0) {
+    for (const Unbalanced& reaction : unbalanced_) findings.warning(reaction.line, reaction.what);
+    return;
+  }
+  const Place& entry = at(species.fit, common).entry;
+  if (findings.is_told(entry)) {
+    for (std::size_t k = 0; k < unbalanced_.size(); ++k) findings.follows(entry, "unbalanced reaction");
+    return;
+  }
+  findings.warning(entry,
+                   message(count_of(unbalanced_), " reactions do not balance, all of them with ",
+                           at(species.SYMB, common)),
+                   message("its elements stand in columns 25-44; the first reaction stands in line ",
+                           unbalanced_.front().line.unit->origin(unbalanced_.front().line.record).line));
+}
+
+void ElementSums::add(int number, double coefficient) {
+  if (number == 0 || coefficient == 0) return;
+  known_ = known_ && at(species_.fit, number).entry.unit != nullptr;
+  const ElementFields& fields = at(species_.elements, number);
+  for (std::size_t j = 0; j < fields.ELSYM.size(); ++j) {
+    const ElementSymbol& symbol = fields.ELSYM[j];
+    if (is_empty_field(symbol)) continue;
+    auto sum = std::find_if(sums_.begin(), sums_.end(),
+                            [&](const Sum& s) { return EQUSYM(2, s.symbol.view(), symbol.view()); });
+    if (sum == sums_.end()) sum = sums_.insert(sum, {symbol});
+    (coefficient < 0 ? sum->left : sum->right) += std::abs(coefficient) * fields.ELCNT[j];
+  }
+}
+
+void ElementSums::report(const Place& line, Findings& findings) const {
+  constexpr double tolerated = 0.01;
+  for (const Sum& sum : sums_) {
+    if (!known_ || std::abs(sum.left - sum.right) <= tolerated * std::max(sum.left, sum.right)) continue;
+    findings.warning(line, message("the reaction does not balance: ", about(sum.left), " ", sum.symbol,
+                                   " on the left, ", about(sum.right), " on the right"));
     return;
   }
 }
 
 ReverseRateCheck::ReverseRateCheck(std::span<const ThermoFit> fit) : fit_(fit) {}
 
-void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, const Reaction& reverse) {
+void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, const Reaction& reverse,
+                               Findings& findings) {
   constexpr double R = gas_constant;
   if (!(forward.AFAC > 0) || !(reverse.AFAC > 0)) return;
   if (g_.empty()) {
@@ -177,6 +183,7 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
     log_Kc -= dn * math::log(gas_constant_cm3_bar * T);
     const double error = std::abs(log_factors - log_Kc + (reverse.EXA - forward.EXA) / (R * T));
     if (!reliable || !(error > worst_)) continue;
+    if (error > least_told && follows_from_a_fit(phase, forward.MAT, fit_, findings)) return;
     worst_ = error;
     worst_temperature_ = T;
     worst_place_ = forward.line;
@@ -184,11 +191,11 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
 }
 
 void ReverseRateCheck::report(Findings& findings) const {
-  if (!(worst_ > math::log(2.0))) return;
+  if (!(worst_ > least_told)) return;
   findings.warning(worst_place_,
                    message("the generated reverse rate of this reaction is off by a factor of ",
-                           std::round(math::exp(std::min(worst_, 600.0)) * 10) / 10, " at ",
-                           worst_temperature_, " K, the worst of the mechanism"),
+                           about(math::exp(std::min(worst_, 600.0))), " at ", worst_temperature_,
+                           " K, the worst of the mechanism"),
                    "with the option RevSim the solver computes reverse rates from the equilibrium constant");
 }
 

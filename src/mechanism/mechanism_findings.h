@@ -2,6 +2,7 @@
 
 #include <array>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "mechanism/reaction_line.h"
@@ -11,29 +12,62 @@
 // only.
 namespace varpre {
 
-// Warns of a rate that can hardly be meant: an activation energy of other units, A that is not positive, a
-// rate of two gas species beyond that of their collisions, a sticking coefficient that is none or that of a
-// surface species, falloff without a third body. The last NSURF of the species stand on the surface.
-void warn_of_unusual_rate(const Phase& phase, const ReactionLine& line, const ReactionNames& names, int NSURF,
-                          Findings& findings);
-
 // Whether the comment behind a reaction says that it stands there again on purpose: "! dup", "! DUPLICATE".
 bool is_meant_as_duplicate(const Place& line);
+
+// Whether what is found about a reaction follows from the fit of one of its species: that of a species
+// without entry, or one that has been told of, where it is counted then (Findings::follows).
+bool follows_from_a_fit(const Phase& phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit,
+                        Findings& findings);
 
 // Checks that the elements of a reaction balance.
 class ElementBalance {
  public:
-  explicit ElementBalance(std::span<const ElementFields> species);
+  // Nothing is known of species without an entry, or of a gas without elements; an empty site has none.
+  ElementBalance(const SpeciesView& species, int NSURF);
 
-  void check(const Phase& phase, const Reaction& reaction, Findings& findings) const;
+  void check(const Phase& phase, const Reaction& reaction);
+  // Tells of the reactions that do not balance, or of the species whose elements explain all of them.
+  void report(const Phase& phase, const SpeciesView& species, Findings& findings) const;
 
  private:
   struct Atoms {
     std::array<int, 4> element{};  // numbers in symbols_, from 1
     std::array<int, 4> count{};    // 0: no atom
+    bool known = false;
   };
   std::vector<ElementSymbol> symbols_;
+  struct Unbalanced {
+    SpeciesVector MAT;
+    Place line;
+    std::string what;
+  };
+  int common_species(const Phase& phase) const;
+
   std::vector<Atoms> species_;
+  std::vector<Unbalanced> unbalanced_;
+};
+
+// The atoms of a reaction with coefficients that need not be whole: those of the products less those of the
+// reactants.
+class ElementSums {
+ public:
+  explicit ElementSums(const SpeciesView& species) : species_(species) {}
+
+  // A species by its number, 0 for none.
+  void add(int number, double coefficient);
+  // Warns of the first element that is not conserved; not where a species has no entry.
+  void report(const Place& line, Findings& findings) const;
+
+ private:
+  struct Sum {
+    ElementSymbol symbol;
+    double left = 0;
+    double right = 0;
+  };
+  const SpeciesView& species_;
+  std::vector<Sum> sums_;
+  bool known_ = true;
 };
 
 // Compares generated reverse rates with forward rate over equilibrium constant between 500 and 2500 K and
@@ -42,7 +76,7 @@ class ReverseRateCheck {
  public:
   explicit ReverseRateCheck(std::span<const ThermoFit> fit);
 
-  void compare(const Phase& phase, const Reaction& forward, const Reaction& reverse);
+  void compare(const Phase& phase, const Reaction& forward, const Reaction& reverse, Findings& findings);
 
   // One line on the worst rate, when it is off by more than a factor of 2.
   void report(Findings& findings) const;

@@ -2,18 +2,23 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "files/section_findings.h"
 #include "files/store_records.h"
 #include "mechanism/duplicates.h"
 #include "mechanism/mechanism_findings.h"
+#include "mechanism/rate_findings.h"
 #include "mechanism/reaction_line.h"
 #include "mechanism/reaction_listing.h"
 #include "mechanism/reaction_pointers.h"
 #include "mechanism/reverse_reaction.h"
+#include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
+#include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
+#include "textio/record/number_format.h"
 
 namespace varpre {
 namespace {
@@ -24,9 +29,10 @@ class Reader {
   Reader(const Phase& phase, const SpeciesView& species, int NSURF, const ReactionNames& names,
          const MechanismOptions& options, Input& NFIMEC, Listing& MSGFIL, std::vector<Reaction>& reactions)
       : phase_(phase),
-        NSURF_(NSURF),
+        species_(species),
         fit_(species.fit),
-        balance_(species.elements),
+        balance_(species, NSURF),
+        rate_check_(phase, names, NSURF, species.fit, MSGFIL.findings),
         reverse_check_(species.fit),
         names_(names),
         options_(options),
@@ -37,30 +43,72 @@ class Reader {
     reactions_.reserve(static_cast<std::size_t>(options.most_reactions));
   }
 
-  // All reactions up to the END line; false after the message. `heading` is where they begin.
+  // All reactions up to the END line; false after the message, or RunStop (INIMIN). `heading` is where they
+  // begin. Behind a line that is rejected the others are read for what may be wrong with them.
   bool read_all(const Place& heading) {
-    for (ReactionLine line;;) {
-      switch (INIMIN(phase_, names_, heading, NFIMEC_, MSGFIL_, line)) {
-        case LineResult::rejected: return false;
+    GoingOn going_on(MSGFIL_);
+    std::optional<RunStop> stop;
+    for (bool more = true; more;) {
+      ReactionLine line;
+      switch (next_line(heading, line, going_on, stop)) {
+        case LineResult::rejected: more = going_on.behind_error() && pass_rate_records(); break;
         case LineResult::end_of_file:
           report_not_closed(phase_.section, heading, MSGFIL_.findings);
-          return false;
-        case LineResult::end_of_mechanism:
-          write<"(' ',2X)">(MSGFIL_);
-          reverse_check_.report(MSGFIL_.findings);
-          warn_of_long_listing();
-          return true;
-        case LineResult::reaction: break;
+          going_on.behind_error();
+          more = false;
+          break;
+        case LineResult::end_of_mechanism: more = false; break;
+        case LineResult::reaction:
+          if (take(line)) break;
+          going_on.behind_error();
+          more = false;
       }
-      line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
-      if (!append(line.reaction, line.KSPEC)) return false;
-      balance_.check(phase_, line.reaction, MSGFIL_.findings);
-      warn_of_unusual_rate(phase_, line, names_, NSURF_, MSGFIL_.findings);
-      if (line.reversible && !append_reverse(phase_.exchanged(line.KSPEC))) return false;
     }
+    if (!going_on.failed()) write<"(' ',2X)">(MSGFIL_);
+    balance_.report(phase_, species_, MSGFIL_.findings);
+    rate_check_.report(heading);
+    if (stop) throw RunStop(*stop);
+    if (going_on.failed()) return false;
+    reverse_check_.report(MSGFIL_.findings);
+    warn_of_long_listing();
+    return true;
   }
 
  private:
+  // A line that stops the run counts as rejected; when it is the first one, the run stops when all have been
+  // read.
+  LineResult next_line(const Place& heading, ReactionLine& line, const GoingOn& going_on,
+                       std::optional<RunStop>& first_stop) {
+    try {
+      return INIMIN(phase_, names_, heading, NFIMEC_, MSGFIL_, line);
+    } catch (const RunStop& stop) {
+      if (!going_on.failed()) first_stop = stop;
+      return LineResult::rejected;
+    }
+  }
+
+  // Passes the records of rate parameters behind a line that was rejected. False where another section
+  // begins.
+  bool pass_rate_records() {
+    const std::string_view text = NFIMEC_.origin(NFIMEC_.record_number()).text;
+    const Section* const opened = section_of(text, Section::MEC);
+    if ((opened != nullptr && *opened != phase_.section) || is_meant_as_end(text)) return false;
+    for (std::string_view record; NFIMEC_.peek(record) && is_rate_record(record);) NFIMEC_.next(record);
+    return true;
+  }
+  static bool is_rate_record(std::string_view record) {
+    return record.starts_with('#') || record.starts_with('$') || record.starts_with('@');
+  }
+
+  // A reaction that was read, and its reverse; false after the message.
+  bool take(ReactionLine& line) {
+    line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
+    if (!append(line.reaction, line.KSPEC)) return false;
+    balance_.check(phase_, line.reaction);
+    rate_check_.examine(line);
+    return !line.reversible || append_reverse(phase_.exchanged(line.KSPEC));
+  }
+
   bool append(const Reaction& reaction, const SpeciesVector& KSPEC) {
     if (!room_for_one(reaction.line)) return false;
     reactions_.push_back(reaction);
@@ -107,7 +155,7 @@ class Reader {
       reverse.IARRH = reverse_of(falloff);
     } else {
       reverse = INIMRP(phase_, forward, fit_, MSGFIL_);
-      if (forward.IARRH == arrhenius) reverse_check_.compare(phase_, forward, reverse);
+      if (forward.IARRH == arrhenius) reverse_check_.compare(phase_, forward, reverse, MSGFIL_.findings);
     }
     reverse.line = forward.line;
     reverse.ICOV = forward.ICOV;
@@ -126,9 +174,10 @@ class Reader {
   }
 
   const Phase& phase_;
-  int NSURF_;
+  SpeciesView species_;
   std::span<const ThermoFit> fit_;
   ElementBalance balance_;
+  RateCheck rate_check_;
   ReverseRateCheck reverse_check_;
   const ReactionNames& names_;
   const MechanismOptions& options_;
@@ -158,6 +207,19 @@ bool find_heading(const Section& section, int behind_record, Input& NFIMEC, List
       section, NFIMEC, MSGFIL.findings,
       behind_record == 0 ? std::string() : message(" behind line ", NFIMEC.origin(behind_record).line));
   return false;
+}
+
+// Warns of a reaction directly behind END, and returns where it stands.
+Place warn_of_early_end(const Input& NFIMEC, Findings& findings) {
+  std::string_view text;
+  if (!NFIMEC.peek(text) || text.find_first_of("=>") == std::string_view::npos) return {};
+  const std::string_view last = trimmed(text).substr(trimmed(text).rfind(' ') + 1);
+  if (!read_free_real(last)) return {};
+  const Place place{&NFIMEC, NFIMEC.record_number() + 1, 1, static_cast<int>(trimmed(text).size())};
+  findings.warning(
+      place, "this reaction and those behind it are not read",
+      message("END in line ", NFIMEC.origin(NFIMEC.record_number()).line, " closes the mechanism"));
+  return place;
 }
 
 void list_header(const Text<80>& heading, Listing& MSGFIL) {
@@ -261,7 +323,7 @@ void list_inert_species(const Phase& phase, const SpeciesView& species, int NSUR
     if (misplaced.empty()) first = at(species.listed, s);
     misplaced.push_back(at(species.SYMB, s));
   }
-  warn_of_misplaced(phase, misplaced, first, MSGFIL.findings);
+  if (!MSGFIL.file.dropping) warn_of_misplaced(phase, misplaced, first, MSGFIL.findings);
 }
 
 // Reports the reactions whose rate cannot be written; the first of them ends the run.
@@ -290,8 +352,10 @@ bool GENMEC(const Phase& phase, const SpeciesView& species, int NSURF, const Rea
   if (!find_heading(phase.section, options.behind_record, NFIMEC, MSGFIL, heading)) return false;
   const Place place = here(NFIMEC, 1, static_cast<int>(trimmed(heading.view()).size()));
   list_header(heading, MSGFIL);
-  if (!Reader(phase, species, NSURF, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place))
-    return false;
+  mechanism.complete =
+      Reader(phase, species, NSURF, names, options, NFIMEC, MSGFIL, mechanism.reactions).read_all(place);
+  if (!mechanism.complete) return false;
+  mechanism.behind_end = warn_of_early_end(NFIMEC, MSGFIL.findings);
 
   const int NS = names.NS();
   mechanism.IREVER = pair_codes(phase, mechanism.reactions);

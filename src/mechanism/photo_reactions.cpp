@@ -1,7 +1,10 @@
 #include "mechanism/photo_reactions.h"
 
+#include <optional>
+
 #include "files/sections.h"
 #include "files/store_records.h"
+#include "mechanism/mechanism_findings.h"
 #include "mechanism/reaction.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
@@ -44,8 +47,21 @@ bool resolve_names(std::span<const SpeciesName> SYMB, const NameIndex& index, co
   return true;
 }
 
+// Warns of elements that are not conserved, and of a rate that can hardly be meant.
+void warn_of_unusual(const SpeciesView& species, const Place& line, const PhotoReaction& r,
+                     Findings& findings) {
+  ElementSums sums(species);
+  for (std::size_t k = 0; k < r.numbers.size(); ++k) sums.add(r.numbers[k], k == 0 ? -1 : 1);
+  sums.report({line.unit, line.record, 1, 35}, findings);
+  constexpr double most = 1E6;
+  if (r.rate > 0 && r.rate <= most) return;
+  findings.warning({line.unit, line.record, 36, 10},
+                   message("the rate of this photo reaction is read as ", about(r.rate), " 1/s"),
+                   "the rate stands in columns 36-45, and is positive");
+}
+
 // Reads, lists and writes a reaction; false after the message.
-bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const NameIndex& index, Input& NFIMEC,
+bool take_reaction(int i, int NPHO, const SpeciesView& species, const NameIndex& index, Input& NFIMEC,
                    Listing& MSGFIL, StoreFile& NFISTO) {
   PhotoReaction r;
   const ReadResult result =
@@ -62,17 +78,18 @@ bool take_reaction(int i, int NPHO, std::span<const SpeciesName> SYMB, const Nam
   write<"(1X,'(',I2,') ',A8,3(A1,A8),1PE10.3)">(MSGFIL, i, r.reactant(), zip(r.separators, r.products()),
                                                 r.rate);
   warn_of_columns(MSGFIL.findings, NFIMEC, result, field_name);
-  if (!resolve_names(SYMB, index, here(NFIMEC), r, MSGFIL.findings)) {
+  if (!resolve_names(species.SYMB, index, here(NFIMEC), r, MSGFIL.findings)) {
     write<"(/,5X,'ERROR IN COMPLEX FORMULA ',I2)">(MSGFIL, i);
     return false;
   }
+  warn_of_unusual(species, here(NFIMEC), r, MSGFIL.findings);
   write<store_records::photo_reaction>(NFISTO, r.numbers[0], std::span(r.numbers).last<3>(), r.rate);
   return true;
 }
 
 }  // namespace
 
-bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
+bool INIPHO(const SpeciesView& species, Input& NFIMEC, Listing& MSGFIL, StoreFile& NFISTO,
             std::vector<Place>& lines) {
   int NPHO = 0;
   if (find_section(sections::named("the photo reactions"), NFIMEC) && !read<"(I3)">(NFIMEC, NPHO)) {
@@ -98,12 +115,18 @@ bool INIPHO(std::span<const SpeciesName> SYMB, Input& NFIMEC, Listing& MSGFIL, S
                             message("the number of photo reactions is negative: none is read"));
   }
 
-  const NameIndex index(SYMB);
+  const NameIndex index(species.SYMB);
+  GoingOn going_on(MSGFIL);
+  std::optional<Dropped<StoreFile>> dropped;
   for (int i = 1; i <= NPHO; ++i) {
-    if (!take_reaction(i, NPHO, SYMB, index, NFIMEC, MSGFIL, NFISTO)) return false;
+    const bool LOK = take_reaction(i, NPHO, species, index, NFIMEC, MSGFIL, NFISTO);
     lines.push_back(here(NFIMEC, 1, 45));
+    if (LOK) continue;
+    if (!dropped) dropped.emplace(NFISTO);
+    std::string_view left;
+    if (!going_on.behind_error() || !NFIMEC.peek(left)) break;
   }
-  return true;
+  return !going_on.failed();
 }
 
 }  // namespace varpre

@@ -3,6 +3,7 @@
 #include <array>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "files/partners.h"
@@ -66,6 +67,11 @@ class ReactionNames {
   std::span<const SpeciesName> species() const { return first(names_, NS_); }
   std::span<const SpeciesName> species_and_partners() const { return names_; }
 
+  // For findings: a database that has further species, and the species of the list that have no entry there,
+  // with their places in the list.
+  const Input* database = nullptr;
+  std::vector<std::pair<SpeciesName, Place>> without_entry;
+
  private:
   int NS_;
   std::vector<SpeciesName> names_;
@@ -81,6 +87,8 @@ void report_unknown_name(const Place& record, const SpeciesName& name, std::span
 
 // A complete mechanism of one phase.
 struct Mechanism {
+  bool complete = false;                   // no reaction was rejected
+  Place behind_end;                        // a reaction directly behind its END, which has been told of
   std::vector<Reaction> reactions;         // generated reverses included
   int NCOLL = 2;                           // third bodies kept
   std::array<bool, partner_count> used{};  // partners that occur in some reaction

@@ -6,6 +6,7 @@
 #include "files/section_findings.h"
 #include "files/words.h"
 #include "mechanism/foreign_formats.h"
+#include "mechanism/name_findings.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/listing.h"
@@ -71,7 +72,8 @@ bool report_keyword(const Place& line, Findings& findings) {
 // another program. False, without a finding, where it is neither.
 bool report_other_text(const Context& context, const Place& line, Findings& findings) {
   return report_heading_inside(context.section, context.heading, *line.unit, findings) ||
-         report_foreign_form(line, findings) || report_keyword(line, findings);
+         report_foreign_form(line, findings) || report_stray_record(line, findings) ||
+         report_keyword(line, findings) || report_count_of_numbers(line, findings);
 }
 
 // A number at the end of a reaction line: its message in the listing, and its name.
@@ -159,6 +161,24 @@ void examine(const ReadResult& result, std::string_view record_name, std::string
   }
 }
 
+// Warns of a blank field before one that is filled, in the record last read: it reads as 0, but the values
+// are probably shifted by one.
+void warn_of_blank_field(std::initializer_list<FieldColumns> fields, const Input& NFIMEC,
+                         Findings& findings) {
+  const std::string_view line = NFIMEC.origin(NFIMEC.record_number()).text;
+  const FieldColumns* blank = nullptr;
+  for (const FieldColumns& field : fields) {
+    const bool is_blank = trimmed(columns(line, field.first, field.width)).empty();
+    if (is_blank && blank == nullptr) blank = &field;
+    if (is_blank || blank == nullptr) continue;
+    findings.warning(
+        here(NFIMEC, blank->first, blank->width),
+        message("columns ", blank->first, "-", blank->last(), " of this record are blank and read as 0"),
+        "was a value left out? write 0. where one is 0");
+    return;
+  }
+}
+
 // "$": activation energy that depends on the coverage of a species of the phase.
 bool read_coverage_line(const ReactionNames& names, Input& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
@@ -191,6 +211,7 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   ReadResult result = read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2]);
   examine(result, "first \"#\" record", "a low-pressure parameter", NFIMEC, reaction.line, findings);
   if (!result) return false;
+  warn_of_blank_field({{7, 10}, {19, 6}, {27, 10}}, NFIMEC, findings);
   FALL[2] *= 1000;
   std::string_view second;
   if (NFIMEC.peek(second) && !second.starts_with('#')) {
@@ -201,6 +222,7 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   }
   result = read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]);
   examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
+  if (result) warn_of_blank_field({{7, 10}, {19, 10}, {31, 10}, {43, 10}}, NFIMEC, findings);
   return bool(result);
 }
 
@@ -235,22 +257,23 @@ bool read_rate_lines(const ReactionNames& names, Input& NFIMEC, Reaction& reacti
   return false;
 }
 
-// Reports a name that is no species and no partner, or why it looks like none.
-void report_unknown(const SpeciesName& name, const ReactionNames& names, const Place& line,
-                    Findings& findings) {
-  if (report_foreign_form(line, findings)) return;
-  const std::string_view text = trimmed(name.view());
-  const bool digit = text.front() >= '2' && text.front() <= '9';
-  const std::size_t rest = std::min(text.find_first_not_of("0123456789."), text.size());
-  if (digit && names.find(SpeciesName(text.substr(rest))) > 0) {
-    findings.error(locate(line, text),
-                   message("'", text, "' has a coefficient: a name stands as often as it counts"),
-                   message("write ", text.substr(rest), "+", text.substr(rest), " for 2", text.substr(rest)));
-  } else if (text.ends_with('-') && names.find(SpeciesName(text.substr(0, text.size() - 1))) > 0) {
-    findings.error(locate(line, text), message("unknown species '", text, "'"),
-                   "an arrow \"->\" is written \">\"");
-  } else {
-    report_unknown_name(line, name, names.species_and_partners(), "", findings);
+// Warns of two names with nothing but a blank between them, which count as joined by "+", and of a delimiter
+// behind the last name.
+void warn_of_delimiters(const Equation& equation, const Place& line, Findings& findings) {
+  for (int i = 1; i <= most_names; ++i) {
+    const SpeciesName& name = at(equation.names, i);
+    const Text<1>& delimiter = at(equation.delimiters, i);
+    if (name.blank()) continue;
+    const SpeciesName next = i < most_names ? at(equation.names, i + 1) : SpeciesName();
+    if (delimiter.blank() && !next.blank()) {
+      findings.warning(
+          locate(line, name.view()),
+          message("no \"+\" stands between '", name, "' and '", next, "': they are read as two species"),
+          message("write ", name, "+", next));
+    } else if (!delimiter.blank() && next.blank() && i < most_names) {
+      findings.warning(line, message("the equation ends in \"", delimiter, "\""),
+                       "a species may be missing behind it");
+    }
   }
 }
 
@@ -289,6 +312,7 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     at(numbers, i) = products ? number : -number;
   }
   warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings);
+  warn_of_delimiters(equation, line.reaction.line, MSGFIL.findings);
   return true;
 }
 

@@ -5,7 +5,9 @@
 
 #include "math/elementary.h"
 #include "mechanism/integer_power.h"
+#include "mechanism/mechanism_findings.h"
 #include "textio/findings/listing.h"
+#include "textio/findings/record_findings.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -13,11 +15,30 @@ namespace {
 
 constexpr double R = gas_constant;
 
-void report_bad_parameters(const Place& line, Listing& MSGFIL) {
-  write<"('0',5X,'INCORRECT REVERSE REACT. ARRH. PARAM. ','DUE TO BAD THERMODYN. OR INPUT DATA')">(MSGFIL);
-  MSGFIL.findings.warning(line, "no sound rate of the reverse of this reaction can be generated",
-                          "look at its A and E, and at the thermochemistry of its species");
-}
+// Tells once of each reaction what the listing may tell several times.
+class BadParameters {
+ public:
+  BadParameters(const Phase& phase, const Reaction& forward, std::span<const ThermoFit> fit, Listing& MSGFIL)
+      : phase_(phase), forward_(forward), fit_(fit), MSGFIL_(MSGFIL) {}
+
+  void report() {
+    write<"('0',5X,'INCORRECT REVERSE REACT. ARRH. PARAM. ','DUE TO BAD THERMODYN. OR INPUT DATA')">(MSGFIL_);
+    if (told_) return;
+    told_ = true;
+    constexpr double most_E = 1.0E+6;  // J/mol; a larger one is told of by itself
+    if (std::abs(forward_.EXA) > most_E) return;
+    if (follows_from_a_fit(phase_, forward_.MAT, fit_, MSGFIL_.findings)) return;
+    MSGFIL_.findings.warning(forward_.line, "no sound rate of the reverse of this reaction can be generated",
+                             "look at its A and E, and at the thermochemistry of its species");
+  }
+
+ private:
+  const Phase& phase_;
+  const Reaction& forward_;
+  std::span<const ThermoFit> fit_;
+  Listing& MSGFIL_;
+  bool told_ = false;
+};
 
 struct FitTemperatures {
   double T1 = 0;       // K
@@ -64,9 +85,9 @@ double equilibrium_constant(const ReactionSums& sums, double T) {
   return Kp / integer_power(gas_constant_cm3_bar * T, sums.dn);
 }
 
-double without_zero(double Kc, const Place& line, Listing& MSGFIL) {
+double without_zero(double Kc, BadParameters& bad) {
   if (Kc != 0) return Kc;
-  report_bad_parameters(line, MSGFIL);
+  bad.report();
   return 1.0E-35F;
 }
 
@@ -88,20 +109,21 @@ Reaction INIMRP(const Phase& phase, const Reaction& forward, std::span<const The
   }
 
   const auto [T1, T2, any_educt] = fit_temperatures(phase, forward.MAT, fit);
+  BadParameters bad(phase, forward, fit, MSGFIL);
   if (!any_educt) {
-    report_bad_parameters(forward.line, MSGFIL);
+    bad.report();
     return reverse;
   }
   const ReactionSums at_T2 = reaction_sums(phase, forward.MAT, T2, fit, MSGFIL);
   const ReactionSums at_T1 = reaction_sums(phase, forward.MAT, T1, fit, MSGFIL);
-  const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), forward.line, MSGFIL);
-  const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), forward.line, MSGFIL);
+  const double Kc2 = without_zero(equilibrium_constant(at_T2, T2), bad);
+  const double Kc1 = without_zero(equilibrium_constant(at_T1, T1), bad);
   const double X2 = forward.AFAC * math::exp(-forward.EXA / (R * T2)) / Kc2;
   const double X1 = forward.AFAC * math::exp(-forward.EXA / (R * T1)) / Kc1;
   reverse.EXA = R * math::log(X1 / X2) / (1 / T2 - 1 / T1);
   reverse.AFAC = X2 * math::exp(reverse.EXA / (R * T2));
   if (!std::isfinite(reverse.EXA) || !std::isfinite(reverse.AFAC)) {
-    report_bad_parameters(forward.line, MSGFIL);
+    bad.report();
     reverse.AFAC = reverse.EXA = 0;
   }
   return reverse;

@@ -8,8 +8,8 @@
 namespace varpre {
 namespace {
 
-// A help for a name that stands beside its columns; empty when no line begins with it.
-std::string misplaced(std::string_view name, const Input& database) {
+// The record that begins with a name which stands beside its columns; 0 when there is none.
+int misplaced(std::string_view name, const Input& database) {
   int found = 0;
   database.for_each_record([&](int record, std::string_view line) {
     if (found > 0) return;
@@ -17,9 +17,34 @@ std::string misplaced(std::string_view name, const Input& database) {
     const std::string_view word = line.substr(0, line.find_first_of(" \t"));
     if (same_word(word, name)) found = record;
   });
-  if (found == 0) return {};
-  return message("line ", database.origin(found).line,
-                 " begins with it; the name stands from column 1 on, and columns 1-8 hold nothing else");
+  return found;
+}
+
+// The species that have no entry, by their place in the list, each once.
+std::vector<std::size_t> absent_species(const DatabaseSearch& search, const SpeciesView& species) {
+  const NameIndex index(species.SYMB);
+  std::vector<std::size_t> absent;
+  for (std::size_t i = 0; i < search.found.size(); ++i) {
+    const bool first = index.find(species.SYMB[i]) == static_cast<int>(i) + 1;  // else it is listed twice
+    if (!search.found[i] && species.listed[i] && first) absent.push_back(i);
+  }
+  return absent;
+}
+
+// The entry that is meant as that of a species, but is misspelt; no unit when there is none.
+Place misspelt_entry(const DatabaseSearch& search, const SpeciesName& name, const Input& database,
+                     IsMisspelt is_misspelt) {
+  Place found;
+  constexpr std::size_t most_compared = 5000;
+  for (const SpeciesName& other : first(search.others, std::min(search.others.size(), most_compared))) {
+    if (Nearest(other.view()).offer(name.view()).help().empty()) continue;
+    database.for_each_record([&](int record, std::string_view line) {
+      if (found.unit != nullptr || SpeciesName(line) != other || !is_misspelt(line, name)) return;
+      found = {&database, record, 1, static_cast<int>(trimmed(other.view()).size())};
+    });
+    if (found.unit != nullptr) break;
+  }
+  return found;
 }
 
 }  // namespace
@@ -46,20 +71,38 @@ void report_unreadable_entry(const DatabaseSearch& search, const Input& database
 }
 
 void report_absent_entries(const DatabaseSearch& search, const SpeciesView& species, const Input& database,
-                           Findings& findings) {
+                           IsMisspelt is_misspelt, Findings& findings) {
   if (!search.read_all) return;
-  const NameIndex index(species.SYMB);
-  for (std::size_t i = 0; i < search.found.size(); ++i) {
-    if (search.found[i] || !species.listed[i]) continue;
+  const std::vector<std::size_t> absent = absent_species(search, species);
+  if (absent.empty() || findings.report_fault_of(database)) return;
+  const std::string_view file = database.origin(0).file;
+  constexpr std::size_t least_to_sum_up = 3;
+  if (absent.size() == species.SYMB.size() && absent.size() >= least_to_sum_up) {
+    findings.error(whole(database),
+                   message("none of the ", static_cast<int>(absent.size()), " species has an entry in ", file,
+                           " (", search.entries, " entries read)"),
+                   "the name of an entry stands from column 1 on, and columns 1-8 hold nothing else");
+    return;
+  }
+  constexpr std::size_t most_compared = 10;
+  for (std::size_t k = 0; k < absent.size(); ++k) {
+    const std::size_t i = absent[k];
     const SpeciesName& name = species.SYMB[i];
-    if (index.find(name) != static_cast<int>(i) + 1) continue;  // it is listed twice, which was reported
-    findings.error(locate(species.listed[i], name.view()),
-                   message("species '", name, "' has no entry in ", database.origin(0).file, " (",
-                           search.entries, " entries read)"),
-                   [&] {
-                     const std::string help = misplaced(name.view(), database);
-                     return help.empty() ? Nearest(name.view()).offer_all(search.others).help() : help;
-                   });
+    const int beside = k < most_compared ? misplaced(name.view(), database) : 0;
+    if (beside > 0) {
+      findings.error(
+          {&database, beside, 1, static_cast<int>(name.chars.size())},
+          message("species '", name, "' has no entry in ", file, " (", search.entries, " entries read)"),
+          "this line begins with it: the name stands from column 1 on, and columns 1-8 hold nothing else");
+      continue;
+    }
+    const Place misspelt = k < most_compared ? misspelt_entry(search, name, database, is_misspelt) : Place{};
+    findings.error(
+        misspelt.unit != nullptr ? misspelt : locate(species.listed[i], name.view()),
+        message("species '", name, "' has no entry in ", file, " (", search.entries, " entries read)"), [&] {
+          if (misspelt.unit != nullptr) return message("is this one meant? then write ", name);
+          return Nearest(name.view()).offer_all(search.others).help();
+        });
   }
 }
 

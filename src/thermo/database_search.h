@@ -71,9 +71,13 @@ DatabaseSearch search_database(std::span<const SpeciesName> wanted, Input& datab
 void report_unreadable_entry(const DatabaseSearch& search, const Input& database,
                              const DatabaseLayout& layout, bool lacking, Findings& findings);
 
-// Reports each species that has no entry, with the one that was probably meant. Nothing when an entry that
-// could not be read is the cause.
+// Whether an entry that nobody wanted, by its first line, is that of a species of the list whose name is
+// misspelt there, and not in the list.
+using IsMisspelt = bool (*)(std::string_view line, const SpeciesName& listed);
+
+// Reports each species that has no entry, with the one that was probably meant, where the wrong name stands;
+// or the fault of the database as a whole. Nothing when an entry that could not be read is the cause.
 void report_absent_entries(const DatabaseSearch& search, const SpeciesView& species, const Input& database,
-                           Findings& findings);
+                           IsMisspelt is_misspelt, Findings& findings);
 
 }  // namespace varpre

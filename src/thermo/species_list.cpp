@@ -68,6 +68,17 @@ void report_equal_names(const Section& section, std::string_view written, int nu
 
 }  // namespace
 
+void warn_of_species_in_both(const SpeciesView& gas, const SpeciesView& surface, Findings& findings) {
+  const NameIndex index(gas.SYMB);
+  for (int i = 1; i <= surface.size(); ++i) {
+    const SpeciesName& name = at(surface.SYMB, i);
+    if (index.find(name) == 0) continue;
+    findings.warning(locate(at(surface.listed, i), name.view()),
+                     message("species '", name, "' is listed in the gas phase as well"),
+                     "reactions and mixtures mean the gas species by this name");
+  }
+}
+
 SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesPlaces& species) {
   if (!find_section(section, NFICON)) {
     warn_absent(MSGFIL);
@@ -92,7 +103,8 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
     GETNAM(line.chars, limits, flag_characters, names, MSGFIL, &record);
     if (names.NSYM() == 0) {
       write_free(MSGFIL, std::string_view(" Warning: blank line encountered"));
-      if (!not_closed) MSGFIL.findings.warning(record, "blank line inside a species list");
+      const bool comment = NFICON.origin(NFICON.record_number()).text.find('!') != std::string_view::npos;
+      if (!not_closed && !comment) MSGFIL.findings.warning(record, "blank line inside a species list");
       continue;
     }
     const int NSMAX_left = species.size();

@@ -26,4 +26,7 @@ struct SpeciesList {
 // delimiter characters in a row, or a line that begins with a flag character.
 SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const SpeciesPlaces& species);
 
+// Warns of surface species that have the name of a gas species.
+void warn_of_species_in_both(const SpeciesView& gas, const SpeciesView& surface, Findings& findings);
+
 }  // namespace varpre

@@ -1,13 +1,18 @@
 #include "thermo/thermo_database.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <string>
 #include <vector>
 
 #include "files/store_records.h"
 #include "textio/channel/statement.h"
+#include "textio/findings/record_findings.h"
+#include "textio/record/number_format.h"
 #include "textio/record/numbered.h"
 #include "thermo/database_search.h"
+#include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
 
 namespace varpre {
@@ -64,16 +69,66 @@ void print_fit(const SpeciesName& name, const ThermoFit& fit, Listing& MSGFIL) {
       "'  K   FOR T>1000 K')">(MSGFIL, name, zip(low_signs, low), zip(high_signs, high));
 }
 
-void warn_of_unusual_enthalpy(const SpeciesName& name, const ThermoFit& fit, Findings& findings) {
+// Gases whose enthalpy of formation is 0 by convention.
+constexpr auto reference_gases =
+    std::to_array<std::string_view>({"H2", "O2", "N2", "F2", "CL2", "HE", "NE", "AR", "KR", "XE"});
+
+// Salts and oxides of many atoms have much, a molecule of a few has not.
+void warn_of_unusual_enthalpy(const SpeciesName& name, const ThermoFit& fit, const ElementFields& elements,
+                              Findings& findings) {
   constexpr double usual = 2000.0;  // kJ/mol
-  // At 298.15 K it is the enthalpy of formation, in the convention of the databases.
+  constexpr double usual_of_atom = 700.0;
+  constexpr double tolerated = 5.0;
   const double h = enthalpy(fit.HCPL, 298.15) / 1000;
-  if (std::abs(h) <= usual) return;
-  findings.warning(
-      fit.entry,
-      message("the enthalpy of formation of ", name, " comes out as ", h,
-              " kJ/mol, which can hardly be meant"),
-      "-2000 to 2000 kJ/mol is usual; look at a6 of the lower range, columns 31-45 of the fourth line");
+  const int atoms = std::accumulate(elements.ELCNT.begin(), elements.ELCNT.end(), 0);
+  const bool reference = std::any_of(reference_gases.begin(), reference_gases.end(),
+                                     [&](std::string_view gas) { return EQUSYM(8, name.view(), gas); });
+  constexpr std::string_view help = "look at a6 of the lower range, columns 31-45 of the fourth line";
+  if (std::abs(h) > std::max(usual, usual_of_atom * atoms)) {
+    findings.warning(fit.entry,
+                     message("the enthalpy of formation of ", name, " comes out as ", about(h),
+                             " kJ/mol, which can hardly be meant"),
+                     help);
+  } else if (reference && std::abs(h) > tolerated) {
+    findings.warning(
+        fit.entry,
+        message("the enthalpy of formation of ", name, " comes out as ", about(h), " kJ/mol, where 0 is due"),
+        help);
+  }
+}
+
+// The atoms that a text of symbols and counts spells, as sorted symbols: "H2O" is "HHO". Empty when it is
+// none.
+std::string atoms_spelt_by(std::string_view text) {
+  constexpr std::size_t most = 200;
+  std::string atoms;
+  while (!text.empty() && atoms.size() < most) {
+    const bool two =
+        text.size() > 1 && element_mass(text.substr(0, 2)) > 0 && text[1] >= 'a' && text[1] <= 'z';
+    if (!two && element_mass(text.substr(0, 1)) == 0) return {};
+    const std::string_view symbol = text.substr(0, two ? 2 : 1);
+    text.remove_prefix(symbol.size());
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    const std::size_t count =
+        digits == 0 ? 1 : static_cast<std::size_t>(read_integer(text.substr(0, digits)).value_or(0));
+    for (std::size_t k = 0; k < std::min(count, most); ++k) atoms += symbol;
+    text.remove_prefix(digits);
+  }
+  std::sort(atoms.begin(), atoms.end());
+  return atoms;
+}
+
+// Whether the elements of an entry are those that the listed name spells, and not those of its own name.
+bool is_misspelt(std::string_view line, const SpeciesName& listed) {
+  std::string formula;
+  for (int column = 25; column < 45; column += 5) {
+    const std::string_view symbol = trimmed(columns(line, column, 2));
+    const int count = read_integer(columns(line, column + 2, 3)).value_or(0);
+    if (!symbol.empty() && count > 0) formula += message(symbol, count);
+  }
+  const std::string atoms = atoms_spelt_by(formula);
+  const std::string_view name = trimmed(SpeciesName(line).view());
+  return !atoms.empty() && atoms == atoms_spelt_by(trimmed(listed.view())) && atoms != atoms_spelt_by(name);
 }
 
 // Whether the limits of a fit are in order; warns when they are not.
@@ -99,7 +154,8 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   const double s = entropy(d, T) / R;
   std::string jumps;
   const auto add = [&](bool jump, std::string_view quantity, double size, std::string_view of) {
-    if (jump) jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", percent(size), " %", of);
+    if (jump)
+      jumps += message(jumps.empty() ? "" : ", ", quantity, " by ", about(100 * std::abs(size)), " %", of);
   };
   add(std::abs(cp) > 0.01, "the heat capacity", cp, "");
   add(std::abs(h) > 0.005, "the enthalpy", h, " of RT");
@@ -132,7 +188,7 @@ double ups_and_downs(const ThermoCoefficients& below, const ThermoCoefficients& 
 bool is_smoother_exchanged(const ThermoFit& fit, double upper_T) {
   const double T = fit.TLIM[1];
   const double as_given = ups_and_downs(fit.HCPL, fit.HCPH, T, upper_T);
-  return as_given > 1.25 * ups_and_downs(fit.HCPH, fit.HCPL, T, upper_T) + gas_constant;
+  return as_given > 2 * ups_and_downs(fit.HCPH, fit.HCPL, T, upper_T) + 2 * gas_constant;
 }
 
 // Warns when that is so for a fit without jump, up to its limit and beyond it: a polynomial that leaves the
@@ -179,8 +235,9 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool p
     const SpeciesName name(entry.name.view());
     if (!limits_in_order(name, species.fit[i], MSGFIL.findings)) return;
     const bool jumps = warn_of_jump(name, species.fit[i], MSGFIL.findings);
-    if (!jumps) warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
-    warn_of_unusual_enthalpy(name, species.fit[i], MSGFIL.findings);
+    if (jumps) return;  // which explains the rest
+    warn_of_exchanged_ranges(name, species.fit[i], MSGFIL.findings);
+    warn_of_unusual_enthalpy(name, species.fit[i], species.elements[i], MSGFIL.findings);
   };
   const DatabaseSearch search =
       search_database(species.SYMB, NFITHE, thermo_layout, MSGFIL.findings, read_next, take);
@@ -198,7 +255,7 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool p
   if (!report_foreign_heading(search, NFITHE, !LOK, MSGFIL.findings)) {
     report_unreadable_entry(search, NFITHE, thermo_layout, !LOK, MSGFIL.findings);
   }
-  report_absent_entries(search, species, NFITHE, MSGFIL.findings);
+  report_absent_entries(search, species, NFITHE, is_misspelt, MSGFIL.findings);
   if (print) {
     for (std::size_t i = 0; i < species.SYMB.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);
   }

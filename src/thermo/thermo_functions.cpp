@@ -1,5 +1,6 @@
 #include "thermo/thermo_functions.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "math/elementary.h"
@@ -37,10 +38,18 @@ const ThermoCoefficients& range_at(int I, double T, std::span<const ThermoFit> f
   return fit.HCPH;
 }
 
+// Whether the limits of a fit, or those of another one which decide how far all are evaluated, have been told
+// of.
+bool limits_are_told(const ThermoFit& fit, std::span<const ThermoFit> fits, const Findings& findings) {
+  return findings.is_told(fit.entry) || std::any_of(fits.begin(), fits.end(), [&](const ThermoFit& other) {
+           return other.TLIM[0] >= other.TLIM[2] && findings.is_told(other.entry);
+         });
+}
+
 // The same, with a finding.
 const ThermoCoefficients& range_for(int I, double T, std::span<const ThermoFit> fits, Listing& MSGFIL) {
   const ThermoFit& fit = at(fits, I);
-  if (T >= fit.TLIM[1] && T > fit.TLIM[2]) {
+  if (T >= fit.TLIM[1] && T > fit.TLIM[2] && !limits_are_told(fit, fits, MSGFIL.findings)) {
     MSGFIL.findings.warning(
         fit.entry, message("this fit is evaluated above its upper limit of ", fit.TLIM[2], " K"),
         "the transport fits need values up to 2600 K; reverse rates are fitted up to 1500 K above "

@@ -27,8 +27,8 @@ bool collision_integrals(CollisionIntegral IOM, std::span<const double> TSTAR, d
 
 // What MXIOME needs, for findings about molecules that it cannot serve.
 inline constexpr std::string_view collision_domain =
-    "temperature over well depth must lie in 0.1 to 500 (to 100 with a dipole moment), the reduced dipole moment in 0 "
-    "to 2.5";
+    "the well depth lies between 5.2 and 2000 K (from 26 K with a dipole moment), the diameter is some 2 to 10 "
+    "angstrom, the dipole moment at most some 10 debye";
 
 // Three-point interpolation of Y at X, XT increasing: the line through the near two points dominates, the
 // other one enters with a weight that grows to a third at the middle point.

@@ -49,6 +49,11 @@ MoleculeField cause_of_undefined(const Molecule& molecule, double TSTAR) {
   return molecule.SIGMA < 1 ? MoleculeField::diameter : MoleculeField::dipole_moment;
 }
 
+double value_of(const Molecule& molecule, MoleculeField cause) {
+  if (cause == MoleculeField::well_depth) return molecule.EPS;
+  return cause == MoleculeField::diameter ? molecule.SIGMA : molecule.DI1;
+}
+
 // Heat conductivity by Mason and Monchick, from the heat capacities in J/(mol K), the ratio A of density
 // times self-diffusion coefficient to viscosity, and viscosity over molar mass.
 struct HeatConductivity {
@@ -84,11 +89,11 @@ bool compute(const Subject& species, double M, const FitGrid& grid, Properties& 
     bool LOK = true;
     const double omega22 = MXIOME(CollisionIntegral::viscosity, TSTAR, DSTAR, MSGFIL, LOK);
     if (!LOK) {
-      MSGFIL.findings.error(
-          place_of(molecule, cause_of_undefined(molecule, TSTAR)),
-          message("the collision integrals of species '", species.name, "' are undefined at ", T,
-                  " K: reduced temperature ", TSTAR, ", reduced dipole moment ", DSTAR),
-          collision_domain);
+      const MoleculeField cause = cause_of_undefined(molecule, TSTAR);
+      MSGFIL.findings.error(place_of(molecule, cause),
+                            message("species '", species.name, "' has no collision integrals at ", T,
+                                    " K with ", molecule_field(cause), " of ", value_of(molecule, cause)),
+                            collision_domain);
       return false;
     }
     const double eta = 2.669E-5 * std::sqrt(M * T) / (sigma2 * omega22);
@@ -142,9 +147,10 @@ bool fit_property(std::string_view property, std::span<const double> V, const Su
   }
   COEF = fit.COEF;
   if (print) write<Coefficients>(MSGFIL, COEF);
+  const Place& entry = species.fit().entry;
   warn_of_poor_fit<Warning>(
-      fit, grid, species.molecule.record, Findings::Site::current(), MSGFIL,
-      [&] { return message(property, " of species '", species.name, "'"); }, species.name);
+      fit, grid, MSGFIL.findings.is_told(entry) ? entry : species.molecule.record, Findings::Site::current(),
+      MSGFIL, [&] { return message(property, " of species '", species.name, "'"); }, species.name);
   return true;
 }
 

@@ -100,6 +100,12 @@ class Coefficients {
   std::vector<double> D_;
 };
 
+// Whether one of the two records has been told of, which explains the failure.
+bool follows_from_a_record(const Molecule& a, const Molecule& b, Findings& findings) {
+  constexpr auto error = Findings::Severity::error;
+  return findings.follows(a.record, "failed fit", error) || findings.follows(b.record, "failed fit", error);
+}
+
 }  // namespace
 
 bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
@@ -119,15 +125,16 @@ bool GENDIF(std::span<const SpeciesName> SYMB, std::span<const double> XMOL,
       const Pair pair = combine(molecules[i], molecules[j]);
       const std::size_t points = coefficients.compute(pair, XMOL[i], XMOL[j], MSGFIL);
       if (points < grid.points()) {
+        if (follows_from_a_record(molecules[i], molecules[j], MSGFIL.findings)) return false;
         MSGFIL.findings.error(record,
-                              message("the collision integral of ", the_pair(), " is undefined at ",
-                                      grid.T[points], " K: reduced temperature ", grid.T[points] / pair.EPS,
-                                      ", reduced dipole moment ", pair.DSTAR),
+                              message(the_pair(), " has no collision integral at ", grid.T[points],
+                                      " K with a mean well depth of ", about(pair.EPS), " K"),
                               collision_domain);
         return false;
       }
       const FitResult fit = LOGFIT(grid, coefficients.D(), print, MSGFIL, worst_fit);
       if (!fit.LOK) {
+        if (follows_from_a_record(molecules[i], molecules[j], MSGFIL.findings)) return false;
         MSGFIL.findings.error(record,
                               message("the diffusion coefficient of ", the_pair(), " is not positive"));
         return false;

@@ -47,6 +47,9 @@ FitResult LOGFIT(const FitGrid& grid, std::span<const double> V, bool print, Lis
 // A fit that is off by more than this gets a warning.
 inline constexpr double worst_fit = 0.02F;
 
+// Of one that is off by more than this, a finding tells: what lies between is usual, and nobody can cure it.
+inline constexpr double worst_usual_fit = 0.1;
+
 // That warning. `Warning` is its text in the listing, of the deviation, the names and the temperature;
 // subject() tells what was fitted, for the finding, of which the caller says the kind.
 template <FormatText Warning, class Subject, class... Names>
@@ -55,9 +58,10 @@ void warn_of_poor_fit(const FitResult& fit, const FitGrid& grid, const Place& re
   if (fit.ERRMAX <= worst_fit) return;
   const double T = at(grid.T, fit.IMAX);
   write<Warning>(MSGFIL, fit.ERRMAX, names..., T);
+  if (fit.ERRMAX <= worst_usual_fit || MSGFIL.findings.follows(record, "poor fit")) return;
   MSGFIL.findings.warning(
       record, message("the fit of the ", subject(), " is off by ", percent(fit.ERRMAX), " % at ", T, " K"),
-      {}, kind);
+      "one of its molecular data, or the heat capacity of its entry in THERMO, may be wrong", kind);
 }
 
 // Solves the normal equations of min |A X - Y|^2 with the factor that the grid holds. False, with its

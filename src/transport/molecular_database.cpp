@@ -1,5 +1,6 @@
 #include "transport/molecular_database.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -24,6 +25,21 @@ void print_properties(const SpeciesName& name, const Molecule& molecule, Listing
       MSGFIL, name, molecule.XMDB, molecule.SIGMA, molecule.EPS);
   write<"(1H ,7X,'DI1=',1PE9.2,6X,',  ','DI2=',1PE9.2,5X,',  ', 'DI3=',1PE9.2,2X,',  ',A8)">(
       MSGFIL, molecule.DI1, molecule.DI2, molecule.DI3, geometry_word(molecule.IGEOM));
+}
+
+// The name of a species that has its thermochemical entry is right: an entry with a name like it is meant
+// here.
+bool is_misspelt(std::string_view, const SpeciesName&) {
+  return true;
+}
+
+// A species that lacks its thermochemical entry as well has been told of: its name is wrong.
+void pass_over_unknown(const SpeciesView& gas, DatabaseSearch& search) {
+  const auto has_entry = [](const ThermoFit& fit) { return fit.entry.unit != nullptr; };
+  if (std::none_of(gas.fit.begin(), gas.fit.end(), has_entry)) return;
+  for (std::size_t i = 0; i < search.found.size(); ++i) {
+    if (!has_entry(gas.fit[i])) search.found[i] = gas.listed[i];
+  }
 }
 
 // A record that is laid out for another program is told as a whole, any other by its field.
@@ -64,7 +80,7 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
       warn_of_layout(MSGFIL.findings, record, line, fault);
     }
   };
-  const DatabaseSearch search =
+  DatabaseSearch search =
       search_database(gas.SYMB, NFIMOL, molecule_layout, MSGFIL.findings, read_next, take);
   bool LOK = search.read_all;
   if (!LOK) report_unreadable_record(search, line, NFIMOL, MSGFIL);
@@ -73,7 +89,8 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
     write<"(1H1,5X,'ERROR - Species ',A,' not found in ', 'species database')">(MSGFIL, gas.SYMB[i]);
     LOK = false;
   }
-  report_absent_entries(search, gas, NFIMOL, MSGFIL.findings);
+  pass_over_unknown(gas, search);
+  report_absent_entries(search, gas, NFIMOL, is_misspelt, MSGFIL.findings);
   if (print) {
     write<"(1H ,7X,'SPECIES PROPERTIES FROM DATA BASE')">(MSGFIL);
     for (std::size_t i = 0; i < molecules.size(); ++i) print_properties(gas.SYMB[i], molecules[i], MSGFIL);

@@ -57,6 +57,8 @@ class Input {
 
   // Number of the record last read or passed, from 1; 0 before the first.
   int record_number() const { return cursor_.record_number; }
+  // The file whose lines these are: of a copy the one it was made of.
+  const Input& file() const { return source_ == nullptr ? *this : *source_; }
   // Of a copy: whether somebody read a record (its number, from 1).
   bool is_read(int record) const;
 

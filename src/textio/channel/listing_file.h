@@ -16,11 +16,16 @@ class ListingFile {
 
   explicit ListingFile(int descriptor = no_file) : descriptor_(descriptor) {}
 
-  std::string text;  // the records not passed on yet, each with its line feed
+  std::string text;       // the records not passed on yet, each with its line feed
+  bool dropping = false;  // what is written now goes nowhere (Dropped)
 
   // Passes on what has collected once it exceeds a piece.
   void pass_on() {
-    if (text.size() >= file_piece) flush();
+    if (dropping) {
+      text.clear();
+    } else if (text.size() >= file_piece) {
+      flush();
+    }
   }
   void flush();
   // Passes on all records and closes the file. Throws std::system_error when one of them found no room.

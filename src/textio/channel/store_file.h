@@ -16,6 +16,7 @@ class StoreFile {
   StoreFile(std::string file_name, Storage where);
 
   std::string text;            // the records that were not passed on, each with its line feed
+  bool dropping = false;       // what is written now goes nowhere (Dropped)
   bool has_asterisks = false;  // a value did not fit its field
 
   // Begins a fresh file, which leaves an earlier one as it is until `take_place`. Throws (file.h).
@@ -24,7 +25,11 @@ class StoreFile {
   void begin_to_pass_on();
   // Passes on what has collected once it exceeds a piece. Throws.
   void pass_on() {
-    if (text.size() >= longest_text_) flush();
+    if (dropping) {
+      text.clear();
+    } else if (text.size() >= longest_text_) {
+      flush();
+    }
   }
   // Passes on all that is left; then the file takes the place of an earlier one. Nothing in memory. Throws.
   void flush();

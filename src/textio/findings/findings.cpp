@@ -58,9 +58,16 @@ Origin origin_of(const Place& place) {
   return place ? place.unit->origin(place.record) : Origin{};
 }
 
+// Columns count characters there, as they are shown.
 std::string header(const Origin& origin, int column) {
   if (origin.file.empty()) return "varpre: ";
-  return message(for_terminal(origin.file), ":", origin.line, ":", column, ": ");
+  return message(for_terminal(origin.file), ":", origin.line, ":", character_column(origin.text, column),
+                 ": ");
+}
+
+std::size_t hash_of_record(const Place& place) {
+  constexpr std::size_t odd = 0x9E3779B97F4A7C15;
+  return (reinterpret_cast<std::uintptr_t>(place.unit) ^ static_cast<std::size_t>(place.record) * odd) * odd;
 }
 
 // Of what makes a finding the same as another of its kind.
@@ -150,27 +157,131 @@ std::size_t Findings::kind_of(const Site& site) {
 
 Findings::Entry* Findings::add(Severity severity, const Place& place, std::string_view what,
                                const Site& site) {
+  if (place.unit == nullptr) return add_entry(severity, place, what, site);
+  const Input& file = place.unit->file();
+  if (severity == Severity::error && fault_of(file)) {
+    tell_fault(file, *fault_of(file));
+    return nullptr;
+  }
+  const auto judged = faults_.find(&file);
+  if (judged != faults_.end() && judged->second) return nullptr;
+  return add_entry(severity, place, what, site);
+}
+
+Findings::Entry* Findings::add_entry(Severity severity, const Place& place, std::string_view what,
+                                     const Site& site) {
   const std::size_t number = kind_of(site);
   auto& taken = kinds_[number].taken;
   if (!taken.insert(hash_of(place, what)).second) return nullptr;
   ++(severity == Severity::error ? errors_ : warnings_);
   const bool shown = taken.size() <= most_shown;
   if (!shown && !keep_all) return nullptr;
-  return &entries_.emplace_back(Entry{severity, shown, number, place, std::string(what), {}});
+  records_[hash_of_record(place)].entry = entries_.size();
+  return &entries_.emplace_back(Entry{severity, shown, false, number, place, std::string(what), {}});
+}
+
+void Findings::raise(Entry& entry, Severity severity) {
+  if (severity != Severity::error || entry.severity == Severity::error) return;
+  entry.severity = Severity::error;
+  --warnings_;
+  ++errors_;
+}
+
+const std::optional<FileFault>& Findings::fault_of(const Input& file) {
+  static const std::optional<FileFault> none;
+  if (!judge_file) return none;
+  const auto [judged, is_new] = faults_.try_emplace(&file);
+  if (is_new) judged->second = judge_file(file);
+  return judged->second;
+}
+
+// What was told of the file before goes: it follows from the fault as well.
+void Findings::tell_fault(const Input& file, const FileFault& fault) {
+  const Site site = Site::current();
+  const auto follows_from_it = [&](const Entry& entry) {
+    return !entry.folded && entry.severity == Severity::warning && &entry.place.unit->file() == &file;
+  };
+  for (Entry& entry : entries_) {
+    if (!follows_from_it(entry)) continue;
+    entry.folded = true;
+    --warnings_;
+  }
+  const Place place{&file, fault.record};
+  if (Entry* const entry = add_entry(Severity::error, place, fault.what, site)) entry->help = fault.help;
+}
+
+bool Findings::report_fault_of(const Input& file) {
+  const std::optional<FileFault>& fault = fault_of(file.file());
+  if (fault) tell_fault(file.file(), *fault);
+  return fault.has_value();
+}
+
+bool Findings::follows(const Place& cause, std::string_view noun, Severity severity) {
+  const auto found = cause.unit == nullptr ? records_.end() : records_.find(hash_of_record(cause));
+  if (found == records_.end()) return false;
+  auto& counts = found->second.counts;
+  const auto count =
+      std::find_if(counts.begin(), counts.end(), [&](const auto& c) { return c.first == noun; });
+  if (count == counts.end()) {
+    counts.emplace_back(noun, 1);
+  } else {
+    ++count->second;
+  }
+  raise(entries_[found->second.entry], severity);
+  return true;
+}
+
+bool Findings::is_told(const Place& place) const {
+  return records_.count(hash_of_record(place)) > 0;
+}
+
+Place Findings::place_of(std::string_view what) const {
+  const auto found =
+      std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return entry.what == what; });
+  return found == entries_.end() ? Place{} : found->place;
+}
+
+// "<what>; 24 reactions, 1 fit follow from it"
+std::string Findings::text_of(std::size_t entry) const {
+  std::string text = entries_[entry].what;
+  const auto found = records_.find(hash_of_record(entries_[entry].place));
+  if (found == records_.end() || found->second.entry != entry || found->second.counts.empty()) return text;
+  std::string list;
+  int total = 0;
+  for (const auto& [noun, count] : found->second.counts) {
+    list += message(list.empty() ? "; " : ", ", counted(count, noun));
+    total += count;
+  }
+  return message(text, list, total == 1 ? " follows" : " follow", " from it");
+}
+
+// A character before the end of the place that cannot be seen, or is not what it looks like, explains more
+// than anything else.
+std::string Findings::help_of(const Entry& entry) const {
+  const Place& place = entry.place;
+  if (place.record == 0) return entry.help;
+  std::string_view line = place.unit->origin(place.record).text;
+  const auto end = static_cast<std::size_t>(std::max({place.column + place.width - 1, place.caret, 0}));
+  line = line.substr(0, std::min(end, line.find('!')));
+  const std::string help = deceptive_character_help(line);
+  return help.empty() ? entry.help : help;
 }
 
 std::string Findings::render() const {
   std::vector<std::size_t> shown(kinds_.size());
   std::string all;
-  for (const Entry& entry : entries_) {
-    if (!entry.shown) continue;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const Entry& entry = entries_[i];
+    if (!entry.shown || entry.folded) continue;
     const Place& place = entry.place;
     const Origin origin = origin_of(place);
     all += header(origin, place.column_to_show());
     all +=
-        message(entry.severity == Severity::error ? "error: " : "warning: ", for_terminal(entry.what), "\n");
+        message(entry.severity == Severity::error ? "error: " : "warning: ", for_terminal(text_of(i)), "\n");
     if (place.record > 0) all += marked_line(origin.text, place);
-    if (!entry.help.empty()) all += message(margin, "help: ", for_terminal(entry.help), "\n");
+    if (const std::string help = help_of(entry); !help.empty()) {
+      all += message(margin, "help: ", for_terminal(help), "\n");
+    }
     const std::size_t more = kinds_[entry.kind].taken.size() - most_shown;
     if (++shown[entry.kind] == most_shown && more > 0) {
       all += message(margin, "(", static_cast<int>(more), " more of this kind)\n");
@@ -186,7 +297,9 @@ std::string Findings::render(std::string_view state) const {
 
 std::vector<FindingReport> Findings::reports() const {
   std::vector<FindingReport> reports;
-  for (const Entry& entry : entries_) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const Entry& entry = entries_[i];
+    if (entry.folded) continue;
     const Place& place = entry.place;
     const Origin origin = origin_of(place);
     reports.push_back({.severity = entry.severity,
@@ -195,8 +308,8 @@ std::vector<FindingReport> Findings::reports() const {
                        .column = place.column,
                        .width = place.record > 0 ? place.width : 0,
                        .caret = place.column_to_show(),
-                       .text = entry.what,
-                       .help = entry.help});
+                       .text = text_of(i),
+                       .help = help_of(entry)});
   }
   return reports;
 }
@@ -213,9 +326,10 @@ std::string part_of_message(int value) {
   return std::to_string(value);
 }
 
-std::string part_of_message(double value) {
+namespace {
+
+std::string in_digits(double value, int most_digits) {
   if (std::isnan(value)) return "undefined";
-  constexpr int most_digits = 6;
   std::array<char, 32> text;
   const auto end =
       std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, most_digits)
@@ -223,11 +337,24 @@ std::string part_of_message(double value) {
   return {text.data(), end};
 }
 
+}  // namespace
+
+std::string part_of_message(double value) {
+  return in_digits(value, 6);
+}
+
+std::string about(double value) {
+  if (value == 0 || !std::isfinite(value)) return in_digits(value, 6);
+  const double unit = std::pow(10.0, std::floor(std::log10(std::abs(value))) - 2);
+  return in_digits(std::round(value / unit) * unit, 6);
+}
+
 double percent(double fraction) {
   return std::round(1000 * fraction) / 10;
 }
 
 std::string counted(int count, std::string_view noun) {
+  if (count != 1 && noun.ends_with('y')) return message(count, " ", noun.substr(0, noun.size() - 1), "ies");
   return message(count, " ", noun, count == 1 ? "" : "s");
 }
 

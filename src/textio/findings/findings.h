@@ -2,8 +2,11 @@
 
 #include <concepts>
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -55,6 +58,13 @@ struct FindingReport {
   std::string help;  // may be empty
 };
 
+// What is wrong with a file as a whole, so that every line of it is misread.
+struct FileFault {
+  int record = 0;  // of the file, where it shows; 0: everywhere
+  std::string what;
+  std::string help;
+};
+
 // Collects the findings of a run and renders them, a handful of each kind. Findings are of one kind when the
 // same line of the program reports them; the same one is not taken twice. What a finding costs does not grow
 // with their number: those that will not be shown are only counted, unless all are to be kept.
@@ -77,6 +87,9 @@ class Findings {
 
   // To be set before the run: `reports` tells all findings, not only those that are shown.
   bool keep_all = false;
+  // Judges a file as a whole when the first error in it comes, if there is somebody to ask. Where it knows a
+  // fault, that one is told, and nothing else of this file.
+  std::function<std::optional<FileFault>(const Input& file)> judge_file;
   // Of one kind, so many are shown.
   std::size_t most_shown = 5;
 
@@ -109,6 +122,17 @@ class Findings {
     if (Entry* const entry = add(severity, place, what, kind)) entry->help = help();
   }
 
+  // Reports the fault of a file as a whole as an error; false when it has none.
+  bool report_fault_of(const Input& file);
+  // Counts something that follows from what has been told of in the record of `cause`, whose finding says
+  // how many of it there are; false, and nothing is counted, when nothing has been told there.
+  bool follows(const Place& cause, std::string_view noun, Severity severity = Severity::warning);
+
+  // Whether something was told of the record of a place.
+  bool is_told(const Place& place) const;
+  // Where a finding of this text stands, the first of several; no unit when there is none.
+  Place place_of(std::string_view what) const;
+
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
 
@@ -129,20 +153,35 @@ class Findings {
   struct Entry {
     Severity severity;
     bool shown;
+    bool folded;       // into the fault of its file
     std::size_t kind;  // in kinds_
     Place place;
     std::string what;
     std::string help;
   };
+  // What follows from the findings in a record: how many of what.
+  struct Consequences {
+    std::size_t entry;  // the last of these findings, in entries_
+    std::vector<std::pair<std::string, int>> counts;
+  };
 
-  // Where to put the help of a finding; none for one that was taken already, or is only counted.
+  // Where to put the help of a finding; none for one that was taken already, is only counted, or follows from
+  // the fault of a file.
   Entry* add(Severity severity, const Place& place, std::string_view what, const Site& site);
+  Entry* add_entry(Severity severity, const Place& place, std::string_view what, const Site& site);
   std::size_t kind_of(const Site& site);
+  void raise(Entry& entry, Severity severity);
+  const std::optional<FileFault>& fault_of(const Input& file);
+  void tell_fault(const Input& file, const FileFault& fault);
+  std::string text_of(std::size_t entry) const;
+  std::string help_of(const Entry& entry) const;
 
   int errors_ = 0;
   int warnings_ = 0;
   std::vector<Kind> kinds_;
   std::vector<Entry> entries_;
+  std::unordered_map<std::size_t, Consequences> records_;              // with findings, by hash of the place
+  std::unordered_map<const Input*, std::optional<FileFault>> faults_;  // of the files that were judged
 };
 
 // Joins the parts of a message: texts (a Text<N> without its padding), integers, reals in their shortest
@@ -158,6 +197,8 @@ template <class... Parts>
 std::string message(const Parts&... parts) {
   return (part_of_message(parts) + ...);
 }
+// A number in three significant digits, for values of which only the size matters.
+std::string about(double value);
 // A fraction as a percentage, to a tenth.
 double percent(double fraction);
 // "1 record", "3 records".

@@ -72,7 +72,29 @@ Character first_character(std::string_view text) {
 struct OddCharacter {
   std::string_view name;
   std::string plain;
+  bool deceptive = true;
 };
+
+std::string hexadecimal(CodePoint code) {
+  std::array<char, 8> text;
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), code, 16).ptr;
+  std::string digits(text.data(), end);
+  std::transform(digits.begin(), digits.end(), digits.begin(), upper);
+  return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
+}
+
+// Letters of other alphabets that look like those of the species names.
+struct Homoglyphs {
+  std::string_view name;
+  std::u32string_view letters;
+  std::string_view plain;
+};
+constexpr std::array<Homoglyphs, 5> homoglyphs{
+    {{"a Cyrillic letter", U"\u0410\u0412\u0415\u041A\u041C\u041D", "ABEKMH"},
+     {"a Cyrillic letter", U"\u041E\u0420\u0421\u0422\u0425\u0406", "OPCTXI"},
+     {"a Cyrillic letter", U"\u0430\u0435\u043E\u0440\u0441\u0445\u0456", "aeopcxi"},
+     {"a Greek letter", U"\u0391\u0392\u0395\u0396\u0397\u0399\u039A\u039C", "ABEZHIKM"},
+     {"a Greek letter", U"\u039D\u039F\u03A1\u03A4\u03A7\u03BF", "NOPTXo"}}};
 
 // What is odd about a character; no name when nothing is.
 OddCharacter oddity(CodePoint code) {
@@ -83,17 +105,30 @@ OddCharacter oddity(CodePoint code) {
   }
   if (code >= 0xFF01 && code <= 0xFF5E) return {"a wide character", {static_cast<char>(code - 0xFEE0)}};
   if (code >= 0x2080 && code <= 0x2089) return {"a lowered digit", {digits[code - 0x2080]}};
-  if (code >= 0x2074 && code <= 0x2079) return {"a raised digit", {digits[code - 0x2070]}};
-  if (code == 0xB2 || code == 0xB3) return {"a raised digit", {digits[code - 0xB0]}};
-  return {"a character that is not ASCII", {}};
+  if (code >= 0x2074 && code <= 0x2079) return {"a raised digit", {digits[code - 0x2070]}, false};
+  if (code == 0xB2 || code == 0xB3) return {"a raised digit", {digits[code - 0xB0]}, false};
+  for (const auto& [name, letters, plain] : homoglyphs) {
+    const std::size_t at = letters.find(static_cast<char32_t>(code));
+    if (at != letters.npos) return {name, {plain[at]}};
+  }
+  return {"a character that is not ASCII", {}, false};
 }
 
-std::string hexadecimal(CodePoint code) {
-  std::array<char, 8> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), code, 16).ptr;
-  std::string digits(text.data(), end);
-  std::transform(digits.begin(), digits.end(), digits.begin(), upper);
-  return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
+// Names the first odd character of a text: any, or only a deceptive one.
+std::string name_odd_character(std::string_view text, int column, bool deceptive_only) {
+  while (!text.empty()) {
+    const Character c = first_character(text);
+    const OddCharacter odd = oddity(c.code);
+    if (!odd.name.empty() && (odd.deceptive || !deceptive_only)) {
+      const std::string instead = odd.plain.empty()  ? std::string("delete it")
+                                  : odd.plain == " " ? std::string("write blanks")
+                                                     : message("write ", odd.plain);
+      return message("column ", column, " holds ", odd.name, " (U+", hexadecimal(c.code), "): ", instead);
+    }
+    text.remove_prefix(std::min(c.bytes, text.size()));
+    ++column;
+  }
+  return {};
 }
 
 // Whether a terminal would act on a character instead of showing it.
@@ -139,18 +174,23 @@ std::string in_plain_characters(std::string_view text) {
 }
 
 std::string odd_character_help(std::string_view text, int column) {
-  for (std::size_t i = 0; i < text.size();) {
-    const Character c = first_character(text.substr(i));
-    if (const OddCharacter odd = oddity(c.code); !odd.name.empty()) {
-      const std::string instead = odd.plain.empty()  ? std::string("delete it")
-                                  : odd.plain == " " ? std::string("write blanks")
-                                                     : message("write ", odd.plain);
-      return message("column ", column + static_cast<int>(i), " holds ", odd.name, " (U+",
-                     hexadecimal(c.code), "): ", instead);
-    }
-    i += c.bytes;
+  return name_odd_character(text, column, false);
+}
+
+std::string deceptive_character_help(std::string_view text) {
+  const bool plain = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; });
+  return plain ? std::string() : name_odd_character(text, 1, true);
+}
+
+int character_column(std::string_view line, int column) {
+  int count = 1;
+  for (int bytes = 1; bytes < column; ++count) {
+    const std::size_t size = line.empty() ? 1 : std::min(first_character(line).bytes, line.size());
+    bytes += static_cast<int>(size);
+    if (bytes > column) break;
+    line.remove_prefix(std::min(size, line.size()));
   }
-  return {};
+  return count;
 }
 
 std::string odd_number_help(std::string_view text, int column) {

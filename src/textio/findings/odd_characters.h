@@ -11,8 +11,14 @@ namespace varpre {
 std::string in_plain_characters(std::string_view text);
 
 // Names the first character of a text that cannot be seen or is not what it looks like, and what to write
-// instead; nothing when there is none. The text begins in `column`.
+// instead; nothing when there is none. The text begins in `column`, and columns count characters.
 std::string odd_character_help(std::string_view text, int column);
+// The same, but only of characters that nobody can tell from the right ones, or see: not of those that are
+// merely no ASCII. The text begins in column 1.
+std::string deceptive_character_help(std::string_view text);
+
+// The column, from 1, of the character that a column of bytes belongs to.
+int character_column(std::string_view line, int column);
 
 // The same for a text that should be a number, where a comma may stand for the point, O for 0, and l for 1.
 std::string odd_number_help(std::string_view text, int column);

@@ -142,6 +142,31 @@ void warn_without_point(Findings& findings, const Input& input, const ReadResult
                    message("with a point: '", written, ".'"), kind);
 }
 
+void warn_of_scale(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
+                   const Findings::Site& kind) {
+  const auto& [number, record, column, width] = result.scaled;
+  const std::string written = without_blanks_around(columns_of(line_of(input, record), column, width));
+  findings.warning({&input, record, column, width},
+                   message(name, " is written without an exponent: '", written, "' is divided by 10"),
+                   message("write ", written, "E+00"), kind);
+}
+
+// The number around the border of two fields: of other digits that touch nothing can be said.
+void warn_of_cut(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
+                 const Findings::Site& kind) {
+  const FieldPlace& border = result.cut;
+  const std::string line = line_of(input, border.record);
+  const auto at = static_cast<std::size_t>(border.column) - 1;
+  if (at >= line.size()) return;
+  const std::size_t begin = line.find_last_of(' ', at) + 1;
+  const std::string text = line.substr(begin, line.find(' ', at) - begin);
+  if (!read_free_real(text)) return;
+  findings.warning(
+      {&input, border.record, static_cast<int>(begin) + 1, static_cast<int>(text.size())},
+      message("'", text, "' runs over the end of its columns: ", name, " begins in column ", border.column),
+      "the columns look shifted", kind);
+}
+
 void warn_of_gap(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind) {
   const FieldPlace& gap = result.digit_in_gap;

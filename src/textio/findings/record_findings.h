@@ -18,6 +18,10 @@ void report_unreadable(Findings& findings, const Input& input, const ReadResult&
 namespace record_detail {
 void warn_without_point(Findings& findings, const Input& input, const ReadResult& result,
                         std::string_view name, const Findings::Site& kind);
+void warn_of_scale(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
+                   const Findings::Site& kind);
+void warn_of_cut(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
+                 const Findings::Site& kind);
 void warn_of_gap(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind);
 }  // namespace record_detail
@@ -28,6 +32,12 @@ void warn_of_columns(Findings& findings, const Input& input, const ReadResult& r
                      Findings::Site kind = Findings::Site::current()) {
   if (result.without_point.number > 0) {
     record_detail::warn_without_point(findings, input, result, name_of(result.without_point.number), kind);
+  }
+  if (result.scaled.number > 0) {
+    record_detail::warn_of_scale(findings, input, result, name_of(result.scaled.number), kind);
+  }
+  if (result.cut.number > 0) {
+    record_detail::warn_of_cut(findings, input, result, name_of(result.cut.number), kind);
   }
   if (result.digit_in_gap.number > 0) {
     record_detail::warn_of_gap(findings, input, result, name_of(result.digit_in_gap.number), kind);

@@ -166,10 +166,17 @@ class ColumnWatch {
     field_ = {number, 0, columns.at + 1, edit.width};
     if (is_numeric(edit) && skipped_ && columns.sign_at(columns.at)) note(result_.digit_in_gap, columns.at);
     if (is_numeric(edit) && skipped_) note_digit(columns, columns.at);
+    if (is_numeric(edit) && numeric_ && !skipped_ && columns.digit_at(columns.at) &&
+        columns.digit_at(columns.at + 1)) {
+      note(result_.cut, columns.at + 1);
+    }
     skipped_ = false;
     numeric_ = is_numeric(edit);
   }
-  void real_taken(std::string_view field, const Edit& edit, double value) {
+  void real_taken(std::string_view field, const Edit& edit, int scale, double value) {
+    if (scale != 0 && value != 0 && field.find_first_of("EeDd") == std::string_view::npos) {
+      note(result_.scaled, field_.column);
+    }
     if (edit.value == 0 || value == 0 || field.find('.') != std::string_view::npos) return;
     note(result_.without_point, field_.column);
   }
@@ -223,7 +230,7 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
     case ItemKind::real:
       if (const auto value = read_real(field, {edit.width, edit.value, scale})) {
         *values.value<double>() = *value;
-        watch.real_taken(field, edit, *value);
+        watch.real_taken(field, edit, scale, *value);
         return true;
       }
       return false;

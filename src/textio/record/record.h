@@ -41,6 +41,8 @@ struct ReadResult {
   Status status = Status::ok;
   FieldPlace unreadable;
   FieldPlace without_point;  // a real field without decimal point, its value moved by the implied one
+  FieldPlace scaled;         // a real field without exponent, its value moved by the scale factor
+  FieldPlace cut;            // a digit directly behind one of the field before
   FieldPlace digit_in_gap;   // a digit, or a minus sign, in a column that is not read, next to this field;
                              // `column` is its own
   const FormatView* format = nullptr;
