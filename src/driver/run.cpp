@@ -421,7 +421,7 @@ void warn_of_cut_lines(const Input& copy, std::span<const Place> told, Findings&
   }
 }
 
-RunEnd run_stages(Sequence& sequence, const Files& files, Listing& MSGFIL) {
+RunEnd run_stages(Sequence& sequence, Listing& MSGFIL) {
   sequence.all_stages();
   if (!sequence.stop()) return RunEnd::normal;
   if (sequence.stop()->ending != RunStop::Ending::silent) write_abnormal_end(MSGFIL);
@@ -476,7 +476,7 @@ RunResult run(Files& files, RunData& data) {
   filter(files.thermo, files.thermo_copy, files.listing);
 
   const auto sequence = std::make_unique<Sequence>(files, data);
-  const RunEnd end = run_stages(*sequence, files, files.listing);
+  const RunEnd end = run_stages(*sequence, files.listing);
   if (end == RunEnd::normal) write_normal_end(files.listing);
   for (const Input* copy : {&files.conditions_copy, &files.mechanism_copy}) {
     warn_of_cut_lines(*copy, sequence->cut_text_told(), files.listing.findings);

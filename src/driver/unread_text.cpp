@@ -100,13 +100,15 @@ bool is_end(std::string_view text) {
 }
 
 // A name of elements and a number, which nothing but an amount looks like.
-bool is_amount(const std::vector<std::string_view>& words) {
+bool is_amount(const std::vector<Word>& words) {
   const auto is_of_name = [](char c) {
     return (c >= 'A' && c <= 'Z') || is_digit(c) ||
            std::string_view("()-*,'").find(c) != std::string_view::npos;
   };
-  return words.size() == 2 && is_number(words[1]) && words[0].size() <= 8 && words[0].front() >= 'A' &&
-         words[0].front() <= 'Z' && std::all_of(words[0].begin(), words[0].end(), is_of_name);
+  if (words.size() != 2 || !is_number(words[1])) return false;
+  const std::string_view name = words[0].text;
+  return name.size() <= 8 && name.front() >= 'A' && name.front() <= 'Z' &&
+         std::all_of(name.begin(), name.end(), is_of_name);
 }
 
 // From the first record that looks like data on. Behind the END of a section this may be a name with a
@@ -129,7 +131,7 @@ std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameI
     if (words_before_comment(text).empty()) return;  // blank, or a comment
     const Section* const section = section_of(text, file);
     const bool misspelt = section == nullptr && is_misspelt_heading(text, heading_read, file);
-    const bool amount = behind_end && file == Section::INP && is_amount(words_of(text));
+    const bool amount = behind_end && file == Section::INP && is_amount(words_before_comment(text));
     if (section != nullptr || misspelt || (!open && (amount || is_data(text, file, species)))) {
       found.push_back({record, record, last_read, section, text, misspelt});
       open = true;
@@ -148,10 +150,10 @@ std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameI
 std::string_view data_behind_first_word(std::string_view text, std::uint8_t file, bool alone,
                                         const NameIndex& species) {
   text = text.substr(0, text.find('!'));
-  const std::vector<std::string_view> words = words_of(text);
+  const std::vector<Word> words = words_before_comment(text);
   for (std::size_t k = 1; k < words.size(); ++k) {
-    const std::string_view rest = text.substr(static_cast<std::size_t>(words[k].data() - text.data()));
-    const bool option_of_table = file == Section::MEC && EQUSYM(5, words[k], "TROE");
+    const std::string_view rest = text.substr(static_cast<std::size_t>(words[k].column) - 1);
+    const bool option_of_table = file == Section::MEC && EQUSYM(5, words[k].text, "TROE");
     if (alone || option_of_table || is_data(rest, file, species)) return rest;
   }
   return {};

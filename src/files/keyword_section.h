@@ -201,12 +201,12 @@ std::optional<SectionEnd> take_record(const Section& section, Input& NFICON, Fin
     Nearest nearest(word.view());
     others.offer_to(nearest);
     for (const auto& known : keywords) nearest.offer(known.word);
-    report_unknown_keyword(section, given.heading, word.view(), columns_of<Description>, nearest, NFICON,
+    report_unknown_keyword(section, given.heading, word.view(), keyword_columns<Description>, nearest, NFICON,
                            findings);
   }
   if (!end) {
     warn_of_second_pair(
-        columns_of<Description>.value, [&](std::string_view w) { return knows<Description>(w, others); },
+        keyword_columns<Description>.value, [&](std::string_view w) { return knows<Description>(w, others); },
         NFICON, findings);
   }
   return end;

@@ -408,7 +408,7 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
                    message(", here or in ", NFICON.origin(0).file));
     return false;
   }
-  Definitions definitions{.EFF = undefined_rows(NCOLL, names.NS(), table.of_others)};
+  Definitions definitions{.EFF = undefined_rows(NCOLL, names.NS(), table.of_others), .given = {}};
   if (!read_definitions(table, names, NCOLL, mechanism.behind_end, definitions, MSGFIL)) return false;
 
   if (table.of_others == 0)

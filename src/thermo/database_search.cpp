@@ -35,8 +35,8 @@ std::vector<std::size_t> absent_species(const DatabaseSearch& search, const Spec
 Place misspelt_entry(const DatabaseSearch& search, const SpeciesName& name, const Input& database,
                      IsMisspelt is_misspelt) {
   Place found;
-  constexpr std::size_t most_compared = 5000;
-  for (const SpeciesName& other : first(search.others, std::min(search.others.size(), most_compared))) {
+  constexpr int most_compared = 5000;
+  for (const SpeciesName& other : first(search.others, std::min(count_of(search.others), most_compared))) {
     if (Nearest(other.view()).offer(name.view()).help().empty()) continue;
     database.for_each_record([&](int record, std::string_view line) {
       if (found.unit != nullptr || SpeciesName(line) != other || !is_misspelt(line, name)) return;

@@ -41,7 +41,8 @@ const ThermoCoefficients& range_at(int I, double T, std::span<const ThermoFit> f
 // Whether the limits of a fit, or those of another one which decide how far all are evaluated, have been told
 // of.
 bool limits_are_told(const ThermoFit& fit, std::span<const ThermoFit> fits, const Findings& findings) {
-  return findings.is_told(fit.entry) || std::any_of(fits.begin(), fits.end(), [&](const ThermoFit& other) {
+  return !fit.entry || findings.is_told(fit.entry) ||
+         std::any_of(fits.begin(), fits.end(), [&](const ThermoFit& other) {
            return other.TLIM[0] >= other.TLIM[2] && findings.is_told(other.entry);
          });
 }

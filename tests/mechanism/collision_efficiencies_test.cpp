@@ -13,6 +13,7 @@ struct Table {
   Table(std::string_view species, std::string in_mechanism, std::string in_conditions = "")
       : NFIMEC(input_of(std::move(in_mechanism))), NFICON(input_of(std::move(in_conditions))) {
     Mechanism mechanism;
+    mechanism.complete = true;
     mechanism.NCOLL = 3;
     result = GENCEF(ReactionNames(names(species)), mechanism, NFIMEC, NFICON, listing, NFISTO);
   }
@@ -67,6 +68,7 @@ TEST(CollisionEfficiencies, FifteenSpeciesAreABlock) {
 TEST(CollisionEfficiencies, FillTheirPlacesToTheLast) {
   const auto message = [](int NCOLL, std::size_t NS) {
     Mechanism mechanism;
+    mechanism.complete = true;
     mechanism.NCOLL = NCOLL;
     Input NFIMEC = input_of("COLL\nEND\n"), NFICON;
     StoreFile NFISTO;

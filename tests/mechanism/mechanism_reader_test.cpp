@@ -172,27 +172,5 @@ TEST(MechanismReader, InertSpeciesBelongToTheEndOfTheList) {
   EXPECT_FALSE(read.lists("  WARNING: INERT SPECIES AR       NOT AT END OF LIST"));
 }
 
-// One finding on the whole, none of its reactions.
-TEST(MechanismReader, AMechanismInOtherUnitsIsToldOfOnce) {
-  const auto told_of = [](std::string_view factor, std::string_view energy) {
-    std::string reactions;
-    for (const std::string equation :
-         {"H+O2=OH+O", "OH+OH=H2O+O", "H+HO2=OH+OH", "O+HO2=OH+O2", "H+HO2=H2O+O"}) {
-      reactions.append(equation).append(" ").append(factor).append(" 0. ").append(energy).append("\n");
-    }
-    const ReadMechanism read(reactions, gas);
-    EXPECT_TRUE(read.LOK);
-    std::string told = read.listing.findings.render();
-    return told.substr(0, told.find('\n'));
-  };
-  EXPECT_EQ(told_of("2E13", "70."), "");
-  EXPECT_EQ(told_of("2E7", "70."),
-            ":1:1: warning: half of the reactions of two species have A T^b below 2e+07 at 1500 K");
-  EXPECT_EQ(told_of("3E-11", "70."),
-            ":1:1: warning: half of the reactions of two species have A T^b below 3e-11 at 1500 K");
-  EXPECT_EQ(told_of("2E13", "70000."),
-            ":1:1: warning: 5 activation energies are read as more than 1000 kJ/mol");
-}
-
 }  // namespace
 }  // namespace varpre

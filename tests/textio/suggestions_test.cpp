@@ -47,8 +47,10 @@ TEST(Suggestions, NameCharactersThatCannotBeSeen) {
             "column 1 holds a minus sign (U+2212): write -");
   EXPECT_EQ(odd_character_help("1\x96", 1), "column 2 holds a dash (U+2013): write -");
   EXPECT_EQ(odd_character_help("\xEF\xBC\x97", 1), "column 1 holds a wide character (U+FF17): write 7");
-  EXPECT_EQ(odd_character_help("\xD0\x9E", 1),
-            "column 1 holds a character that is not ASCII (U+041E): delete it");
+  EXPECT_EQ(odd_character_help("\xC3\xA9\xD0\x9E", 1),
+            "column 1 holds a character that is not ASCII (U+00E9): delete it");
+  EXPECT_EQ(deceptive_character_help("\xC3\xA9\xD0\x9E"),
+            "column 2 holds a Cyrillic letter (U+041E): write O");
   EXPECT_EQ(odd_character_help("a\xF0\x9F\x98\x80", 1),
             "column 2 holds a character that is not ASCII (U+1F600): delete it");
   EXPECT_EQ(odd_character_help("\xE2\x88", 1),
