@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "files/partners.h"
+#include "textio/findings/findings.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {
@@ -15,7 +16,7 @@ NumberedNames::NumberedNames(const StoreData& data, StoredPhaseOf phase) : names
 }
 
 std::string NumberedNames::operator()(int number) const {
-  if (number < 1 || number > count_ + partner_count) return "?" + std::to_string(number);
+  if (number < 1 || number > count_ + partner_count) return message("?", number);
   return std::string(number <= count_ ? trimmed(at(names_, number).view()) : at(MCOLLI, number - count_));
 }
 

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "textio/findings/findings.h"
+
 namespace varpre {
 
 bool Matches::same_order() const {
@@ -60,7 +62,7 @@ std::string short_text(double value) {
 std::string ratio_text(double ratio) {
   if (!std::isfinite(ratio) || ratio <= 0) return "";
   if (ratio > 1.9995 || ratio < 0.5005) return "x " + short_text(ratio);
-  return (ratio > 1 ? "+" : "") + short_text(100 * (ratio - 1)) + " %";
+  return message(ratio > 1 ? "+" : "", short_text(100 * (ratio - 1)), " %");
 }
 
 Change change_of(const std::string& name, double before, double after, const std::string& unit) {
