@@ -204,7 +204,9 @@ test("falloff by its formula in cm, mol, s", () => {
   close(found.k, ((high * low) / (high + low)) * F_ * 1e-6, "k", 1e-4);
   assert.equal(units.rate_unit(physics.dimension(r), "m"), "m³/(mol s)");
   close(numbers.A_in(r, "cm"), 7.4e13, "A in cm");
-  assert.equal(numbers.A_unit(r, "m"), "10⁶ m³/(mol s)");
+  close(numbers.A_in(r, "m"), 7.4e7, "A in m");
+  assert.equal(numbers.A_unit(r, "m"), "m³/(mol s)");
+  assert.deepEqual(numbers.of_reaction(r)[1].slice(2), [74, "10⁶ m³/(mol s)"]);
   assert.equal(numbers.A_unit(r, "cm"), "cm³/(mol s)");
   // Far out it is what its limits are; without broadening parameters F is 1.
   const far = (pressure) =>

@@ -93,16 +93,13 @@ globalThis.numbers = (() => {
   // --- reactions: rows of label, meaning, value, unit ---
 
   const counted_partner = (r) => physics.is_falloff(r) && physics.partner_of(r) !== undefined;
-  // A as the file has it, or in cm, mol, s.
+  // A in the unit of the rate constant, in m or cm. The file has it without a factor where the partner counted.
   function A_in(r, length) {
-    if (r.sticking || length === "m") return r.A;
+    if (r.sticking) return r.A;
     return r.A * units.rate_factor(physics.dimension(r), length) * (counted_partner(r) ? 1e6 : 1);
   }
-  function A_unit(r, length) {
-    if (r.sticking) return "";
-    const unit = units.rate_unit(physics.dimension(r), length);
-    return counted_partner(r) && length === "m" ? `10⁶ ${unit}` : unit;
-  }
+  const A_unit = (r, length) => (r.sticking ? "" : units.rate_unit(physics.dimension(r), length));
+  const stored_unit = (r) => (counted_partner(r) ? `10⁶ ${A_unit(r, "m")}` : A_unit(r, "m"));
 
   const A_MEANINGS = {
     sticking: "γ/(1 − γ/2) of the sticking coefficient γ",
@@ -137,7 +134,7 @@ globalThis.numbers = (() => {
     const given = (what, value) => (value === undefined || value === "" ? [] : [[...what, value, ""]]);
     return [
       ["IARRH", `rate form: ${kind}${r.form < 0 ? ", generated reverse" : ""}`, r.form, ""],
-      ["A", A_MEANINGS[kind] || "pre-exponential factor", r.A, A_unit(r, "m")],
+      ["A", A_MEANINGS[kind] || "pre-exponential factor", r.A, stored_unit(r)],
       ["b", "exponent of T", r.b, ""],
       ["E", "activation energy", r.E, "J/mol"],
       ...additional_rows(r),

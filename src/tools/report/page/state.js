@@ -79,13 +79,13 @@ globalThis.state = (() => {
   }
   const on_change = (listener) => listeners.push(listener);
 
+  function show(hash) {
+    read_address(hash);
+    for (const listener of listeners) listener(values);
+  }
   function start() {
-    const take = () => {
-      read_address(location.hash);
-      for (const listener of listeners) listener(values);
-    };
-    window.addEventListener("popstate", take);
-    take();
+    window.addEventListener("popstate", () => show(location.hash));
+    show(location.hash);
   }
 
   return {
@@ -94,6 +94,7 @@ globalThis.state = (() => {
     set,
     on_change,
     start,
+    show,
     read_address,
     address,
     complaint,
