@@ -1,17 +1,14 @@
 #include <cerrno>
-#include <csignal>
 #include <exception>
-#include <fcntl.h>
-#include <malloc.h>
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <unistd.h>
 
 #include "driver/run.h"
 #include "textio/channel/file.h"
+#include "textio/channel/process.h"
 #include "textio/findings/findings.h"
 
 namespace {
@@ -21,7 +18,7 @@ constexpr int machine_fault = 2;  // exit status
 // There is nobody left to tell when standard error itself fails.
 void say(const std::string& text) {
   try {
-    varpre::write_all(STDERR_FILENO, text, "standard error");
+    varpre::write_all(varpre::standard_error, text, "standard error");
   } catch (const std::runtime_error&) {
   }
 }
@@ -29,34 +26,6 @@ void say(const std::string& text) {
 int fail(std::string_view reason) {
   say("varpre: " + std::string(reason) + "\n");
   return machine_fault;
-}
-
-// Failures to write are to be reported, not to end the process: a reader of the listing that goes away, a
-// limit on the size of files.
-void ignore_signals_of_failed_writes() {
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
-}
-
-// The process keeps the memory that a stage has done with: every page that went back to the system and came
-// again for the next stage would be cleared once more.
-void keep_freed_memory() {
-#ifdef __GLIBC__
-  // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread only
-  constexpr int megabyte = 1 << 20;
-  ::mallopt(M_MMAP_THRESHOLD, 32 * megabyte);
-  ::mallopt(M_TRIM_THRESHOLD, 256 * megabyte);
-  ::mallopt(M_TOP_PAD, megabyte);
-  // NOLINTEND(concurrency-mt-unsafe)
-#endif
-}
-
-// A standard descriptor that the caller closed would be taken by the next file to be opened, and the listing
-// would go there. What takes its place here can be written no more than the closed one.
-void occupy_closed_descriptors() {
-  for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
-    if (::fcntl(number, F_GETFD) < 0) ::open("/", O_RDONLY | O_DIRECTORY);  // takes the lowest free number
-  }
 }
 
 // What was found goes out before the store file takes its place: who sees the new one has been told of it.
@@ -103,8 +72,8 @@ constexpr std::string_view help_text =
 // What an argument brings about: the program knows nothing to be told.
 int answer(std::string_view argument) {
   if (argument == "--help" || argument == "--version") {
-    varpre::write_all(STDOUT_FILENO, argument == "--help" ? help_text : "varpre " VARPRE_VERSION "\n",
-                      "standard output");
+    varpre::write_all(varpre::standard_output,
+                      argument == "--help" ? help_text : "varpre " VARPRE_VERSION "\n", "standard output");
     return 0;
   }
   return fail("takes no arguments; it reads INP, MEC, THERMO and MOLNEW in the working directory");
@@ -114,9 +83,8 @@ int answer(std::string_view argument) {
 
 // Exit status 0 for every orderly end, 2 when the machine does not let it work, or at an argument.
 int main(int argc, char** argv) {
-  ignore_signals_of_failed_writes();
-  occupy_closed_descriptors();
-  keep_freed_memory();
+  varpre::prepare_for_a_run();
+  varpre::write_bytes_as_they_are();
   try {
     return argc > 1 ? answer(argc == 2 ? argv[1] : "") : run_on_disk();
   } catch (const std::bad_alloc&) {

@@ -3,7 +3,6 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <unistd.h>
 #include <utility>
 
 #include "conditions/flame_conditions.h"
@@ -22,6 +21,7 @@
 #include "mechanism/complex_reactions.h"
 #include "mechanism/mechanism_reader.h"
 #include "mechanism/photo_reactions.h"
+#include "textio/channel/process.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "thermo/elements.h"
@@ -450,7 +450,7 @@ Files::Files(Storage where, const std::string& directory, int listing_descriptor
       storage(where) {}
 
 Files Files::on_disk() {
-  return {Storage::disk, {}, STDOUT_FILENO};
+  return {Storage::disk, {}, standard_output};
 }
 
 Files Files::in_memory() {

@@ -1,13 +1,13 @@
 #include "tools/arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <csignal>
+#include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <limits>
 #include <new>
 #include <type_traits>
 
+#include "textio/channel/process.h"
 #include "textio/findings/odd_characters.h"
 
 namespace varpre {
@@ -57,9 +57,8 @@ void add(CLI::App& app, const Argument& argument) {
 
 // The words as the library wants them, the last first. It takes "[a,b]" for a list; a NUL, which no word of a
 // command line holds, keeps it from that.
-std::vector<std::string> protected_words(int argc, char** argv) {
-  std::vector<std::string> words(std::make_reverse_iterator(argv + argc),
-                                 std::make_reverse_iterator(argv + 1));
+std::vector<std::string> protected_words(std::vector<std::string> words) {
+  std::reverse(words.begin(), words.end());
   for (std::string& word : words) {
     if (word.starts_with('[')) word.push_back('\0');
   }
@@ -87,9 +86,8 @@ const char* version() {
 
 int run_program(const Program& program, const std::vector<Argument>& arguments, int argc, char** argv,
                 const std::function<int()>& work) try {
-#ifdef SIGXFSZ
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that becomes too large is an error of writing, told as such
-#endif
+  let_large_files_fail();
+  write_bytes_as_they_are();
   CLI::App app(program.purpose, program.name);
   for (const Argument& argument : arguments) add(app, argument);
   app.set_help_flag("-h,--help", "print this text");
@@ -97,7 +95,7 @@ int run_program(const Program& program, const std::vector<Argument>& arguments, 
   app.footer("Exit status: " + std::string(program.exit_status));
   int status = 0;
   try {
-    app.parse(protected_words(argc, argv));
+    app.parse(protected_words(words_of_command_line(argc, argv)));
     for (const Argument& argument : arguments) unprotect(argument);
     status = work();
   } catch (const CLI::Success& help) {

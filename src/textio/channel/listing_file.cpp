@@ -1,8 +1,6 @@
 #include "textio/channel/listing_file.h"
 
-#include <cerrno>
 #include <system_error>
-#include <unistd.h>
 
 namespace varpre {
 namespace {
@@ -24,7 +22,11 @@ void ListingFile::flush() {
 void ListingFile::finish() {
   if (descriptor_ == no_file) return;
   flush();
-  if (descriptor_ != nowhere && ::close(descriptor_) != 0 && error_ == 0) error_ = errno;
+  try {
+    if (descriptor_ != nowhere) OpenFile(descriptor_, listing_name).close(listing_name);
+  } catch (const std::system_error& error) {
+    if (error_ == 0) error_ = error.code().value();
+  }
   descriptor_ = no_file;
   if (error_ != 0) throw_system_error(error_, listing_name);
 }

@@ -2,6 +2,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include "textio/record/number_format.h"
@@ -15,7 +16,7 @@ struct Scanned {
   bool negative = false;
   std::array<char, 512> digit;
   int count = 0;
-  long exponent = 0;
+  std::int64_t exponent = 0;
   bool has_point = false;
   bool has_exponent = false;
 };
@@ -55,10 +56,10 @@ bool scan(std::string_view field, Scanned& out) {
   bool negative = false;
   if (at < end && (*at == '+' || *at == '-')) negative = *at++ == '-';
   if (at == end) return false;
-  long exponent = 0;
+  std::int64_t exponent = 0;
   for (; at < end; ++at) {
     if (!is_digit(*at)) return false;
-    exponent = std::min(exponent * 10 + (*at - '0'), 100000L);  // far beyond any double already
+    exponent = std::min(exponent * 10 + (*at - '0'), std::int64_t{100000});  // far beyond any double already
   }
   out.exponent += negative ? -exponent : exponent;
   return true;
@@ -103,7 +104,7 @@ std::optional<int> read_integer(std::string_view field) {
   bool negative = false;
   bool signed_field = false;
   bool any_digit = false;
-  long value = 0;
+  std::int64_t value = 0;
   for (const char c : field) {
     if (c == ' ') continue;
     if ((c == '+' || c == '-') && !any_digit && !signed_field) {
@@ -112,14 +113,14 @@ std::optional<int> read_integer(std::string_view field) {
     } else if (is_digit(c)) {
       any_digit = true;
       value = value * 10 + (c - '0');
-      if (value > 2147483648L) return std::nullopt;
+      if (value > 2147483648) return std::nullopt;
     } else {
       return std::nullopt;
     }
   }
   if (signed_field && !any_digit) return std::nullopt;
   if (negative) value = -value;
-  if (value > 2147483647L) return std::nullopt;
+  if (value > 2147483647) return std::nullopt;
   return static_cast<int>(value);
 }
 

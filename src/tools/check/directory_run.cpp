@@ -6,8 +6,8 @@
 #include <new>
 #include <stdexcept>
 #include <system_error>
-#include <unistd.h>
 
+#include "textio/channel/process.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/check/baseline.h"
 
@@ -84,11 +84,11 @@ void make_run(DirectoryRun& run, Wanted wanted, const Baseline* baseline) {
 }  // namespace
 
 void require_directory(const std::string& directory) {
-  const auto status = std::filesystem::status(directory);
+  const auto status = std::filesystem::status(path_of(directory));
   if (status.type() != std::filesystem::file_type::directory) {
     throw_system_error(exists(status) ? ENOTDIR : ENOENT, directory);
   }
-  if (::access(directory.c_str(), R_OK | X_OK) != 0) throw_system_error(errno, directory);
+  if (const int error = error_of_access(directory); error != 0) throw_system_error(error, directory);
 }
 
 DirectoryRun run_in_directory(const std::string& directory, Wanted findings, const Baseline* baseline) {

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 
+#include "textio/channel/process.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/check/baseline.h"
@@ -71,7 +71,8 @@ struct Tally {
 // A line on the terminal that tells how far it is; none where standard error is no terminal.
 class Progress {
  public:
-  explicit Progress(std::size_t all) : all_(all), shown_(all > 1 && ::isatty(STDERR_FILENO) == 1) {}
+  explicit Progress(std::size_t all)
+      : all_(all), shown_(all > 1 && varpre::is_terminal(varpre::standard_error)) {}
   void show(std::size_t done) const {
     if (shown_) std::fprintf(stderr, "\r%zu of %zu directories", done, all_);
   }
