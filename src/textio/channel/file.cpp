@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "textio/channel/file_name.h"
 #include "textio/channel/file_system.h"
 
 namespace varpre {
@@ -77,15 +78,6 @@ void refuse_earlier_file(const std::string& name) {
 
 void throw_system_error(int error, const std::string& name) {
   throw std::system_error(error, std::generic_category(), name);
-}
-
-std::filesystem::path path_of(const std::string& name) {
-  return std::u8string(name.begin(), name.end());
-}
-
-std::string name_of(const std::filesystem::path& path) {
-  const std::u8string name = path.u8string();
-  return {name.begin(), name.end()};
 }
 
 OpenFile::OpenFile(int descriptor, const std::string& name) : number_(descriptor) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,10 +12,6 @@
 namespace varpre {
 
 [[noreturn]] void throw_system_error(int error, const std::string& name);
-
-// Names are UTF-8 in this program, whatever they are in the system (on POSIX any bytes).
-std::filesystem::path path_of(const std::string& name);
-std::string name_of(const std::filesystem::path& path);
 
 // Files are written in pieces of about this many bytes.
 constexpr std::size_t file_piece = 65536;

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <windows.h>
 
-#include "textio/channel/file.h"
+#include "textio/channel/file_name.h"
 #include "textio/channel/file_system.h"
 
 namespace varpre::file_system {

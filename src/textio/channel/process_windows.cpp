@@ -6,7 +6,7 @@
 // behind windows.h, of which it makes use
 #include <shellapi.h>
 
-#include "textio/channel/file.h"
+#include "textio/channel/file_name.h"
 #include "textio/channel/process.h"
 
 namespace varpre {

@@ -1,12 +1,12 @@
 #include "tools/check/baseline.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "textio/channel/file.h"
+#include "textio/channel/file_name.h"
 #include "tools/check/one_line_json.h"
 
 namespace varpre {
@@ -14,7 +14,7 @@ namespace {
 
 // A directory however it was written: "a/", "./a".
 std::string plain_name(const std::string& directory) {
-  std::string name = std::filesystem::path(directory).lexically_normal().string();
+  std::string name = name_of(path_of(directory).lexically_normal());
   if (name.size() > 1 && name.ends_with('/')) name.pop_back();
   return name;
 }

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "textio/channel/file_name.h"
 #include "textio/channel/process.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/check/baseline.h"

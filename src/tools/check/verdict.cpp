@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 
+#include "textio/channel/file_name.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/check/one_line_json.h"
 
@@ -68,7 +68,7 @@ std::string rule_of(std::string_view text) {
 
 // A path as a reference of a URI: relative, or with its scheme.
 std::string uri_of(const std::string& directory, const std::string& file) {
-  const std::string path = (std::filesystem::path(directory) / file).lexically_normal().string();
+  const std::string path = name_of((path_of(directory) / path_of(file)).lexically_normal());
   constexpr std::string_view plain = "-._~/";
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string uri = path.starts_with('/') ? "file://" : "";
