@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "driver/run.h"
 #include "tools/import/input_writer.h"
 #include "tools/import/mixtures.h"
 #include "tools/import/verification.h"
