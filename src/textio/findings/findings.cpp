@@ -344,9 +344,11 @@ std::string part_of_message(double value) {
 }
 
 std::string about(double value) {
-  if (value == 0 || !std::isfinite(value)) return in_digits(value, 6);
-  const double unit = std::pow(10.0, std::floor(std::log10(std::abs(value))) - 2);
-  return in_digits(std::round(value / unit) * unit, 6);
+  std::array<char, 32> text;  // with three digits, which are read again
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific, 2).ptr;
+  std::from_chars(text.data(), end, value);
+  return in_digits(value, 6);
 }
 
 double percent(double fraction) {

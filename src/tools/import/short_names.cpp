@@ -72,7 +72,8 @@ std::map<std::string, SpeciesName> short_names(std::span<const std::string> name
   for (const bool in_capitals_already : {true, false}) {
     for (const std::string& name : names) {
       const bool now = (name == raised(name)) == in_capitals_already;
-      if (now && is_usable(raised(name)) && taken.insert(in_capitals(name)).second) result[name] = raised(name);
+      if (now && is_usable(raised(name)) && taken.insert(in_capitals(name)).second)
+        result[name] = raised(name);
     }
   }
   for (const std::string& name : names) {
