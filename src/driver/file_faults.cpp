@@ -53,8 +53,6 @@ bool is_utf16(std::string_view text) {
 
 Fault fault_of_encoding(const Input& file) {
   const std::string_view text = file.text;
-  if (file.was_absent())
-    return FileFault{0, message("there was no file ", file.name, ": it counts as empty"), ""};
   if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
     return FileFault{0, message("the file ", file.name, " is empty"), ""};
   }
@@ -237,6 +235,7 @@ Fault fault_of_entries(const Input& file) {
 }  // namespace
 
 std::optional<FileFault> fault_of_file(const Input& file) {
+  if (file.was_absent() || file.read_error() != 0) return std::nullopt;  // which is told
   for (const auto fault_of :
        {fault_of_encoding, fault_of_kind, fault_of_indent, fault_of_blank_lines, fault_of_conflict}) {
     if (Fault fault = fault_of(file)) return fault;

@@ -368,7 +368,8 @@ void compare_matched(const Mechanisms& both, const Matches& matches, const std::
     const int j = matches.after[static_cast<std::size_t>(i)];
     const int reverse = both.before.reverse(i);
     const int reverse_after = reverse < 0 ? -1 : matches.after[static_cast<std::size_t>(reverse)];
-    const bool pair = reverse >= 0 && (j < 0 ? reverse_after < 0 : reverse_after == both.after.reverse(j));
+    const bool pair = reverse >= 0 && (j < 0 ? reverse_after < 0
+                                             : reverse_after >= 0 && reverse_after == both.after.reverse(j));
     const std::string equation = both.before.equation(i, pair);
     if (j < 0) {
       add_removed(comparing, kind, equation, i);
