@@ -213,9 +213,9 @@ std::optional<double> activation_energy(long double value, const Unit& unit) {
   constexpr Unit kilojoule_per_mole{1, 3, molar_energy};
   constexpr auto R = static_cast<long double>(gas_constant);
   constexpr long double ratio = R / static_cast<long double>(molar_gas_constant);
-  const auto in_kilojoules = [&](long double energy, const Unit& of) {
+  const auto in_kilojoules = [&](long double amount, const Unit& of) {
     constexpr int digits = 7;
-    return without_noise(converted(energy, of, kilojoule_per_mole), digits);
+    return without_noise(converted(amount, of, kilojoule_per_mole), digits);
   };
   if (unit.dimensions == molar_energy) return in_kilojoules(value * ratio, unit);
   if (unit.dimensions == energy) return in_kilojoules(value * ratio, unit / *named_unit("molec"));
