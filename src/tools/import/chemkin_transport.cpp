@@ -43,7 +43,7 @@ std::optional<ImportedMolecule> TransportLines::read(const ImportedSpecies& spec
                    "geometry, well depth, diameter, dipole moment, polarizability, collision number");
     return std::nullopt;
   }
-  const auto place_of = [&](const Word& word) { return line.place(word); };
+  const auto place_of = [&line = line](const Word& word) { return line.place(word); };
   std::array<double, numbers_of_a_line> values{};
   for (std::size_t i = 0; i < values.size(); ++i) {
     const auto value = chemkin_number(words[i + 1].text);

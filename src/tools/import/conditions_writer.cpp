@@ -104,8 +104,9 @@ class ConditionsWriter {
       value("T", state.temperature, "K  ! temperature");
     }
     for (const auto& [name, amount] : state.amounts) {
-      const bool of_gas = std::any_of(mechanism_.gas.begin(), mechanism_.gas.end(),
-                                      [&](const ImportedSpecies& species) { return species.name == name; });
+      const bool of_gas =
+          std::any_of(mechanism_.gas.begin(), mechanism_.gas.end(),
+                      [&n = name](const ImportedSpecies& species) { return species.name == n; });
       value(short_name(name).view(), amount, of_gas ? "! mole" : "! of the sites");
     }
     write<"('END')">(INP_);
