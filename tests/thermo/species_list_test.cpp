@@ -7,10 +7,10 @@
 namespace varpre {
 namespace {
 
-constexpr const Section& gas_list = sections::named("the gas-phase species list");
+constexpr const Section& gas_section = sections::named("the gas-phase species list");
 
 // The names and flags that a list fills in, "H2 1, O2 0, "; its message when it is absent.
-std::string list_from(const std::string& text, const Section& section = gas_list, int places = NSMAX) {
+std::string list_from(const std::string& text, const Section& section = gas_section, int places = NSMAX) {
   Species species;
   species.IFLAG.fill(9);  // an earlier list stood here
   Input NFICON = input_of("a title\n" + text);
