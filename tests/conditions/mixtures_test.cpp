@@ -7,9 +7,10 @@
 namespace varpre {
 namespace {
 
+constexpr const Section& left_section = sections::named("the mixture on the left");
+
 // Two gas and two surface species; the gas has h = 30 T.
-MixtureState read_mixture(const std::string& records,
-                          const Section& section = sections::named("the mixture on the left")) {
+MixtureState read_mixture(const std::string& records, const Section& section = left_section) {
   Species species;
   for (std::size_t i = 0; const SpeciesName& name : names("H2 O2 A(S) B(S)")) species.SYMB[i++] = name;
   species.fit.fill(thermo_fit({30}, {30}));
