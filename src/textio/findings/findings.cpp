@@ -199,7 +199,8 @@ const std::optional<FileFault>& Findings::fault_of(const Input& file) {
 void Findings::tell_fault(const Input& file, const FileFault& fault) {
   const Site site = Site::current();
   const auto follows_from_it = [&](const Entry& entry) {
-    return !entry.folded && entry.severity == Severity::warning && &entry.place.unit->file() == &file;
+    return !entry.folded && entry.severity == Severity::warning && entry.place &&
+           &entry.place.unit->file() == &file;
   };
   for (Entry& entry : entries_) {
     if (!follows_from_it(entry)) continue;
@@ -232,7 +233,7 @@ bool Findings::follows(const Place& cause, std::string_view noun, Severity sever
 }
 
 bool Findings::is_told(const Place& place) const {
-  return records_.count(hash_of_record(place)) > 0;
+  return place && records_.count(hash_of_record(place)) > 0;
 }
 
 Place Findings::place_of(std::string_view what) const {
