@@ -4,6 +4,7 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static) # the libraries of this compiler are on no Windows machine
 find_program(CMAKE_CROSSCOMPILING_EMULATOR wine)
 
 # Libraries that are headers only serve every system, once they stand apart from the other headers of this machine.
