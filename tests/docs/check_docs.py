@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Holds the documents against the code and against runs of the program.
 
-    check_docs.py PROGRAM      checks; ends with status 1 when a document is not true
+    check_docs.py PROGRAM [TOOL]...   checks; ends with status 1 when a document is not true. Commands of a document that need
+                                      a tool which is not given are passed over
     check_docs.py --messages   shows the messages that the code has, as docs/messages.md writes them
 
 What is checked:
@@ -19,10 +20,14 @@ What is checked:
                text output               what it prints
                text rulers               see below
                ... tried                 what tests/tools/check/check_test.py tries
-               sh run                    commands, run beside the examples with the program on the path
+               sh run                    commands, run beside the examples with the programs on the path
+               sh run on                 further ones, in the directory of those before
+               text in FILE              lines of a file there
+               text page REPORT          lines that the overview of a report shows there; without Node passed over
              The man page has the same words in a comment before each .EX.
   links      A relative link leads to a file, and to a heading of it.
   rulers     A line of docs/editors.md that begins with "****" marks the fields of the format before it.
+  width      No line of the README is longer than 120 columns.
   names      Every file, folder and verb that docs/architecture.md and the README name exists.
 """
 
@@ -518,8 +523,9 @@ def in_pieces(template, literals):
 class Cases:
     """Runs of the program in copies of case directories, each made once."""
 
-    def __init__(self, program, scratch):
-        self.program = program
+    def __init__(self, programs, scratch):
+        self.program = programs[0]
+        self.programs = {Path(program).name: program for program in programs}
         self.scratch = Path(scratch)
         self.made = {}
 
@@ -570,7 +576,7 @@ def holds(text, lines):
 def check_examples(pages, cases):
     count = 0
     for page in pages:
-        output = None
+        output = commands = None
         for number, words, lines in page.blocks:
             where = f"{page.name}:{number}"
             try:
@@ -589,10 +595,18 @@ def check_examples(pages, cases):
                     output = result.stdout
                     if result.returncode != 0:
                         problem(where, f"the program fails: {result.stderr}")
-                elif part[:2] == ["sh", "run"]:
-                    output = run_commands(lines, cases)
+                elif part in (["sh", "run"], ["sh", "run", "on"]):
+                    if part[2:] == []:
+                        commands = Commands(cases)
+                    output = commands.run(lines)
+                elif part[:2] == ["text", "in"]:
+                    if not commands.holds(part[2], lines):
+                        problem(where, f"these lines are not in {part[2]}")
+                elif part[:2] == ["text", "page"]:
+                    if not commands.shows(part[2], lines):
+                        problem(where, f"the page {part[2]} does not show these lines")
                 elif part == ["text", "output"]:
-                    if output is None or not holds(output, lines):
+                    if output is None or not (output is PASSED_OVER or holds(output, lines)):
                         problem(where, f"the program prints something else:\n{output}")
                 elif part[1:] not in (["rulers"], ["tried"]):
                     problem(where, f"a block that nothing vouches for: ```{words}")
@@ -602,17 +616,43 @@ def check_examples(pages, cases):
     return count
 
 
-def run_commands(lines, cases):
-    directory = Path(tempfile.mkdtemp(dir=cases.scratch))
-    shutil.copytree(ROOT / "examples", directory / "examples")
-    (directory / "bin").mkdir()
-    (directory / "bin/varpre").symlink_to(cases.program)
-    environment = dict(os.environ, PATH=f"{directory / 'bin'}:{os.environ['PATH']}")
-    result = subprocess.run(["sh", "-e", "-c", "\n".join(lines)], cwd=directory, env=environment,
-                            capture_output=True, text=True)
-    if result.returncode != 0:
-        raise RuntimeError(f"the commands fail: {result.stderr}")
-    return result.stdout
+PASSED_OVER = "passed over"
+
+
+class Commands:
+    """The commands of a document, in a directory of their own."""
+
+    def __init__(self, cases):
+        self.directory = Path(tempfile.mkdtemp(dir=cases.scratch))
+        self.lacks_tool = False
+        self.known = cases.programs
+        shutil.copytree(ROOT / "examples", self.directory / "examples")
+        (self.directory / "bin").mkdir()
+        for name, program in cases.programs.items():
+            (self.directory / "bin" / name).symlink_to(program)
+
+    def run(self, lines):
+        used = set(re.findall(r"(?m)^\s*(varpre(?:-\w+)?)(?=\s|$)", "\n".join(lines)))
+        self.lacks_tool = self.lacks_tool or not used <= self.known.keys()
+        if self.lacks_tool:
+            return PASSED_OVER
+        environment = dict(os.environ, PATH=f"{self.directory / 'bin'}:{os.environ['PATH']}")
+        result = subprocess.run(["sh", "-e", "-c", "\n".join(lines)], cwd=self.directory, env=environment,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        if result.returncode != 0:
+            raise RuntimeError(f"the commands fail: {result.stdout}")
+        return result.stdout
+
+    def holds(self, file, lines):
+        return self.lacks_tool or holds((self.directory / file).read_text(), lines)
+
+    def shows(self, report, lines):
+        node = shutil.which("node")
+        if self.lacks_tool or not node:
+            return True
+        page = subprocess.run([node, ROOT / "tests/docs/page_text.js", self.directory / report], check=True,
+                              stdout=subprocess.PIPE, text=True)
+        return holds(page.stdout, lines)
 
 
 def check_cases(cases):
@@ -677,29 +717,38 @@ def check_names(pages):
     return count
 
 
+def check_width(page):
+    for number, line in enumerate(page.lines, 1):
+        if len(line) > 120:
+            problem(f"{page.name}:{number}", f"longer than 120 columns: {len(line)}")
+    return len(page.lines)
+
+
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) < 2:
         sys.exit(__doc__)
     code = Code()
     if sys.argv[1] == "--messages":
         for word, template, where in sorted(code.messages(), key=lambda m: (m[2], m[0], m[1])):
             print(f"{where}: {word:8} {template}")
         return
-    program = str(Path(sys.argv[1]).resolve())
+    programs = [str(Path(argument).resolve()) for argument in sys.argv[1:]]
     pages = [Page(path) for path in PAGES]
     with_man_page = pages + [Page.of_man_page(MAN_PAGE)]
-    inputs, store, messages, editors, report = (
-        next(p for p in pages if p.name == f"docs/{name}.md")
-        for name in ("inputs", "store-file", "messages", "editors", "report"))
+    inputs, store, messages, editors, report, readme = (
+        next(p for p in pages if p.name == name)
+        for name in ("docs/inputs.md", "docs/store-file.md", "docs/messages.md", "docs/editors.md", "docs/report.md",
+                     "README.md"))
     converters = [(p, code.converters[p.name[5:-3]]) for p in pages if p.name[5:-3] in code.converters]
     with tempfile.TemporaryDirectory() as scratch:
-        cases = Cases(program, scratch)
+        cases = Cases(programs, scratch)
         counts = [f"{check_formats(pages, code)} formats",
                   f"{check_store_records(store, code)} store records",
                   f"{check_store_items(store, report, code)} store items", f"{check_columns(inputs)} columns",
                   f"{check_messages(messages, code) + sum(itertools.starmap(check_converter_messages, converters))} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
-                  f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names"]
+                  f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names",
+                  f"{check_width(readme)} lines of the README"]
     for text in problems:
         print(text)
     print(f"documents: {', '.join(counts)}; {len(problems)} not true")
