@@ -56,9 +56,8 @@ struct SpeciesPlaces {
   std::span<Place> listed;
 
   int size() const { return static_cast<int>(SYMB.size()); }
-  operator SpeciesView() const {
-    return {SYMB, IFLAG, fit, elements, XMOL, listed};
-  }  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor): what may be filled may be read
+  operator SpeciesView() const { return {SYMB, IFLAG, fit, elements, XMOL, listed}; }
 };
 
 // All species of a run: the gas species, the surface species after them, the particle species after those.

@@ -10,19 +10,25 @@
 // The statements of the record notation on the files of a run.
 namespace varpre {
 
+// Whether every value of an output statement fitted its field.
+inline bool all_fitted(record_detail::Written written) {
+  if (written == record_detail::Written::not_finite) throw RunStop{RunStop::Ending::number_not_finite};
+  return written == record_detail::Written::whole;
+}
+
 // Writes one statement: whole records, at the end of a text. A NaN or an infinity stops the run (RunStop,
 // number_not_finite); no record of that statement is written then. False when a value did not fit its field.
 template <FormatText Text, class... Items>
 bool write(std::string& text, const Items&... items) {
-  const auto written = record_detail::append_statement<Text>(text, true, items...);
-  if (written == record_detail::Written::not_finite) throw RunStop{RunStop::Ending::number_not_finite};
-  return written == record_detail::Written::whole;
+  return all_fitted(record_detail::append_statement<Text>(text, true, items...));
 }
 
 // The same at the end of the store file.
 template <FormatText Text, class... Items>
 void write(StoreFile& store, const Items&... items) {
-  if (!write<Text>(store.text, items...)) store.has_asterisks = true;
+  if (!all_fitted(record_detail::append_statement<Text>(store.text, true, items...))) {
+    store.has_asterisks = true;
+  }
   store.pass_on();
 }
 
