@@ -8,8 +8,10 @@
 What is checked:
 
   formats    A code span that is a parenthesised format stands in the code, blanks between items apart.
-             Every record of the store file is in docs/store-file.md, and its items with their units. In docs/inputs.md the columns of the numbers of
-             a format stand in the same section; where it has "...", those of the first two.
+             Every record of the store file is in docs/store-file.md, and its items with their units. In docs/inputs.md
+             the columns of the numbers of a format stand in the same section; where it has "...", those of the first two.
+  keywords   docs/inputs.md has the keywords of the code, each in the table of its section with its unit and default, and the
+             options with their slots.
   messages   Every message of the code is in docs/messages.md and every message there is in the code. There, lines
              of four blanks and "listing", "error", "warning" or "stderr" hold one each, with <places> for what varies.
   examples   Fenced blocks, by the words behind their fence:
@@ -443,6 +445,108 @@ def check_columns(page):
     return count
 
 
+SECTIONS = {"MixtureSection": "Boundary mixtures", "FlameSection": "CONDITIONS", "SurfaceSection": "SURFACE CONDITIONS",
+            "TwoDimensionalSection": "Two-dimensional sections"}  # where docs/inputs.md has their keywords
+
+
+def parts_of_row(row):
+    """The parts of a keyword's row by their names, whether it is written with names or in order."""
+    cells = [cell for cell in arguments(row, 1) if cell]
+    if cells[0][0] == ".":
+        return {cell[1]: cell[3:] for cell in cells}
+    return dict(zip(("word", "value", "meaning", "unit", "usual", "required"), cells))
+
+
+def keywords_of_code(tokens_):
+    """For each section its keywords with unit and default; the default is None where a value must be given."""
+    def text(part):
+        return next((token[1] for token in part if isinstance(token, tuple)), "")
+
+    found, values, struct, type_ = {}, {}, None, None
+    for i, token in enumerate(tokens_):
+        if token == "struct":
+            struct = tokens_[i + 1]
+        elif token == "double":  # a member with its default
+            values[struct, tokens_[i + 1]] = float("".join(itertools.takewhile(lambda t: t != ";", tokens_[i + 3:])))
+        elif tokens_[i:i + 2] == ["using", "Values"]:
+            type_ = tokens_[i + 3]
+        elif token == "to_array":
+            rows = top_level(arguments(tokens_, tokens_.index("(", i) + 1)[0][1:-1], {","})
+            parts = [parts_of_row(row[row.index("{"):]) for row in rows if "{" in row]
+            found[struct] = {text(part["word"]).strip(): (
+                text(part.get("unit", [])),
+                None if "true" in part.get("required", []) else values[type_, part["value"][-1]]) for part in parts}
+    return found
+
+
+def keywords_of_table(lines):
+    """(keyword, unit, default) of the tables in these lines; the unit is None where a table has none. A cell has one
+    value for all keywords of its row, or one for each."""
+    heads = []
+    for line in lines:
+        cells = [cell.strip() for cell in line.strip().strip("|").split("|")]
+        if not line.startswith("|"):
+            heads = []
+        elif not heads:
+            heads = cells
+        elif heads[0] == "keyword" and not cells[0].startswith("-"):
+            for begin in (i for i, head in enumerate(heads) if head == "keyword"):
+                end = heads.index("default", begin) + 1
+                part = dict(zip(heads[begin:end], cells[begin:end]))
+                words = re.findall(r"`([^`]+)`", part["keyword"])
+                units, defaults = ([value.strip() for value in cell.split(",")] if cell and "," in cell else
+                                   [cell] * len(words) for cell in (part.get("unit"), part["default"]))
+                yield from zip(words, units, defaults)
+
+
+def check_keywords(page, code):
+    count = 0
+    source = next(s for s in code.sources if relative(s.path) == "src/files/keywords.h")
+    for section, known in keywords_of_code(source.tokens).items():
+        if section not in SECTIONS:
+            continue
+        begin = next(i for i, line in enumerate(page.lines) if line.startswith("## " + SECTIONS[section]))
+        end = next(i for i, line in enumerate(page.lines) if i > begin and line.startswith("#"))
+        told = {word: (unit, default) for word, unit, default in keywords_of_table(page.lines[begin:end])}
+        for word in known.keys() ^ told.keys():
+            problem(page.name, f"{word} of {SECTIONS[section]} is in the {'code' if word in known else 'document'} only")
+        for word in known.keys() & told.keys():
+            count += 1
+            (unit, default), (told_unit, told_default) = known[word], told[word]
+            if told_unit is not None and told_unit.replace("²", "2").replace("³", "3") != unit:
+                problem(page.name, f"unit of {word}: '{told_unit}', in the code '{unit}'")
+            other_rule = "`" in told_default or (told_default == "" and word in ("RHO", "H(T0)"))
+            if default is None and not told_default.startswith("required"):
+                problem(page.name, f"{word} is required")
+            elif default is not None and not other_rule and (
+                    not re.match(r"[\d.E+-]+$", told_default) or float(told_default) != default):
+                problem(page.name, f"default of {word}: '{told_default}', in the code {default:g}")
+    return count + check_options(page, code)
+
+
+def check_options(page, code):
+    """The names of the slots, as lists behind a range, and those of two dimensions with their slots."""
+    source = next(s for s in code.sources if relative(s.path) == "src/files/options.h")
+    names = {}
+    for name in ("NTOPT", "N2TOPT"):
+        start = source.tokens.index("{", source.tokens.index(name))
+        texts = [t[1].strip() for t in arguments(source.tokens, start + 1) for t in t if isinstance(t, tuple)]
+        names[name] = {slot: text for slot, text in enumerate(texts, 1) if not text.startswith("-")}
+    told = {}
+    for line in page.lines:
+        slots = re.match(r"\| (\d+)-(\d+) \| (`.*`) \|$", line)
+        if slots:
+            words = re.findall(r"`([^`]+)`", slots[3])
+            if len(words) != int(slots[2]) - int(slots[1]) + 1:
+                problem(page.name, f"{len(words)} names for the slots {slots[1]}-{slots[2]}")
+            told |= dict(enumerate(words, int(slots[1])))
+    two = {int(slot): word for word, slot in re.findall(r"`(\w+)`\s+\((\d+)\)", "\n".join(page.lines))}
+    for known, said in ((names["NTOPT"], told), (names["N2TOPT"], two)):
+        for slot in sorted(set(known.items()) ^ set(said.items())):
+            problem(page.name, f"option {slot[1]} has not the slot {slot[0]} in both code and document")
+    return sum(map(len, names.values()))
+
+
 def written_messages(page):
     for number, line in page.prose:
         match = re.match(r"    (listing|error|warning|stderr)  +(\S.*)$", line)
@@ -745,6 +849,7 @@ def main():
         counts = [f"{check_formats(pages, code)} formats",
                   f"{check_store_records(store, code)} store records",
                   f"{check_store_items(store, report, code)} store items", f"{check_columns(inputs)} columns",
+                  f"{check_keywords(inputs, code)} keywords",
                   f"{check_messages(messages, code) + sum(itertools.starmap(check_converter_messages, converters))} messages",
                   f"{check_examples(with_man_page, cases)} examples", f"{check_cases(cases)} cases",
                   f"{check_rulers(editors)} rulers", f"{check_links(pages)} links", f"{check_names(pages)} names",
