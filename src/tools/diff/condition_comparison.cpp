@@ -23,6 +23,7 @@ void compare_options(Comparing& comparing) {
 
 std::vector<std::string> names_of(const std::vector<StoredValue>& values) {
   std::vector<std::string> names;
+  names.reserve(values.size());
   for (const StoredValue& value : values) names.push_back(value.name);
   return names;
 }

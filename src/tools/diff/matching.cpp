@@ -84,6 +84,11 @@ void add(Difference& difference, Change change, const Effect& effect) {
   if (difference.changes.size() == 1 || effect.size > difference.effect.size) difference.effect = effect;
 }
 
+void add_change(Difference& difference, const std::string& name, const std::string& unit, double before,
+                double after) {
+  if (!same(before, after)) difference.changes.push_back(change_of(name, before, after, unit));
+}
+
 void add_if_changed(Difference& difference, const std::string& name, double before, double after,
                     const std::string& unit) {
   if (!same(before, after))

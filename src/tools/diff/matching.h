@@ -38,6 +38,7 @@ struct Comparing {
 template <std::size_t N>
 std::vector<std::string> names_of(const std::vector<Text<N>>& names) {
   std::vector<std::string> list;
+  list.reserve(names.size());
   for (const auto& name : names) list.emplace_back(trimmed(name.view()));
   return list;
 }
@@ -52,6 +53,9 @@ std::string ratio_text(double ratio);
 
 // Notes a change and its effect, which is that of the difference if it is its largest.
 void add(Difference& difference, Change change, const Effect& effect);
+// Both together, for a number; the first leaves its effect to the caller.
+void add_change(Difference& difference, const std::string& name, const std::string& unit, double before,
+                double after);
 void add_if_changed(Difference& difference, const std::string& name, double before, double after,
                     const std::string& unit = {});
 
@@ -70,6 +74,7 @@ const T* item(const std::vector<T>& list, int index) {
 // The parts.
 void compare_species(Comparing& comparing);
 void compare_reactions(Comparing& comparing);
+void compare_global_reactions(Comparing& comparing);
 void compare_conditions(Comparing& comparing);
 
 }  // namespace varpre

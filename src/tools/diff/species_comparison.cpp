@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "textio/findings/findings.h"
 #include "thermo/species.h"
 #include "tools/diff/matching.h"
 
@@ -83,7 +84,7 @@ bool same_items(std::span<const double> before, std::span<const double> after) {
 void add_coefficients(Difference& difference, std::span<const double> before, std::span<const double> after,
                       const std::string& letter, const std::string& range) {
   for (std::size_t k = 0; k < before.size(); ++k)
-    add_if_changed(difference, letter + std::to_string(k + 1) + range, before[k], after[k]);
+    add_if_changed(difference, message(letter, static_cast<int>(k) + 1, range), before[k], after[k]);
 }
 
 void compare_item(SpeciesDifference& species, const Label&, const StoredThermo& before,

@@ -9,13 +9,18 @@
 
 namespace varpre {
 
-StoreData store_of(const std::string& name) {
-  constexpr std::uintmax_t largest = 64 << 20;  // several times that of 300 species and 4000 reactions
+std::string store_file_of(const std::string& name) {
   std::error_code error;
   const bool is_directory = std::filesystem::is_directory(name, error);
-  const std::string path = is_directory ? (std::filesystem::path(name) / "fort.3").string() : name;
+  return is_directory ? (std::filesystem::path(name) / "fort.3").string() : name;
+}
+
+StoreData store_of(const std::string& name) {
+  constexpr std::uintmax_t largest = 64 << 20;  // several times that of 300 species and 4000 reactions
+  const std::string path = store_file_of(name);
   const auto file = open_input(path);
   if (!file) throw_system_error(ENOENT, path);
+  std::error_code error;
   if (std::filesystem::file_size(path, error) > largest && !error)
     throw std::runtime_error(path + ": larger than any store file");
   int read_error = 0;

@@ -6,6 +6,9 @@
 
 namespace varpre {
 
+// The path of the store file of a directory, or of one that is named itself.
+std::string store_file_of(const std::string& name);
+
 // The contents of the store file of a directory, or of one that is named itself. Throws std::system_error
 // when it cannot be read, std::runtime_error when it is larger than any store file.
 StoreData store_of(const std::string& name);

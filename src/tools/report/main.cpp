@@ -1,13 +1,10 @@
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 
-#include "files/store_reader.h"
-#include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
+#include "tools/diff/store_of.h"
 #include "tools/report/output.h"
 #include "tools/report/page.h"
 #include "tools/report/store_json.h"
@@ -21,31 +18,14 @@ struct Arguments {
   bool json = false;
 };
 
-// The path of the store file of a directory, or of one that is named itself.
-std::string store_file(const std::string& name) {
-  std::error_code error;
-  return std::filesystem::is_directory(name, error) ? (std::filesystem::path(name) / "fort.3").string()
-                                                    : name;
-}
-
-varpre::StoreData read(const std::string& name) {
-  const std::string path = store_file(name);
-  const auto file = varpre::open_input(path);
-  if (!file) varpre::throw_system_error(ENOENT, path);
-  int read_error = 0;
-  const std::string text = varpre::read_to_end(*file, path, read_error);
-  if (read_error != 0) varpre::throw_system_error(read_error, path);
-  return varpre::read_store(text);
-}
-
 void put(const Arguments& arguments, const std::string& text) {
   if (arguments.json && arguments.output.empty()) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     return;
   }
   const std::string path = arguments.output.empty() ? "report.html" : arguments.output;
-  const std::array inputs{store_file(arguments.directory),
-                          arguments.other.empty() ? "" : store_file(arguments.other)};
+  const std::array inputs{varpre::store_file_of(arguments.directory),
+                          arguments.other.empty() ? "" : varpre::store_file_of(arguments.other)};
   if (varpre::write_output(path, text, inputs)) std::printf("%s\n", varpre::for_terminal(path).c_str());
 }
 
@@ -66,18 +46,18 @@ void tell_of_the_end(const std::string& name, const varpre::StoreData& data) {
 std::string page(const Arguments& arguments, const varpre::StoreData& data,
                  const std::optional<varpre::StoreData>& other) {
   const auto named = [](const std::string& name, const varpre::StoreData& store) {
-    return varpre::NamedStore{name, store_file(name), store};
+    return varpre::NamedStore{name, varpre::store_file_of(name), store};
   };
   return varpre::page_of(named(arguments.directory, data),
                          other ? std::optional(named(arguments.other, *other)) : std::nullopt);
 }
 
 int report(const Arguments& arguments) {
-  const varpre::StoreData data = read(arguments.directory);
+  const varpre::StoreData data = varpre::store_of(arguments.directory);
   std::optional<varpre::StoreData> other;
   tell_of_the_end(arguments.directory, data);
   if (!arguments.other.empty()) {
-    other = read(arguments.other);
+    other = varpre::store_of(arguments.other);
     tell_of_the_end(arguments.other, *other);
   }
   put(arguments, arguments.json ? json_text(data, other) : page(arguments, data, other));
