@@ -20,7 +20,7 @@ struct HeldReaction {
 
 // Species by their number, with their counts: one side of an equation, collision partners left out.
 using Side = std::map<int, int>;
-std::pair<Side, Side> sides_of(const RunData& data, const HeldReaction& reaction);
+std::pair<Side, Side> sides_of(const RunData& data, const HeldReaction& held);
 
 // What of a case the format can hold.
 struct HeldMechanism {
@@ -32,7 +32,7 @@ struct HeldMechanism {
 };
 
 // An equation as the format writes it: "2 H + M <=> H2 + M".
-std::string yaml_equation(const RunData& data, const HeldReaction& reaction);
+std::string yaml_equation(const RunData& data, const HeldReaction& held);
 
 // Finds out what can be held. The rest is an error each; a warning with `skip_unsupported`, which leaves out
 // a species together with its reactions.

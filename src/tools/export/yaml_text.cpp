@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "textio/findings/findings.h"
 #include "textio/record/number_format.h"
 #include "textio/record/text.h"
 
@@ -80,7 +81,7 @@ std::string lines(const std::string& start, char open, const std::vector<std::st
 std::vector<std::string> joined(const YamlMembers& members) {
   std::vector<std::string> items;
   items.reserve(members.size());
-  for (const auto& [name, value] : members) items.push_back(name + ": " + value);
+  for (const auto& [name, value] : members) items.push_back(message(name, ": ", value));
   return items;
 }
 

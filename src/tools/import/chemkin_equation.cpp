@@ -98,20 +98,18 @@ class EquationReader {
   // Takes a term, of which the longest species counts that it can be: names may end in "+". Where it ends;
   // where it begins, after an error.
   std::size_t read_term(std::size_t begin, std::size_t end, Side& side) {
-    std::size_t shortest = begin;  // where the first plus sign stands
-    std::vector<std::size_t> ends;
-    for (std::size_t i = begin; i <= std::min(end, begin + longest_name); ++i) {
-      if (i != end && text_[i] != '+') continue;
-      if (i > begin) ends.push_back(i);
+    std::vector<std::size_t> ends;  // where it may end, the last one first
+    for (std::size_t i = std::min(end, begin + longest_name); i > begin; --i) {
+      if (i == end || text_[i] == '+') ends.push_back(i);
     }
     if (ends.empty()) {
       fail(begin, 1, "a species is due here");
       return begin;
     }
-    shortest = ends.front();
-    for (auto at = ends.rbegin(); at != ends.rend(); ++at) {
-      if (take_term(begin, *at, side)) return *at;
+    for (const std::size_t at : ends) {
+      if (take_term(begin, at, side)) return at;
     }
+    const std::size_t shortest = ends.back();
     const std::size_t digits = text_.find_first_not_of("0123456789.", begin);
     const std::size_t name = digits < shortest ? digits : begin;
     fail(name, shortest - name,

@@ -27,7 +27,7 @@ inline std::size_t begin_of(const Word& word) {
 class ChemkinLine {
  public:
   ChemkinLine() = default;
-  ChemkinLine(const Input& file, int record, std::string_view text);
+  ChemkinLine(const Input& file, int record, std::string_view line);
 
   std::string text;
 

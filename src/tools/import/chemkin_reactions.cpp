@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "thermo/elements.h"
 #include "tools/import/chemkin_equation.h"
 #include "tools/import/completion.h"
 #include "tools/import/units.h"
@@ -99,12 +98,6 @@ struct ReactionSection {
   bool uses_Motz_Wise = false;                    // some coefficient goes without a word of its own
   std::map<std::string, std::vector<Seen>> seen;  // by the two sides and the form
 };
-
-double molar_mass_of(const ImportedSpecies& species) {  // g/mol
-  double mass = 0;
-  for (const auto& [symbol, count] : species.atoms) mass += 1000 * count * element_mass(symbol);
-  return mass;
-}
 
 class ReactionReader {
  public:
@@ -527,7 +520,7 @@ class ReactionReader {
     StickingRate sticking{rate(numbers_[0], numbers_[1], numbers_[2], 1)};
     sticking.coefficient.A = static_cast<double>(numbers_[0]);
     sticking.Motz_Wise = own ? said("MWON") != nullptr : section_.Motz_Wise.value_or(false);
-    sticking.molar_mass = molar_mass_of(import_.species(educts.front()));
+    sticking.molar_mass = molar_mass(import_.species(educts.front()));
     sticking.sites = forward_order(0) - 1;
     sticking.site_density = import_.mechanism.site_density / 1.0E4;
     reaction_.law.sticking = sticking;

@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "thermo/elements.h"
-
 namespace varpre {
 namespace {
 
@@ -11,8 +9,7 @@ constexpr std::size_t numbers_of_a_line = 6;
 
 // Whether the third word of a line is the molar mass of the species, as in MOLNEW.
 bool holds_molar_mass(const std::vector<Word>& words, const ImportedSpecies& species) {
-  double mass = 0;  // g/mol
-  for (const auto& [symbol, count] : species.atoms) mass += 1000 * count * element_mass(symbol);
+  const double mass = molar_mass(species);
   const auto value = words.size() == numbers_of_a_line + 2 ? chemkin_number(words[2].text) : std::nullopt;
   constexpr double tolerance = 0.005;
   return value && std::abs(static_cast<double>(*value) - mass) < tolerance * mass;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "mechanism/reaction.h"
-#include "thermo/elements.h"
+#include "files/limits.h"
+#include "files/partners.h"
 #include "tools/import/partners.h"
 #include "tools/import/short_names.h"
 

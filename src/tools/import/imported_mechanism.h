@@ -41,6 +41,9 @@ struct ImportedSpecies {
   std::array<double, 7> upper{};
 };
 
+// The sum of its atoms, g/mol.
+double molar_mass(const ImportedSpecies& species);
+
 // The rate is multiplied by 10^(a theta) theta^m exp(-E theta / RT).
 struct CoverageDependence {
   std::string species;

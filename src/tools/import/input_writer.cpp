@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "mechanism/reaction.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/odd_characters.h"
-#include "thermo/elements.h"
 #include "tools/import/number_text.h"
 #include "tools/import/partners.h"
 
@@ -316,11 +314,9 @@ class Writer {
       if (!species.molecule) continue;
       lost_.place = species.place;
       const ImportedMolecule& m = *species.molecule;
-      double mass = 0;  // g/mol
-      for (const auto& [symbol, count] : species.atoms) mass += 1000 * count * element_mass(symbol);
-      write<"(A8,I2,F10.3,5A10)">(MOLNEW_, species.short_name, m.geometry, mass, number<10>(m.well_depth),
-                                  number<10>(m.diameter), number<10>(m.dipole), number<10>(m.polarizability),
-                                  number<10>(m.rotational_relaxation));
+      write<"(A8,I2,F10.3,5A10)">(MOLNEW_, species.short_name, m.geometry, molar_mass(species),
+                                  number<10>(m.well_depth), number<10>(m.diameter), number<10>(m.dipole),
+                                  number<10>(m.polarizability), number<10>(m.rotational_relaxation));
     }
   }
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "mechanism/reaction.h"
+#include "files/partners.h"
+#include "textio/record/numbered.h"
 
 namespace varpre {
 

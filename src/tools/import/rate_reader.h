@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <optional>
+#include <vector>
 
-#include "tools/import/import.h"
+#include "tools/import/rate_laws.h"
 #include "tools/import/yaml_value.h"
 
 namespace varpre {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "thermo/elements.h"
 #include "tools/import/completion.h"
 #include "tools/import/equation.h"
 #include "tools/import/rate_reader.h"
@@ -30,15 +29,9 @@ std::optional<Kind> kind_in_gas(std::string_view type) {
 }
 
 std::optional<Kind> kind_at_surface(std::string_view type) {
-  const bool known = type == "" || type == "elementary" || type == "Arrhenius" ||
+  const bool known = type.empty() || type == "elementary" || type == "Arrhenius" ||
                      type == "interface-Arrhenius" || type == "sticking-Arrhenius";
   return known ? std::optional(Kind::arrhenius) : std::nullopt;
-}
-
-double molar_mass(const ImportedSpecies& species) {  // g/mol
-  double mass = 0;
-  for (const auto& [symbol, count] : species.atoms) mass += 1000 * count * element_mass(symbol);
-  return mass;
 }
 
 class ReactionReader {

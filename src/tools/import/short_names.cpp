@@ -4,8 +4,8 @@
 #include <set>
 
 #include "files/keywords.h"
+#include "files/partners.h"
 #include "files/words.h"
-#include "mechanism/reaction.h"
 #include "textio/findings/findings.h"
 #include "textio/record/number_format.h"
 

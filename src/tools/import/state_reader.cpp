@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "thermo/elements.h"
 #include "tools/import/composition.h"
 
 namespace varpre {
@@ -14,12 +13,6 @@ Value first_of(const Value& state, std::initializer_list<const char*> names) {
     if (Value value = state[name]) return value;
   }
   return {};
-}
-
-double molar_mass(const ImportedSpecies& species) {  // kg/mol
-  double mass = 0;
-  for (const auto& [symbol, count] : species.atoms) mass += count * element_mass(symbol);
-  return mass;
 }
 
 const ImportedSpecies* find(const std::vector<ImportedSpecies>& all, const std::string& name) {
@@ -84,10 +77,10 @@ void read_gas_state(const Value& given, const ImportedMechanism& mechanism, Impo
   if (!T && H) state.enthalpy = H.quantity(units.energy / units.mass, specific);
   if (const auto value = D.quantity(units.mass / power(units.length, 3), density); value && T && !P) {
     double moles = 0;
-    double mass = 0;
+    double mass = 0;  // kg
     for (const auto& [name, amount] : state.amounts) {
       moles += amount;
-      mass += amount * molar_mass(*find(mechanism.gas, name));
+      mass += amount * molar_mass(*find(mechanism.gas, name)) / 1000;
     }
     if (mass > 0) state.pressure = *value * gas_constant * state.temperature * moles / mass / 1.0E5;
   } else if (D || other || (T && H)) {

@@ -73,8 +73,8 @@ bool ThermoRanges::are_of_seven_coefficients() const {
          });
 }
 
-void ThermoRanges::add(double low, double high, const std::array<double, 7>& c) {
-  ranges.push_back({low, high, {0, 0, c[0], c[1], c[2], c[3], c[4]}, c[5], c[6]});
+void ThermoRanges::add(double low, double high, const std::array<double, 7>& a) {
+  ranges.push_back({low, high, {0, 0, a[0], a[1], a[2], a[3], a[4]}, a[5], a[6]});
 }
 
 ThermoValues evaluate(const ThermoRange& range, double T) {
@@ -98,8 +98,8 @@ ThermoValues evaluate(const ThermoRanges& thermo, double T) {
   return evaluate(*range, T);
 }
 
-ThermoValues evaluate(const std::array<double, 7>& c, double T) {
-  return evaluate(ThermoRange{0, 0, {0, 0, c[0], c[1], c[2], c[3], c[4]}, c[5], c[6]}, T);
+ThermoValues evaluate(const std::array<double, 7>& a, double T) {
+  return evaluate(ThermoRange{0, 0, {0, 0, a[0], a[1], a[2], a[3], a[4]}, a[5], a[6]}, T);
 }
 
 FittedThermo fit_seven_coefficients(const ThermoRanges& thermo) {

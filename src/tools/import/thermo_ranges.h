@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <optional>
 #include <vector>
 
 namespace varpre {
@@ -24,7 +23,7 @@ struct ThermoRanges {
   // Whether these are polynomials of seven coefficients in one or two ranges.
   bool are_of_seven_coefficients() const;
   // Sets the range from a1 to a7, T^0 to T^4 and the constants.
-  void add(double low, double high, const std::array<double, 7>& coefficients);
+  void add(double low, double high, const std::array<double, 7>& a);
 };
 
 // cp/R, h/RT and s/R at the reference pressure.
@@ -34,8 +33,8 @@ struct ThermoValues {
   double s = 0;
 };
 ThermoValues evaluate(const ThermoRange& range, double T);
-ThermoValues evaluate(const ThermoRanges& ranges, double T);
-ThermoValues evaluate(const std::array<double, 7>& coefficients, double T);
+ThermoValues evaluate(const ThermoRanges& thermo, double T);
+ThermoValues evaluate(const std::array<double, 7>& a, double T);
 
 // Two ranges of seven coefficients that come nearest in cp, by least squares; cp, h and s are continuous at
 // the switch, h and s exact at 298.15 K or, where that is outside, the nearest limit.
@@ -46,6 +45,6 @@ struct FittedThermo {
   std::array<double, 3> deviation{};    // of cp, h and s, the largest: fractions, h in RT
   std::array<double, 3> temperature{};  // where, K
 };
-FittedThermo fit_seven_coefficients(const ThermoRanges& ranges);
+FittedThermo fit_seven_coefficients(const ThermoRanges& thermo);
 
 }  // namespace varpre

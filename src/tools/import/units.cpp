@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "thermo/species.h"
 #include "tools/import/rate_laws.h"
 
 namespace varpre {

@@ -4,8 +4,6 @@
 #include <optional>
 #include <string_view>
 
-#include "thermo/species.h"
-
 namespace varpre {
 
 // Powers of mass, length, time, temperature, current and amount of substance.

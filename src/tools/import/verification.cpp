@@ -87,17 +87,17 @@ class Verifier {
   void compare_mechanism(const std::vector<ImportedReaction>& meant, const Mechanism& found,
                          bool on_surface) {
     std::size_t next = 0;
-    const ImportedReaction* forward = nullptr;
+    const ImportedReaction* source = nullptr;  // the one that a reverse was made of
     for (const ImportedReaction& reaction : meant) {
+      if (source == nullptr || !reaction.is_reverse) source = &reaction;
       if (next + (reaction.reversible ? 1 : 0) >= found.reactions.size())
         return fault(message("reaction ", reaction.equation, " is missing"));
       const Reaction& own = found.reactions[next++];
       if (!has_species(reaction, own, on_surface))
         return fault(message("reaction ", reaction.equation, " has other species"));
-      compare_rate(reaction, reaction.is_reverse ? *forward : reaction, own, on_surface);
+      compare_rate(reaction, *source, own, on_surface);
       if (reaction.reversible || reaction.is_reverse) compare_equilibrium(reaction);
       if (reaction.reversible) compare_reverse(reaction, own, found.reactions[next++], on_surface);
-      forward = &reaction;
       ++result_.reactions;
     }
     if (next != found.reactions.size()) fault("there are more reactions than there should be");

@@ -67,7 +67,7 @@ class Value {
   std::optional<NumberAndUnit> number_and_unit() const;
   bool is(YamlNode::Kind kind) const { return node_ != nullptr && node_->kind == kind; }
   Value inner(const YamlNode& node) const;
-  void set_units(const YamlNode& given);
+  void set_units(const YamlNode& units);
 
   const YamlNode* node_ = nullptr;
   std::shared_ptr<const UnitSystem> units_;
