@@ -127,8 +127,9 @@ bool is_misspelt(std::string_view line, const SpeciesName& listed) {
     if (!symbol.empty() && count > 0) formula += message(symbol, count);
   }
   const std::string atoms = atoms_spelt_by(formula);
-  const std::string_view name = trimmed(SpeciesName(line).view());
-  return !atoms.empty() && atoms == atoms_spelt_by(trimmed(listed.view())) && atoms != atoms_spelt_by(name);
+  const SpeciesName name(line);
+  return !atoms.empty() && atoms == atoms_spelt_by(trimmed(listed.view())) &&
+         atoms != atoms_spelt_by(trimmed(name.view()));
 }
 
 // Whether the limits of a fit are in order; warns when they are not.

@@ -136,20 +136,21 @@ class Check(unittest.TestCase):
         for megabytes in (60, 100, 150, 300, 700):
             result = self.limited(f"-v {megabytes * 1000}", "--jobs", "13", *names)
             self.assertNotIn("terminate", result.stderr)
-            if "libc" in result.stderr or "loading shared" in result.stderr:
+            if any(word in result.stderr for word in ("libc", "loading shared", "AddressSanitizer")):
                 continue  # not even the program itself
             lines = [line for line in result.stdout.splitlines() if line == "good: no findings; store file complete"]
             judged.add(len(lines))
             self.assertIn(result.returncode, (1, 2))
             self.assertEqual(len(re.findall("^varpre-check: huge(?:/THERMO)?: Cannot allocate memory$", result.stderr, re.M)), int(result.returncode == 2))
-        self.assertEqual(judged, {12})
+        self.assertEqual(judged, set() if "AddressSanitizer" in result.stderr else {12})
         shutil.rmtree(self.root / huge)
         self.case("huge")
         limits = ["bash", "-c", "ulimit -u 1; exec \"$@\"", "bash", PROGRAM, "--jobs", "9"]
         if os.geteuid() == 0 and shutil.which("setpriv"):  # the limit does not hold for who may have more
             os.chmod(self.root, 0o755)
             limits = ["setpriv", "--reuid=65534", "--clear-groups", *limits]
-        limited = subprocess.run([*limits, *names], cwd=self.root, capture_output=True, text=True, timeout=120)
+        environment = os.environ | {"ASAN_OPTIONS": "detect_leaks=0"}  # which needs a thread
+        limited = subprocess.run([*limits, *names], cwd=self.root, env=environment, capture_output=True, text=True, timeout=120)
         if limited.returncode != 126:  # who is limited need not be able to start it
             self.assertEqual((limited.stdout, limited.stderr, limited.returncode), (whole, "", 0))
 
