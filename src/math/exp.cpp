@@ -80,9 +80,8 @@ struct Logarithm {
 
 // With r = c z - 1, exact, as in log(): ln(1 + r) = r - r^2/2 + r^3 C, C = 1/3 - r/4 + ... With the 26
 // leading bits a of r = a + b, a^2/2 is exact, and r^2/2 - a^2/2 = b (a + r)/2 is below 2^-35 |r|. The
-// errors: of r^3 C, its sum with the others and what is left out, r^10/10: together below |r|^3 2^-51; of b
-// (a + r)/2, below |r| 2^-86; of the rest, below
-// (|high| + |r|) 2^-86, as there.
+// errors: of r^3 C, its sum with the others and what is left out, r^10/10: together below |r|^3 2^-51; of
+// b (a + r)/2, below |r| 2^-86; of the rest, below (|high| + |r|) 2^-86, as there.
 Logarithm logarithm(double x) {
   const bool is_normal = x >= std::numeric_limits<double>::min();
   const LogArgument argument(std::bit_cast<std::uint64_t>(is_normal ? x : x * 0x1p52));
