@@ -2,13 +2,11 @@
 
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <new>
 #include <stdexcept>
 #include <system_error>
 
-#include "textio/channel/file_name.h"
-#include "textio/channel/process.h"
+#include "textio/channel/directory.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/check/baseline.h"
 
@@ -83,14 +81,6 @@ void make_run(DirectoryRun& run, Wanted wanted, const Baseline* baseline) {
 }
 
 }  // namespace
-
-void require_directory(const std::string& directory) {
-  const auto status = std::filesystem::status(path_of(directory));
-  if (status.type() != std::filesystem::file_type::directory) {
-    throw_system_error(exists(status) ? ENOTDIR : ENOENT, directory);
-  }
-  if (const int error = error_of_access(directory); error != 0) throw_system_error(error, directory);
-}
 
 DirectoryRun run_in_directory(const std::string& directory, Wanted findings, const Baseline* baseline) {
   DirectoryRun run;

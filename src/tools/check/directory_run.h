@@ -31,9 +31,6 @@ struct DirectoryRun {
 // Which findings a program wants as data.
 enum class Wanted { none, all };
 
-// Throws std::system_error unless inputs can be looked for in the directory.
-void require_directory(const std::string& directory);
-
 // Makes the whole run with the inputs of a directory, without writing anything there. All findings as data
 // when they are wanted, or when a baseline is given, whose known warnings the diagnostics then leave out.
 // Does not throw for what the directory holds, nor for lack of memory.

@@ -130,6 +130,10 @@ class Holder {
     if (reaction.FALL.back() != 0) {
       return no("its fifth falloff parameter is not 0", "the format has Troe's a, T3, T1 and T2 only");
     }
+    if (reaction.FALL[6] == 0 && (reaction.FALL[3] != 0 || reaction.FALL[4] != 0 || reaction.FALL[5] != 0)) {
+      return no("its T** of 0 adds 1 to the Fc of Troe",
+                "the format has no such term: 1.0E+30 means that there is none");
+    }
     if (held.partner == 0 || data_.efficiencies.of_others != 0) return true;
     const auto& row = at(data_.efficiencies.EFF, held.partner);
     if (std::find(row.begin(), row.end(), 0.0) == row.end()) return true;

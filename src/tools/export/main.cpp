@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "driver/run.h"
+#include "textio/channel/directory.h"
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
-#include "tools/check/directory_run.h"
 #include "tools/export/mechanism_yaml.h"
 
 namespace {

@@ -4,70 +4,15 @@
 #include <cmath>
 
 #include "tools/import/chemkin_equation.h"
+#include "tools/import/chemkin_words.h"
 #include "tools/import/completion.h"
-#include "tools/import/units.h"
+#include "tools/import/equal_reactions.h"
 
 namespace varpre {
 namespace {
 
 constexpr double bar_per_atm = 1.01325;
 constexpr std::size_t longest_reaction = 4000;  // characters, with the lines that go on
-
-// The units of A and E.
-struct RateUnits {
-  Unit energy = *parse_unit("cal/mol");
-  bool molecules = false;  // else moles
-};
-
-// Sets what a word of a REACTIONS line, or of UNITS, says. False when it says nothing.
-bool set_unit(const std::string& word, RateUnits& units) {
-  struct Known {
-    std::string_view start;  // of the word: so many letters are enough
-    const char* unit;        // of the energy; none for an amount
-    bool molecules;
-  };
-  static constexpr std::array<Known, 8> known{{{"CAL", "cal/mol", false},
-                                               {"KCAL", "kcal/mol", false},
-                                               {"JOUL", "J/mol", false},
-                                               {"KJOU", "kJ/mol", false},
-                                               {"KELV", "K", false},
-                                               {"EVOL", "eV", false},
-                                               {"MOLEC", nullptr, true},
-                                               {"MOLE", nullptr, false}}};
-  const auto found =
-      std::find_if(known.begin(), known.end(), [&](const Known& k) { return word.starts_with(k.start); });
-  if (found == known.end()) return false;
-  if (found->unit != nullptr) {
-    units.energy = *parse_unit(found->unit);
-  } else {
-    units.molecules = found->molecules;
-  }
-  return true;
-}
-
-// What lines behind a reaction can say.
-constexpr std::array<std::string_view, 26> keywords{
-    "DUPLICATE", "LOW",  "HIGH", "TROE",  "SRI",   "REV", "PLOG", "TCHEB", "PCHEB",
-    "CHEB",      "FORD", "RORD", "UNITS", "LT",    "RLT", "JAN",  "FIT1",  "HV",
-    "TDEP",      "EXCI", "MOME", "XSMI",  "STICK", "COV", "MWON", "MWOFF"};
-
-// The keyword of a word: three letters are enough where no other has them, and of longer words the first
-// four.
-std::string_view keyword_of(std::string_view word) {
-  const std::string capitals = in_capitals(std::string(word));
-  std::string_view found;
-  int matches = 0;
-  for (const std::string_view keyword : keywords) {
-    if (capitals == keyword) return keyword;
-    const bool is_start = capitals.size() >= 3 && keyword.starts_with(capitals);
-    const bool begins_alike =
-        capitals.size() > 4 && keyword.size() > 4 && keyword.starts_with(capitals.substr(0, 4));
-    if (!is_start && !begins_alike) continue;
-    found = keyword;
-    ++matches;
-  }
-  return matches == 1 ? found : std::string_view();
-}
 
 // One thing that a line behind a reaction says.
 struct Said {
@@ -83,20 +28,13 @@ struct ReactionLines {
   std::vector<ChemkinLine> further;
 };
 
-// A reaction that was read, for the search for equal ones.
-struct Seen {
-  Place place;
-  bool reversible;
-  bool duplicate;
-};
-
 // What the reactions of a section share.
 struct ReactionSection {
   RateUnits units;
   bool on_surface = false;
-  std::optional<bool> Motz_Wise;                  // MWON or MWOFF
-  bool uses_Motz_Wise = false;                    // some coefficient goes without a word of its own
-  std::map<std::string, std::vector<Seen>> seen;  // by the two sides and the form
+  std::optional<bool> Motz_Wise;  // MWON or MWOFF
+  bool uses_Motz_Wise = false;    // some coefficient goes without a word of its own
+  EqualReactions equal;
 };
 
 class ReactionReader {
@@ -118,7 +56,8 @@ class ReactionReader {
       return;
     }
     if (!read_efficiencies() || !read_law() || !read_coverage()) return;
-    compare_with_others();
+    section_.equal.add(reaction_, reaction_.reversible && said("REV") == nullptr,
+                       (has_falloff() ? "f" : "") + equation_.partner, import_.findings);
     take();
   }
 
@@ -182,8 +121,9 @@ class ReactionReader {
       return true;
     }
     if (keyword.empty())
-      return fail(said.place(), message("'", said.item.word.text, "' behind a reaction is not understood"),
-                  Nearest(said.item.word.text).offer_all(keywords).offer_all(import_.declared).help());
+      return fail(
+          said.place(), message("'", said.item.word.text, "' behind a reaction is not understood"),
+          Nearest(said.item.word.text).offer_all(reaction_keywords).offer_all(import_.declared).help());
     said_[keyword].push_back(said);
     return true;
   }
@@ -441,8 +381,7 @@ class ReactionReader {
     if (troe == nullptr) return true;
     const auto values = numbers_of(*troe, 3, 4);
     if (!values) return false;
-    constexpr double none = 1.0E30;  // exp(-T**/T) is 0
-    reaction_.Troe = {(*values)[0], (*values)[1], (*values)[2], values->size() == 4 ? (*values)[3] : none};
+    reaction_.Troe = {(*values)[0], (*values)[1], (*values)[2], values->size() == 4 ? (*values)[3] : 0};
     return true;
   }
 
@@ -567,42 +506,6 @@ class ReactionReader {
     GlobalReaction global{reaction_.place, reaction_.equation, equation_.educts, equation_.products,
                           rate(numbers_[0], numbers_[1], numbers_[2], forward_order(0))};
     take_global_reaction(std::move(global), reaction_.orders, import_);
-  }
-
-  // The sides in one order, and the form, by which equal reactions are found.
-  std::string key(bool forward) const {
-    std::string text;
-    for (const auto* const side : forward ? std::array{&reaction_.educts, &reaction_.products}
-                                          : std::array{&reaction_.products, &reaction_.educts}) {
-      Names names = *side;
-      std::sort(names.begin(), names.end());
-      for (const std::string& name : names) text.append(name).append(" ");
-      text += '=';
-    }
-    return text + (has_falloff() ? "f" : "") + equation_.partner;
-  }
-
-  // Reports an earlier equal reaction where not both are marked.
-  void compare_with_others() {
-    const bool reversible = reaction_.reversible && said("REV") == nullptr;
-    const auto compare = [&](const std::string& other, bool forward) {
-      const auto found = section_.seen.find(other);
-      if (found == section_.seen.end()) return;
-      for (const Seen& seen : found->second) {
-        if ((seen.duplicate && reaction_.duplicate) || (!forward && !seen.reversible && !reversible))
-          continue;
-        import_.findings.error(
-            reaction_.place, "the reaction, or its reverse, is in the file already",
-            message("the other one stands in line ", seen.place.unit->origin(seen.place.record).line,
-                    "; if both are meant, DUPLICATE stands behind each"));
-        return;
-      }
-    };
-    const std::string forward = key(true);
-    const std::string backward = key(false);
-    compare(forward, true);
-    if (backward != forward) compare(backward, false);
-    section_.seen[forward].push_back({reaction_.place, reversible, reaction_.duplicate});
   }
 
   void take() {

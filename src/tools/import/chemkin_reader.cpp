@@ -5,7 +5,6 @@
 
 #include "tools/import/chemkin_reactions.h"
 #include "tools/import/chemkin_thermo.h"
-#include "tools/import/chemkin_transport.h"
 #include "tools/import/completion.h"
 
 namespace varpre {
@@ -69,11 +68,6 @@ class MechanismReader {
            sections_of(files_.open(options_.thermo), Kind::thermo, findings())) {
         if (section.kind == Kind::thermo) thermo_.add(section, findings());
       }
-    }
-    if (options_.transport.empty() || !molecules_.empty()) return;
-    for (const ChemkinSection& section :
-         sections_of(files_.open(options_.transport), Kind::transport, findings())) {
-      if (section.kind == Kind::transport) transport_.add(section);
     }
   }
 

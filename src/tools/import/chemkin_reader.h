@@ -5,10 +5,10 @@
 
 namespace varpre {
 
-// Reads a mechanism in CHEMKIN format, with the files of thermochemistry, transport data and of the surface
-// that the options name; `molecules` are transport data of a file that is not of this format. What cannot be
-// read or held is reported; the mechanism is whole only when there is no error among the findings. Throws
-// std::runtime_error when a file cannot be read.
+// Reads a mechanism in CHEMKIN format, with the files of thermochemistry and of the surface that the
+// options name; `molecules` are transport data from elsewhere. What cannot be read or held is reported; the
+// mechanism is whole only when there is no error among the findings. Throws std::runtime_error when a file
+// cannot be read.
 ImportedMechanism read_chemkin_mechanism(const ImportOptions& options, SourceFiles& files,
                                          const Molecules& molecules, Findings& findings);
 

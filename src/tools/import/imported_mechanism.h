@@ -71,7 +71,7 @@ struct ImportedReaction {
   bool duplicate = false;
   RateLaw law;                                // of a falloff reaction that at high pressure
   std::optional<ArrheniusRate> low_pressure;  // of a falloff reaction
-  std::array<double, 4> Troe{};               // a, T***, T*, T**; all zero: Lindemann
+  std::array<double, 4> Troe{};  // a, T***, T*, T** (0: its term is missing); all zero: Lindemann
   std::optional<CoverageDependence> coverage;
   std::optional<Efficiencies> efficiencies;  // of a reaction with a collision partner
 
@@ -119,6 +119,7 @@ struct Deviation {
   void take(double other, double T, const std::string& what) {
     if (other > size) *this = {other, T, what};
   }
+  bool operator==(const Deviation&) const = default;
 };
 
 // What was fitted to something else, for the summary.

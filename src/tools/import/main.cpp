@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "driver/run.h"
 #include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
-#include "tools/check/directory_run.h"
 #include "tools/import/input_writer.h"
 #include "tools/import/mechanism_file.h"
 #include "tools/import/mixtures.h"
@@ -94,6 +94,11 @@ std::string any_molecules(const varpre::ImportedMechanism& mechanism) {
   return text;
 }
 
+varpre::Verification compared(const Arguments& arguments, const varpre::ImportedMechanism& mechanism,
+                              const varpre::RunData& data) {
+  return varpre::verify(mechanism, arguments.import.pressure.value_or(1), data);
+}
+
 // Runs the texts in memory and compares what the program reads from them with the mechanism.
 varpre::Verification verify(const Arguments& arguments, const varpre::ImportedMechanism& mechanism,
                             const varpre::InputTexts& texts) {
@@ -105,7 +110,7 @@ varpre::Verification verify(const Arguments& arguments, const varpre::ImportedMe
   const auto data = std::make_unique<varpre::RunData>();
   const varpre::RunResult run = varpre::run(files, *data);
   if (run.errors > 0) tell(run.diagnostics);
-  return varpre::verify(mechanism, arguments.import.pressure.value_or(1), *data);
+  return compared(arguments, mechanism, *data);
 }
 
 void list_molecules_needed(const varpre::ImportedMechanism& mechanism) {
@@ -119,18 +124,23 @@ void list_molecules_needed(const varpre::ImportedMechanism& mechanism) {
   std::puts(text.c_str());
 }
 
-// Runs what was imported, without writing anything. The exit status.
-int try_run(const Arguments& arguments, const varpre::ImportedMechanism& mechanism, bool own_conditions) {
+// Runs what was imported, without writing anything, and compares what the program reads from the files with
+// what it read from the texts. The exit status.
+int try_run(const Arguments& arguments, const varpre::ImportedMechanism& mechanism,
+            const varpre::Verification* verification, bool own_conditions) {
   if (arguments.import.without_transport && !exists(path_in(arguments, "MOLNEW"))) {
     list_molecules_needed(mechanism);
     return 0;
   }
-  const varpre::DirectoryRun run = varpre::run_in_directory(arguments.directory, varpre::Wanted::none);
-  if (!run.fault.empty()) throw std::runtime_error(run.fault);
-  tell(run.result.diagnostics);
-  const bool complete = run.result.errors == 0 && run.result.store_state == "complete";
-  std::printf("varpre: %s; store file %s\n", varpre::summary(run.result.errors, run.result.warnings).c_str(),
-              run.result.store_state.c_str());
+  varpre::Files files = varpre::Files::in_directory(arguments.directory);
+  const auto data = std::make_unique<varpre::RunData>();
+  const varpre::RunResult run = varpre::run(files, *data);
+  tell(run.diagnostics);
+  const bool complete = run.errors == 0 && run.store_state == "complete";
+  std::printf("varpre: %s; store file %s\n", varpre::summary(run.errors, run.warnings).c_str(),
+              run.store_state.c_str());
+  if (own_conditions && verification != nullptr && !(compared(arguments, mechanism, *data) == *verification))
+    throw std::runtime_error("the files that were written are not read as what they were made of");
   if (!complete && !own_conditions)
     std::puts("the INP that was there does not fit the new files: see the errors above");
   return complete ? 0 : not_held;
@@ -184,7 +194,7 @@ int write_mechanism(const Arguments& arguments, const varpre::SourceFiles& sourc
   const bool own_conditions = !exists(path_in(arguments, "INP"));
   write_files(arguments, sources, texts);
   for (const std::string& line : lines) std::puts(varpre::for_terminal(line).c_str());
-  return try_run(arguments, mechanism, own_conditions);
+  return try_run(arguments, mechanism, verification.get(), own_conditions);
 }
 
 int import(Arguments& arguments) {

@@ -10,20 +10,8 @@
 namespace varpre {
 namespace {
 
-bool is_yaml(const std::string& path) {
-  return path.ends_with(".yaml") || path.ends_with(".yml");
-}
-
 [[noreturn]] void fail(const std::string& file, const std::string& reason) {
   throw std::runtime_error(file + ": " + reason);
-}
-
-// Reads the transport data of another file, but for the lines of a mechanism in CHEMKIN format, which its
-// reader reads.
-Molecules read_molecules(const ImportOptions& options, bool chemkin, SourceFiles& sources, YamlFiles& files,
-                         Findings& findings) {
-  if (options.transport.empty() || (chemkin && !is_yaml(options.transport))) return {};
-  return read_transport_file(options.transport, sources, files, findings);
 }
 
 }  // namespace
@@ -41,7 +29,9 @@ ImportedMechanism read_mechanism(const ImportOptions& options, const std::vector
   if (!chemkin && !(options.thermo.empty() && options.surface_file.empty()))
     fail(options.file, "--thermo and --surface-file belong to a file in CHEMKIN format; this is none");
   YamlFiles files(sources, include, findings);
-  const Molecules molecules = read_molecules(options, chemkin, sources, files, findings);
+  const Molecules molecules = options.transport.empty()
+                                  ? Molecules()
+                                  : read_transport_file(options.transport, sources, files, findings);
   return chemkin ? read_chemkin_mechanism(options, sources, molecules, findings)
                  : read_yaml_mechanism(options, files, molecules, findings);
 }

@@ -144,11 +144,9 @@ std::optional<std::array<double, 4>> read_troe(const Value& entry) {
   if (!Troe) return parameters;
   Troe.check_names({"A", "T3", "T1", "T2"});
   const Unit& usual = Troe.units().temperature;
-  // Without its last parameter the form lacks a term, exp(-T**/T), which vanishes where T** is large.
-  constexpr double no_term = 1.0E30;
   const std::array values{Troe.require("A").number(), Troe.require("T3").quantity(usual, kelvin),
                           Troe.require("T1").quantity(usual, kelvin),
-                          Troe["T2"] ? Troe["T2"].quantity(usual, kelvin) : std::optional(no_term)};
+                          Troe["T2"] ? Troe["T2"].quantity(usual, kelvin) : std::optional(0.0)};
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (!values[i]) return std::nullopt;
     parameters[i] = *values[i];

@@ -22,7 +22,7 @@ std::optional<ArrheniusRate> read_arrhenius(const Value& entry, const char* name
 std::optional<StickingRate> read_sticking(const Value& entry);  // its coefficient
 std::optional<std::vector<RatesAtPressure>> read_pressure_table(const Value& entry, const RateOrder& order);
 std::optional<ChebyshevRate> read_chebyshev(const Value& entry, const RateOrder& order);
-// a, T***, T*, T** of a falloff reaction; all zero when it has none of them.
+// a, T***, T*, T** of a falloff reaction, 0 where it has none of them.
 std::optional<std::array<double, 4>> read_troe(const Value& entry);
 
 }  // namespace varpre

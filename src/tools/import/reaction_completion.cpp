@@ -23,6 +23,7 @@ class Completion {
 
   bool take() {
     drop_bulk_species();
+    settle_Troe();
     if (!has_room() || !settle_law() || !settle_orders() || !is_finite()) return false;
     auto& list = on_surface_ ? import_.mechanism.surface_reactions : import_.mechanism.gas_reactions;
     if (!needs_own_reverse()) {
@@ -56,6 +57,13 @@ class Completion {
     };
     drop(reaction_.educts, reaction_.bulk_educts);
     drop(reaction_.products, reaction_.bulk_products);
+  }
+
+  // Without its last parameter the form lacks a term, exp(-T**/T), which vanishes where T** is large.
+  void settle_Troe() {
+    auto& [a, T3, T1, T2] = reaction_.Troe;
+    constexpr double no_term = 1.0E30;
+    if (T2 == 0 && (a != 0 || T3 != 0 || T1 != 0)) T2 = no_term;
   }
 
   bool has_room() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "files/keywords.h"
 #include "files/partners.h"
@@ -48,16 +49,33 @@ std::string raised(const std::string& name) {
   return in_capitals(name.substr(0, end)) + name.substr(end);
 }
 
-// The first name of this kind that is free: cut, and with a number where that is taken.
-std::string free_name(const std::string& name, const std::set<std::string>& taken) {
-  const std::string text = raised(cleaned(name));
-  std::string candidate = text.substr(0, longest);
-  for (int number = 2; taken.count(in_capitals(candidate)) > 0 || !is_usable(candidate); ++number) {
-    const std::string end = message("_", number);
-    candidate = text.substr(0, longest - end.size()) + end;
+// Gives names that are taken or cannot be held the first of their kind that is free.
+class FreeNames {
+ public:
+  // Whether the name was free; it is taken now.
+  bool take(const std::string& name) { return taken_.insert(in_capitals(name)).second; }
+
+  // Takes the name cut, with a number where that is taken. The numbers that were tried before with the same
+  // beginning are not tried again: thousands of names may differ behind the cut only.
+  std::string take_like(const std::string& name) {
+    const std::string text = raised(cleaned(name));
+    std::string candidate = text.substr(0, longest);
+    if (is_usable(candidate) && take(candidate)) return candidate;
+    int first = 2;
+    for (std::size_t digits = 1;; ++digits, first = 10 * (first == 2 ? 1 : first)) {
+      const std::string begin = text.substr(0, longest - digits - 1);
+      int& number = next_.try_emplace({digits, begin}, first).first->second;
+      while (message(number).size() == digits) {
+        candidate = message(begin, "_", number++);
+        if (is_usable(candidate) && take(candidate)) return candidate;
+      }
+    }
   }
-  return candidate;
-}
+
+ private:
+  std::set<std::string> taken_;
+  std::map<std::pair<std::size_t, std::string>, int> next_;  // numbers, by their digits and what they follow
+};
 
 }  // namespace
 
@@ -68,19 +86,15 @@ std::string in_capitals(std::string text) {
 
 std::map<std::string, SpeciesName> short_names(std::span<const std::string> names) {
   std::map<std::string, SpeciesName> result;
-  std::set<std::string> taken;
+  FreeNames free;
   for (const bool in_capitals_already : {true, false}) {
     for (const std::string& name : names) {
       const bool now = (name == raised(name)) == in_capitals_already;
-      if (now && is_usable(raised(name)) && taken.insert(in_capitals(name)).second)
-        result[name] = raised(name);
+      if (now && is_usable(raised(name)) && free.take(name)) result[name] = raised(name);
     }
   }
   for (const std::string& name : names) {
-    if (result.count(name) > 0) continue;
-    const std::string chosen = free_name(name, taken);
-    taken.insert(in_capitals(chosen));
-    result[name] = chosen;
+    if (result.count(name) == 0) result[name] = free.take_like(name);
   }
   return result;
 }

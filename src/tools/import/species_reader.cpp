@@ -319,13 +319,18 @@ std::optional<ImportedMolecule> read_molecule(const Value& transport) {
 
 Molecules read_transport_file(const std::string& path, SourceFiles& sources, YamlFiles& files,
                               Findings& findings) {
-  if (!path.ends_with(".yaml") && !path.ends_with(".yml"))
-    return read_transport_text(sources.open(path), findings);
   Molecules molecules;
+  if (!path.ends_with(".yaml") && !path.ends_with(".yml")) {
+    constexpr auto transport = ChemkinSection::Kind::transport;
+    for (const ChemkinSection& section : sections_of(sources.open(path), transport, findings)) {
+      if (section.kind == transport) molecules.lines.add(section);
+    }
+    return molecules;
+  }
   for (const Value& entry : files.open(path)["species"].items()) {
     const Value transport = entry["transport"];
     const auto molecule = transport["model"].string() == "gas" ? read_molecule(transport) : std::nullopt;
-    if (molecule) molecules[in_capitals(entry["name"].string().value_or(""))] = *molecule;
+    if (molecule) molecules.by_name[in_capitals(entry["name"].string().value_or(""))] = *molecule;
   }
   return molecules;
 }

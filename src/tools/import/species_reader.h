@@ -15,8 +15,8 @@ std::optional<ImportedSpecies> read_species(const Value& entry, KnownSpecies::Ph
 // Reads the transport data of an entry, of the model for gases. None after an error.
 std::optional<ImportedMolecule> read_molecule(const Value& transport);
 
-// Reads the transport data of another file: the species of a YAML file, or a text (transport_file.h). Throws
-// when it cannot be read.
+// Reads the transport data of another file: the species of a YAML file, or lines of a text, which are
+// read when a species asks for its own. Throws when it cannot be read.
 Molecules read_transport_file(const std::string& path, SourceFiles& sources, YamlFiles& files,
                               Findings& findings);
 

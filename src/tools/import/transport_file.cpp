@@ -1,60 +1,72 @@
 #include "tools/import/transport_file.h"
 
-#include <algorithm>
-
-#include "textio/record/number_format.h"
-#include "tools/import/short_names.h"
+#include <array>
+#include <cmath>
 
 namespace varpre {
 namespace {
 
-std::vector<std::string_view> words_of(std::string_view line) {
-  std::vector<std::string_view> words;
-  line = line.substr(0, line.find('!'));
-  constexpr std::string_view blanks = " \t";
-  while (true) {
-    line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
-    if (line.empty()) return words;
-    words.push_back(line.substr(0, line.find_first_of(blanks)));
-    line.remove_prefix(words.back().size());
-  }
+constexpr std::size_t numbers_of_a_line = 6;
+
+// A comment of MOLNEW, or the mark at its end.
+bool is_comment(std::string_view word) {
+  return word.starts_with("----") || word.starts_with("****");
 }
 
-std::optional<ImportedMolecule> molecule_of(std::vector<std::string_view> words) {
-  std::vector<double> numbers;
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    const auto number = read_free_real(words[i]);
-    if (!number) return std::nullopt;
-    numbers.push_back(*number);
-  }
-  if (numbers.size() == 7) numbers.erase(numbers.begin() + 1);  // the molar mass
-  if (numbers.size() != 6) return std::nullopt;
-  const auto geometry = static_cast<int>(numbers[0]);
-  if (geometry < 0 || geometry > 2 || geometry != numbers[0]) return std::nullopt;
-  return ImportedMolecule{geometry, numbers[1], numbers[2], numbers[3], numbers[4], numbers[5]};
+// Whether the third word of a line is the molar mass of the species, as in MOLNEW.
+bool holds_molar_mass(const std::vector<Word>& words, const ImportedSpecies& species) {
+  const double mass = molar_mass(species);
+  const auto value = words.size() == numbers_of_a_line + 2 ? chemkin_number(words[2].text) : std::nullopt;
+  constexpr double tolerance = 0.005;
+  return value && std::abs(static_cast<double>(*value) - mass) < tolerance * mass;
 }
 
 }  // namespace
 
-Molecules read_transport_text(const Input& file, Findings& findings) {
-  Molecules molecules;
-  file.for_each_record([&](int record, std::string_view line) {
-    const std::vector<std::string_view> words = words_of(line);
-    const auto starts = [&](std::string_view word) {
-      return in_capitals(std::string(words.front())).starts_with(word);
-    };
-    if (words.empty() || starts("----") || starts("****") ||
-        (words.size() < 3 && (starts("TRAN") || starts("END"))))
-      return;
-    if (const auto molecule = molecule_of(words)) {
-      molecules[in_capitals(std::string(words.front()))] = *molecule;
-    } else {
-      findings.error({&file, record, 1, static_cast<int>(std::max<std::size_t>(line.size(), 1))},
-                     "this is no line of transport data",
-                     "a name, the geometry 0, 1 or 2, and five numbers, or six as in MOLNEW, are due here");
+void TransportLines::add(const ChemkinSection& section) {
+  for (const ChemkinLine& line : section.lines) {
+    const Word name = words_of(line.text).front();
+    if (is_comment(name.text)) continue;
+    const auto [entry, first] = lines_.add(std::string(name.text), {line, {}});
+    if (!first) entry.repeated.push_back(line.place(name));
+  }
+}
+
+std::optional<ImportedMolecule> TransportLines::read(const ImportedSpecies& species,
+                                                     Findings& findings) const {
+  const auto& [line, repeated] = *lines_.find(species.name);
+  for (const Place& place : repeated) {
+    findings.warning(place, message("this line of ", species.name, " is not read: the first one counts"));
+  }
+  std::vector<Word> words = words_of(line.text);
+  if (holds_molar_mass(words, species)) words.erase(words.begin() + 2);
+  if (words.size() <= numbers_of_a_line) {
+    findings.error(line.place(),
+                   message("the transport data of ", species.name, " are six numbers, not ",
+                           static_cast<int>(words.size()) - 1),
+                   "geometry, well depth, diameter, dipole moment, polarizability, collision number");
+    return std::nullopt;
+  }
+  const auto place_of = [&line = line](const Word& word) { return line.place(word); };
+  std::array<double, numbers_of_a_line> values{};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const auto value = chemkin_number(words[i + 1].text);
+    if (!value) {
+      findings.error(place_of(words[i + 1]), message("'", words[i + 1].text, "' is not a number"));
+      return std::nullopt;
     }
-  });
-  return molecules;
+    values[i] = static_cast<double>(*value);
+  }
+  if (values[0] != 0 && values[0] != 1 && values[0] != 2) {
+    findings.error(place_of(words[1]), message("'", words[1].text, "' is no geometry"),
+                   "0 for an atom, 1 for a linear molecule, 2 for others");
+    return std::nullopt;
+  }
+  if (words.size() > numbers_of_a_line + 1) {
+    findings.warning(place_of(words[numbers_of_a_line + 1]),
+                     message("what stands behind the six numbers of ", species.name, " is not read"));
+  }
+  return ImportedMolecule{static_cast<int>(values[0]), values[1], values[2], values[3], values[4], values[5]};
 }
 
 void settle_transport(const Molecules& molecules, const Place& file, Import& import) {
@@ -63,21 +75,23 @@ void settle_transport(const Molecules& molecules, const Place& file, Import& imp
   auto& gas = import.mechanism.gas;
   for (ImportedSpecies& species : gas) {
     if (species.molecule) continue;
-    const auto found = molecules.find(in_capitals(species.name));
-    if (found == molecules.end()) {
-      missing.push_back(species.name);
-    } else {
+    const auto found = molecules.by_name.find(in_capitals(species.name));
+    if (found != molecules.by_name.end()) {
       species.molecule = found->second;
+    } else if (molecules.lines.has(species.name)) {
+      species.molecule = molecules.lines.read(species, import.findings);
+    } else {
+      missing.push_back(species.name);
     }
+    if (!species.molecule) import.known[species.name].fate = KnownSpecies::Fate::left_out;
   }
+  std::erase_if(gas, [](const ImportedSpecies& species) { return !species.molecule; });
+  for (std::size_t i = 0; i < gas.size(); ++i) import.known[gas[i].name].index = i;
   if (missing.empty()) return;
   import.refuse(
       file, message(static_cast<int>(missing.size()), " species without transport data"),
       message(list_of(missing)),
       "--transport names a file that has them; --without-transport takes none, and MOLNEW is yours then");
-  for (const std::string& name : missing) import.known[name].fate = KnownSpecies::Fate::left_out;
-  std::erase_if(gas, [](const ImportedSpecies& species) { return !species.molecule; });
-  for (std::size_t i = 0; i < gas.size(); ++i) import.known[gas[i].name].index = i;
 }
 
 }  // namespace varpre

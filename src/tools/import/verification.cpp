@@ -60,6 +60,7 @@ class Verifier {
       }
       numbers_[all[i].name] = number;
       compare_thermo(all[i], at(data_.species.fit, number));
+      if (all[i].molecule) compare_molecule(all[i], i);
       ++result_.species;
     }
   }
@@ -82,6 +83,20 @@ class Verifier {
       result_.h.take(std::abs(found.h - meant.h), T, species.name);
       result_.s.take(difference(found.s, meant.s), T, species.name);
     }
+  }
+
+  void compare_molecule(const ImportedSpecies& species, std::size_t index) {
+    if (index >= data_.molecules.size())
+      return fault(message("species ", species.name, " has no transport data"));
+    const Molecule& found = data_.molecules[index];
+    const ImportedMolecule& meant = *species.molecule;
+    for (const auto& [value, wanted] : {std::pair<double, double>(found.IGEOM, meant.geometry),
+                                        {found.EPS, meant.well_depth},
+                                        {found.SIGMA, meant.diameter},
+                                        {found.DI1, meant.dipole},
+                                        {found.DI2, meant.polarizability},
+                                        {found.DI3, meant.rotational_relaxation}})
+      result_.molecule.take(difference(value, wanted), fit_low, species.name);
   }
 
   void compare_mechanism(const std::vector<ImportedReaction>& meant, const Mechanism& found,
@@ -322,6 +337,7 @@ std::vector<std::string> summary_lines(const ImportedMechanism& mechanism, const
   lines.push_back(message("compared with the file from 300 to 2500 K: ", told("rates", v.rate)));
   lines.push_back(message("  ", told("equilibria", v.equilibrium), ", ", told("cp", v.cp)));
   lines.push_back(message("  ", told("h/RT", v.h), ", ", told("s", v.s)));
+  if (v.molecule.size > 0) lines.push_back(message("  ", told("transport data", v.molecule)));
   if (!v.reverse.of.empty())
     lines.push_back(message("  ", told("reverse rates that varpre fits from equilibrium", v.reverse)));
   return lines;

@@ -19,7 +19,10 @@ struct Verification {
   Deviation cp;
   Deviation h;  // of RT
   Deviation s;
+  Deviation molecule;               // of transport data
   std::vector<std::string> faults;  // what is not the same at all
+
+  bool operator==(const Verification&) const = default;
 };
 
 // Compares a mechanism with what a run read from the files that were written of it. The values of the

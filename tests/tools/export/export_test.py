@@ -160,6 +160,7 @@ class Export(unittest.TestCase):
         self.assertIn("surface", [p["name"] for p in file["phases"]])
         file = self.refused(h2o2, ("MEC", "TROE\n", ""), says="count 0", place="MEC", left_out="reaction 2 O + M <=> O2 + M")
         self.assertNotIn("2 O + M <=> O2 + M", [r["equation"] for r in file["reactions"]])
+        self.refused(pt, ("MEC", "9.0000E+04  1.0000E+04", "9.0000E+04  0.0000E+00"), says="its T** of 0", place="MEC")
         every = PROJECT / "docs/every-section"
         self.refused(every, says='"@" record', place="MEC")
 

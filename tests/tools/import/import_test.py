@@ -166,15 +166,17 @@ class Import(unittest.TestCase):
   low-P-rate-constant: {A: 2.3e+18, b: -0.9, Ea: -7.1}
   high-P-rate-constant: {A: 7.4e+13, b: -0.37, Ea: 0.0}
 """
+        without_T2 = "  Troe: {A: 0.7346, T3: 94.0, T1: 1756.0}\n"
         lindemann = falloff.replace("H2O + O (+M)", "H2O2 (+M)").replace("- equation", "\n- equation")
         peroxide = [species("H2O2", "{H: 2, O: 2}", transport=TRANSPORT % "nonlinear")]
         result = self.good(mechanism(PLAIN + lindemann + lindemann.replace("H2O2 (+M)", "H2O2 (+AR)").replace("(+ M)", "(+AR)") +
                                      lindemann.replace("2 OH (+ M) <=> H2O2 (+M)", "2 O (+M) => O2 (+M)") +
-                                     "  Troe: {A: 0.7346, T3: 94.0, T1: 1756.0}\n  efficiencies: {" + efficiencies + "}\n"
+                                     without_T2 + "  efficiencies: {" + efficiencies + "}\n" +
+                                     lindemann.replace("2 OH (+ M) <=> H2O2 (+M)", "H + OH (+M) => H2O (+M)") + without_T2.replace("}", ", T2: 0}") +
                                      "- equation: 2 H + M = H2 + M\n  rate-constant: [1e18, -1, 0]\n  default-efficiency: 0\n"
                                      "  efficiencies: {H2: 2, AR: 0.5}\n- equation: H + OH + M = H2O + M\n  rate-constant: [1e18, -1, 0]\n"
                                      "- equation: 2 O + AR <=> O2 + AR\n  rate-constant: {A: 1e17, b: 0, Ea: 0}\n", gas=GAS + peroxide + many))
-        self.assertEqual(result.proof.compared["Troe"], 12)
+        self.assertEqual(result.proof.compared["Troe"], 16)
         self.assertIn("falloff reactions: what the solver makes", result.stderr)
         self.assertEqual(self.run_import(mechanism(PLAIN + lindemann, gas=GAS + peroxide), "--no-falloff").returncode, 1)
         self.refused(mechanism(PLAIN + falloff), says="more than five names", left_out="reaction 2 OH (+ M) <=> H2O + O (+M)")
@@ -278,7 +280,7 @@ class Import(unittest.TestCase):
             self.assertEqual(len(made.splitlines()), 7)
         self.refused(mechanism(gas=bare), "--transport", "tran.dat", says="1 species without transport data: H2O", files={"tran.dat": "O 0 80 2.75 0 0 0\n"})
         broken = self.run_import(mechanism(gas=bare), "--transport", "tran.dat", files={"tran.dat": "O 0 80 x 0 0 0\n"})
-        self.assertIn("tran.dat:1:1: error: this is no line of transport data", broken.stderr)
+        self.assertIn("tran.dat:1:8: error: 'x' is not a number", broken.stderr)
 
     def test_other_thermochemistry_is_fitted(self):
         forms = {"{model: NASA9, temperature-ranges: [200, 1000, 6000], reference-pressure: 1 bar, data: [[2.210371497E+04, -3.818461820E+02, 6.082738360E+00, -8.530914410E-03, 1.384646189E-05, -9.625793620E-09, 2.519705809E-12, 7.108460860E+02, -1.076003744E+01],"

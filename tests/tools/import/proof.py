@@ -440,7 +440,9 @@ class Proof:
         for T in (300.0, 1000.0, 2500.0):
             ratio = found_A / A * T ** (found_b - b) * math.exp((E - found_E) / R / T)
             self.close("low-pressure limit", ratio, 1, (6e-5 if len(str(b)) <= 6 else 2e-3) * (2 + abs(b) * math.log(T) + abs(E) / R / T), where)
-        Troe = {"T2": 1e30, **entry["Troe"]} if "Troe" in entry else {}
+        Troe = {"T2": 0, **entry["Troe"]} if "Troe" in entry else {}
+        if Troe and not float(Troe["T2"]):
+            Troe["T2"] = 1e30
         for a, key in zip(reaction["Troe"], ("A", "T3", "T1", "T2")):
             self.close("Troe", a, float(Troe.get(key, 0)), 6e-3 * abs(a), where)
 
