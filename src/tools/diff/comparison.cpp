@@ -12,6 +12,8 @@ Comparison compare(const StoreData& before, const StoreData& after, double toler
                       match(names_of(before.gas.names), names_of(after.gas.names)),
                       match(names_of(before.surface.names), names_of(after.surface.names)),
                       {},
+                      {},
+                      {},
                       {}};
   compare_species(comparing);
   compare_reactions(comparing);
@@ -21,7 +23,8 @@ Comparison compare(const StoreData& before, const StoreData& after, double toler
                 [&](const Difference& d) { return d.effect.size <= tolerance && tolerance > 0; });
   std::stable_sort(differences.begin(), differences.end(),
                    [](const Difference& a, const Difference& b) { return a.effect.size > b.effect.size; });
-  return {std::move(differences), std::move(comparing.notes)};
+  return {std::move(differences), std::move(comparing.notes), std::move(comparing.gas_reactions),
+          std::move(comparing.surface_reactions)};
 }
 
 }  // namespace varpre

@@ -44,6 +44,9 @@ struct Difference {
 struct Comparison {
   std::vector<Difference> differences;  // the largest effect first
   std::vector<std::string> notes;       // what differs and means nothing: the order of species, of reactions
+  // For each reaction after, of the gas phase and of the surface, which it is before; -1: none.
+  std::vector<int> gas_reactions;
+  std::vector<int> surface_reactions;
 };
 
 // Compares all that two store files hold; what one lacks, since its reading stopped, is left out. A

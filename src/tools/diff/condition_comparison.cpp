@@ -16,7 +16,7 @@ void compare_options(Comparing& comparing) {
     if (before == after) continue;
     const std::string name(trimmed(names[k]));
     Difference difference{"option", name.starts_with("---") ? "slot " + std::to_string(k + 1) : name, {}, {}};
-    add(difference, change_of("", before, after), {another_thing, ""});
+    add(difference, change_of("", number_of(before), number_of(after)), {another_thing, ""});
     add(comparing, difference);
   }
 }
@@ -33,8 +33,9 @@ void compare_values(Comparing& comparing, const std::string& kind, const std::st
                     const std::vector<StoredValue>& before, const std::vector<StoredValue>& after) {
   const Matches matches = match(names_of(before), names_of(after));
   const auto tell = [&](const StoredValue& value, const Told& x, const Told& y, const Effect& effect) {
-    Difference difference{kind, of + value.name, {}, {}};
-    const bool says_more = !value.meaning.starts_with(value.name);
+    const std::string name = value.name.empty() ? "a place that is not used" : value.name;
+    const bool says_more = !value.name.empty() && !value.meaning.starts_with(value.name);
+    Difference difference{kind, of + name, {}, {}};
     add(difference, {says_more ? std::string(value.meaning) : "", x, y, std::string(value.unit)}, effect);
     add(comparing, difference);
   };
@@ -96,7 +97,7 @@ void compare_particles(Comparing& comparing) {
   const StoredParticles& before = *comparing.before.particles;
   const StoredParticles& after = *comparing.after.particles;
   Difference grid{kind, "grid size", {}, {}};
-  add_if_changed(grid, "", before.grid, after.grid);
+  add_if_changed(grid, "", number_of(before.grid), number_of(after.grid));
   add(comparing, grid);
   const Matches species = match(names_of(before.names), names_of(after.names));
   for (std::size_t k = 0; k < before.names.size(); ++k) {

@@ -4,9 +4,11 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <unordered_map>
 
 #include "textio/findings/findings.h"
+#include "textio/record/record.h"
 
 namespace varpre {
 
@@ -42,6 +44,10 @@ bool same(double before, double after) {
   return before == after || (std::isnan(before) && std::isnan(after));
 }
 
+double number_of(int value) {
+  return value == absent_integer ? std::numeric_limits<double>::quiet_NaN() : value;
+}
+
 std::string number_text(double value) {
   if (std::isnan(value)) return "*****";
   std::array<char, 32> text{};
@@ -73,9 +79,10 @@ Effect relative_effect(double before, double after, const std::string& quantity)
   if (same(before, after)) return {};
   if (!std::isfinite(before) || !std::isfinite(after)) return {another_thing, ""};
   const double size = std::abs(after / 2 - before / 2) / std::max(std::abs(before), std::abs(after)) * 2;
-  const std::string text = before * after < 0          ? "another sign"
-                           : before == 0 || after == 0 ? ""
-                                                       : ratio_text(after / before);
+  const std::string text = before * after < 0 ? "another sign"
+                           : before == 0      ? "from 0"
+                           : after == 0       ? "to 0"
+                                              : ratio_text(after / before);
   return {size, text.empty() || quantity.empty() ? text : quantity + " " + text};
 }
 

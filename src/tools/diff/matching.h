@@ -32,6 +32,8 @@ struct Comparing {
   Matches surface;
   std::vector<Difference> differences;
   std::vector<std::string> notes;
+  std::vector<int> gas_reactions;  // as in the comparison
+  std::vector<int> surface_reactions;
 };
 
 // Names as texts.
@@ -44,6 +46,7 @@ std::vector<std::string> names_of(const std::vector<Text<N>>& names) {
 }
 
 bool same(double before, double after);  // of two that are not numbers as well
+double number_of(int value);             // not a number where the file shows asterisks
 std::string number_text(double value);   // the digits that the file has, in the shortest form
 
 // A change of a number, and its relative change; a text for a percentage, or the factor where that is large.

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <map>
 
 #include "tools/diff/mechanisms.h"
 
@@ -31,8 +32,9 @@ class NumbersBefore {
 
   // 0: it is new; negative: it is none at all.
   int operator()(int n) const {
+    if (n < 1) return n == 0 ? -1 : n;
     const int* found = item(numbers_, n - 1);
-    return found ? *found : std::min(-std::abs(n), -1);
+    return found ? *found : -n;
   }
 
  private:
@@ -40,34 +42,25 @@ class NumbersBefore {
 };
 
 bool is_removed(const Matches& matches, int n) {
-  const int* j = item(matches.after, n - 1);
+  const int* j = n < 1 ? nullptr : item(matches.after, n - 1);
   return j && *j < 0;
 }
 
-// The pointers of one list that the other lacks; both are in order.
-Pointers without(const Pointers& pointers, const Pointers& others) {
-  Pointers left;
-  std::set_difference(pointers.begin(), pointers.end(), others.begin(), others.end(),
-                      std::back_inserter(left));
-  return left;
-}
+// The net coefficients of a species in a reaction.
+using Coefficients = std::map<std::array<int, 2>, std::array<Told, 2>>;
 
-// A pointer that only one of the files has.
-void tell(const Mechanisms& both, const std::array<int, 3>& pointer, bool is_gone, const std::string& kind,
-          Comparing& comparing) {
-  const auto& [species, reaction, net] = pointer;
-  const bool is_known = reaction >= 1 && reaction <= both.before.count();
-  Difference difference{
-      kind + " pointers",
-      is_known ? both.before.equation(reaction - 1, false) : "reaction " + std::to_string(reaction),
-      {},
-      {}};
-  const Told coefficient = static_cast<double>(net);
-  add(difference,
-      {"coefficient of " + both.before.name(species), is_gone ? coefficient : Told{},
-       is_gone ? Told{} : coefficient, ""},
-      {another_thing, "another coefficient"});
-  add(comparing, difference);
+// Those that only one of the files has, by reaction and species; both lists are in order.
+Coefficients changed_coefficients(const Pointers& before, const Pointers& after) {
+  Coefficients changed;
+  const auto see = [&](const Pointers& pointers, const Pointers& others, std::size_t side) {
+    Pointers left;
+    std::set_difference(pointers.begin(), pointers.end(), others.begin(), others.end(),
+                        std::back_inserter(left));
+    for (const auto& [species, reaction, net] : left) changed[{reaction, species}][side] = number_of(net);
+  };
+  see(before, after, 0);
+  see(after, before, 1);
+  return changed;
 }
 
 }  // namespace
@@ -89,8 +82,16 @@ void compare_pointers(const Mechanisms& both, const Matches& reactions, const st
   std::sort(before.begin(), before.end());
   std::sort(after.begin(), after.end());
   if (before == after) return;
-  for (const auto& p : without(before, after)) tell(both, p, true, kind, comparing);
-  for (const auto& p : without(after, before)) tell(both, p, false, kind, comparing);
+  for (const auto& [place, coefficients] : changed_coefficients(before, after)) {
+    const auto& [reaction, species_number] = place;
+    const bool is_known = reaction >= 1 && reaction <= both.before.count();
+    const std::string which = is_known ? both.before.equation(reaction - 1, false) : "no reaction";
+    Difference difference{kind + " pointers", which, {}, {}};
+    add(difference,
+        {"coefficient of " + both.before.name(species_number), coefficients[0], coefficients[1], ""},
+        {another_thing, "another coefficient"});
+    add(comparing, std::move(difference));
+  }
 }
 
 }  // namespace varpre

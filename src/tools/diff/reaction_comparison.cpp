@@ -9,12 +9,6 @@
 namespace varpre {
 namespace {
 
-template <std::size_t N>
-void add_values(Difference& difference, const std::string& name, std::size_t first, const std::string& unit,
-                const std::array<double, N>& before, const std::array<double, N>& after) {
-  for (std::size_t k = 0; k < N; ++k)
-    add_change(difference, name + std::to_string(first + k), unit, before[k], after[k]);
-}
 // Numbers of species are compared by the species they mean.
 void add_species(Difference& difference, const std::string& name, const std::string& before,
                  const std::string& after) {
@@ -28,14 +22,18 @@ void add_changes(const Mechanisms& both, int i, int j, const std::string& prefix
   const R& y = both.after.reaction(j);
   R::fields([&](const char* name, auto member, const char* unit, const char*) {
     if constexpr (std::is_same_v<decltype(member), int R::*>) {
-      if (member == &R::form) return add_change(difference, prefix + name, unit, x.form, y.form);
+      if (member == &R::form)
+        return add_change(difference, prefix + name, unit, number_of(x.form), number_of(y.form));
       add_species(difference, prefix + name, both.before.name_of(x.*member), both.after.name_of(y.*member));
     } else if constexpr (std::is_same_v<decltype(member), double R::*>) {
       add_change(difference, prefix + name, unit, x.*member, y.*member);
     } else if constexpr (std::is_same_v<decltype(member), decltype(&R::values)>) {
-      add_values(difference, prefix + "VT", 4, unit, x.values, y.values);
+      for (std::size_t k = 0; k < x.values.size(); ++k)
+        add_change(difference, prefix + "VT" + std::to_string(k + 4), unit, x.values[k], y.values[k]);
     } else if constexpr (std::is_same_v<decltype(member), decltype(&R::falloff)>) {
-      add_values(difference, prefix + "FALL", 1, unit, x.falloff, y.falloff);
+      for (std::size_t k = 0; k < x.falloff.size(); ++k)
+        add_change(difference, prefix + "FALL" + std::to_string(k + 1), k == 2 ? "J/mol" : unit, x.falloff[k],
+                   y.falloff[k]);
     } else {
       static_assert(std::is_same_v<decltype(member), decltype(&R::species)>);  // they are the equation
     }
@@ -48,7 +46,7 @@ void add_pair_code(const Mechanisms& both, int i, int j, bool same_order, const 
   const int* x = item(both.before.mechanism.pair_codes, i);
   const int* y = item(both.after.mechanism.pair_codes, j);
   if (!x || !y || *x == *y || (!same_order && (*x < 0) == (*y < 0))) return;
-  add(difference, change_of(prefix + "IREVER", *x, *y),
+  add(difference, change_of(prefix + "IREVER", number_of(*x), number_of(*y)),
       {another_thing, (*x < 0) != (*y < 0) ? "another mark" : "another pair code"});
 }
 
@@ -58,7 +56,7 @@ void add_reaction(const Mechanisms& both, int i, int j, bool same_order, const s
   add_changes(both, i, j, prefix, difference);
   if (difference.changes.size() > changes) {
     Effect effect = effect_of(both, i, j);
-    effect.text = prefix + effect.text;
+    if (!effect.text.empty()) effect.text = prefix + effect.text;
     difference.effect = changes == 0 ? effect : larger(difference.effect, effect);
   }
   add_pair_code(both, i, j, same_order, prefix, difference);
@@ -138,17 +136,28 @@ void compare_partners(const Mechanisms& both, const Matches& matches, Comparing&
   }
 }
 
+std::vector<int> places_before(const Mechanisms& both, const Matches& matches) {
+  std::vector<int> before(static_cast<std::size_t>(both.after.count()), -1);
+  for (int i = 0; i < both.before.count(); ++i) {
+    const int j = matches.after[static_cast<std::size_t>(i)];
+    if (j >= 0) before[static_cast<std::size_t>(j)] = i;
+  }
+  return before;
+}
+
 void compare_mechanism(Comparing& comparing, StoredPhaseOf phase, const std::string& kind) {
   const Mechanisms both{{comparing.before, phase}, {comparing.after, phase}, comparing.gas};
   const Matches matches = match_reactions(both);
+  const bool gas = phase == StoredPhaseOf::gas;
+  (gas ? comparing.gas_reactions : comparing.surface_reactions) = places_before(both, matches);
   compare_matched(both, matches, kind, comparing);
-  if (phase == StoredPhaseOf::gas) compare_partners(both, matches, comparing);
+  if (gas) compare_partners(both, matches, comparing);
   compare_pointers(both, matches, kind, comparing);
   const StoredMechanism& x = both.before.mechanism;
   const StoredMechanism& y = both.after.mechanism;
   Difference difference{kind + "s", "all", {}, {}};
   add_if_changed(difference, "number of inert species", x.inert, y.inert);
-  if (phase == StoredPhaseOf::surface) {
+  if (!gas) {
     add_if_changed(difference, "number of third bodies", x.partners, y.partners);
   } else if (x.partners != y.partners) {
     comparing.notes.push_back("the " + kind + "s have another number of third bodies: " +

@@ -104,7 +104,7 @@ void compare_item(SpeciesDifference& species, const Label&, const StoredThermo& 
     h.see((y.h - x.h) / (gas_constant * T), T, x.h / 1000, y.h / 1000);
     s.see((y.s - x.s) / gas_constant, T, x.s, y.s);
   });
-  add_property(difference, cp, "heat capacity", "J/(mol K)", "cp " + ratio_text(cp.after / cp.before));
+  add_property(difference, cp, "heat capacity", "J/(mol K)", relative_effect(cp.before, cp.after, "cp").text);
   add_property(difference, h, "enthalpy", "kJ/mol",
                "h " + shift_text(h.before, h.after, gas_constant * h.T / 1000, "RT"));
   add_property(difference, s, "entropy", "J/(mol K)",
@@ -264,7 +264,7 @@ Matches compare_elements(Comparing& comparing, const StoredPhase& before, const 
 Told flag_text(const int* flag) {
   static constexpr std::array<const char*, 4> flags{"none", "*", "+", ">"};
   if (!flag) return {};
-  if (*flag < 0 || *flag > 3) return static_cast<double>(*flag);
+  if (*flag < 0 || *flag > 3) return number_of(*flag);
   return flags.begin()[*flag];
 }
 

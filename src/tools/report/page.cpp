@@ -33,7 +33,7 @@ std::string date_of(const std::string& file) {
 }
 
 nlohmann::ordered_json json_of(const NamedStore& store) {
-  nlohmann::ordered_json json = json_for_page(store.data);
+  nlohmann::ordered_json json = json_of(store.data);
   const auto normal = [](const std::string& name) {
     return (std::filesystem::absolute(name) / "").lexically_normal().parent_path();
   };
@@ -41,6 +41,15 @@ nlohmann::ordered_json json_of(const NamedStore& store) {
   json["path"] = for_terminal(store.name);
   json["directory"] = for_terminal(normal(store.file).parent_path().string());
   json["date"] = date_of(store.file);
+  return json;
+}
+
+// What the program found, and which reactions the page draws together.
+nlohmann::ordered_json json_of_comparison(const StoreData& before, const StoreData& after) {
+  const Comparison comparison = compare(before, after);
+  nlohmann::ordered_json json = json_of(comparison);
+  json["gas_reactions"] = comparison.gas_reactions;
+  json["surface_reactions"] = comparison.surface_reactions;
   return json;
 }
 
@@ -63,7 +72,7 @@ std::string page_of(const NamedStore& store, const std::optional<NamedStore>& ot
       {{"version", VARPRE_VERSION},
        {"store", json_of(store)},
        {"other", other ? json_of(*other) : nlohmann::ordered_json()},
-       {"comparison", other ? json_of(compare(other->data, store.data)) : nlohmann::ordered_json()}});
+       {"comparison", other ? json_of_comparison(other->data, store.data) : nlohmann::ordered_json()}});
   return filled(page_parts::html, {{"/*style*/", page_parts::css},
                                    {"/*data*/", data},
                                    {"/*charts*/", page_parts::charts},

@@ -71,7 +71,7 @@ Json options_of(const StoreData& data) {
 
 // Without the members that mean nothing in its rate form.
 Json json_of_reaction(const StoredReaction& r, const Sides& sides, const std::string& equation) {
-  Json json{{"equation", equation}, {"educts", sides[0]}, {"products", sides[1]}};
+  Json json{{"equation", equation}, {"educts", json_of_item(sides[0])}, {"products", json_of_item(sides[1])}};
   json.update(json_of_item(r));
   json.erase("species");
   if (std::all_of(r.values.begin(), r.values.end(), [](double v) { return v == 0; })) json.erase("values");
@@ -101,13 +101,11 @@ Json reactions_of(const StoreData& data, const StoredMechanism& mechanism, Store
   return list;
 }
 
-Json json_of_mechanism(const StoreData& data, const StoredMechanism& mechanism, StoredPhaseOf phase,
-                       bool pointers) {
-  Json json{{"reactions", reactions_of(data, mechanism, phase)},
-            {"partners", mechanism.partners},
-            {"inert", mechanism.inert}};
-  if (pointers) json["pointers"] = mechanism.pointers;
-  return json;
+Json json_of_mechanism(const StoreData& data, const StoredMechanism& mechanism, StoredPhaseOf phase) {
+  return {{"reactions", reactions_of(data, mechanism, phase)},
+          {"partners", mechanism.partners},
+          {"inert", mechanism.inert},
+          {"pointers", json_of_item(mechanism.pointers)}};
 }
 
 Json efficiencies_of(const StoreData& data) {
@@ -143,7 +141,9 @@ Json items_of() {
   return json;
 }
 
-Json everything(const StoreData& data, bool pointers) {
+}  // namespace
+
+nlohmann::ordered_json json_of(const StoreData& data) {
   Json json{{"complete", data.complete}, {"lines", data.lines}};
   if (!data.stopped.empty()) json["stopped"] = {{"line", data.stopped_at}, {"reason", data.stopped}};
   json["options"] = options_of(data);
@@ -151,10 +151,9 @@ Json everything(const StoreData& data, bool pointers) {
   json["transport"] = json_of_item(data.transport);
   json["surface"] = json_of_item(data.surface);
   json["surface_conditions"] = json_of_item(data.surface_conditions);
-  json["gas_mechanism"] = json_of_mechanism(data, data.gas_mechanism, StoredPhaseOf::gas, pointers);
+  json["gas_mechanism"] = json_of_mechanism(data, data.gas_mechanism, StoredPhaseOf::gas);
   json["efficiencies"] = efficiencies_of(data);
-  json["surface_mechanism"] =
-      json_of_mechanism(data, data.surface_mechanism, StoredPhaseOf::surface, pointers);
+  json["surface_mechanism"] = json_of_mechanism(data, data.surface_mechanism, StoredPhaseOf::surface);
   json["complex_reactions"] = json_of_item(data.complex_reactions);
   json["photo_reactions"] = json_of_item(data.photo_reactions);
   json["mixtures"] = json_of_item(data.mixtures);
@@ -172,16 +171,6 @@ Json everything(const StoreData& data, bool pointers) {
                    {"mixture", items_of<StoredMixture>()},
                    {"particles", items_of<StoredParticles>()}};
   return json;
-}
-
-}  // namespace
-
-nlohmann::ordered_json json_of(const StoreData& data) {
-  return everything(data, true);
-}
-
-nlohmann::ordered_json json_for_page(const StoreData& data) {
-  return everything(data, false);
 }
 
 }  // namespace varpre

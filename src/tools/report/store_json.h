@@ -9,7 +9,4 @@ namespace varpre {
 // All that a store file holds, as one object (docs/report.md). What is not a number is null.
 nlohmann::ordered_json json_of(const StoreData& data);
 
-// The part of it that the page shows.
-nlohmann::ordered_json json_for_page(const StoreData& data);
-
 }  // namespace varpre

@@ -20,6 +20,13 @@ PROGRAM, VARPRE, ROOT = (Path(argument).resolve() for argument in sys.argv[1:4])
 FORWARD = "O+H2=H+OH                   3.870E+04   2.70    26.192\n"
 TWICE = ("MEC", "MAXI\n", "OH+O=H+O2                   1.000E+13   0.00     0.000\nOH+O=H+O2                   2.000E+12   0.50     5.000\nMAXI\n")
 
+# A second reaction with the same equation stands first.
+COMPLEX = ("MEC", "COMPLEX REACTIONS\n   1\n", """COMPLEX REACTIONS
+   2
+  1.0 H2        1. + 0.5 O2       0.5                     1.000E+12
+  1.0 H2O       0.                                         0.5 60.0
+""")
+
 CASES = [
     # what earlier comparisons called equal
     [("MEC", "2.000E-08", "3.000E-08"), "photo reaction O2 > O + O rate 2e-08 -> 3e-08 rate +50 %"],
@@ -55,6 +62,9 @@ CASES = [
     # of duplicates the one that has gone is told, not the other
     [TWICE, ("MEC", TWICE[2].split("\n")[1] + "\n", ""), "reaction O + OH = H + O2 removed"],
     [TWICE, ("MEC", TWICE[2].split("\n")[0] + "\n", ""), "reaction O + OH = H + O2 removed"],
+    [COMPLEX, "complex reaction H2 + O2 > H2O added"],
+    [("MEC", "-0.900      -7.113", "-0.900      -6.113"), "reaction OH + OH + M'' = H2O2 + M'' FALL3 -7113 -> -6113 J/mol low-pressure rate -33 % at 300 K"],
+    [("fort.3", "      2    3   -1", "      2    3    1"), "reaction pointers H + O2 > O + OH coefficient of H -1 -> 1 another coefficient"],
     # conditions
     [("INP", "RO         0.01", "RO         0.02"), "flame condition RO outer radius 0.01 -> 0.02 m x 2"],
     [("INP", "TW             900.0", "TW             950.0"), "surface condition TW wall temperature 900 -> 950 K +5.56 %"],
@@ -66,7 +76,9 @@ CASES = [
     [("fort.3", " D(   2   1)-1.0152E+01", " D(   2   1)-1.0052E+01"), "species H2 diffusion times pressure with H at 300 K 21.848 -> 24.146 Pa m²/s diffusion times pressure with H +10.5 % at 300 K"],
     [("fort.3", "HL,HH(   1) 9.6693E+03", "HL,HH(   1) 9.7693E+03"), "species H2 heat capacity at 300 K 28.85 -> 29.052 J/(mol K) s +0.166 R at 950 K",
      "enthalpy at 750 K 13.22 -> 13.372 kJ/mol", "entropy at 950 K 164.69 -> 166.07 J/(mol K)"],
-    # values that did not fit
+    # values that did not fit, or stand where none is due
+    [("fort.3", " OPTIONS :    0", " OPTIONS :  ***"), "option EXTRAP 0 -> *****"],
+    [("fort.3", "1.0000E-03  2.0000E-03  0.0000E+00", "1.0000E-03  2.0000E-03  1.0000E+00"), "two-dimensional a place that is not used none -> 1 added"],
     [("fort.3", "  101 GRIDP.", "***** GRIDP."), "flame condition NG grid points 101 -> *****"],
 ]
 

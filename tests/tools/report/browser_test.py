@@ -5,6 +5,8 @@ Opens the page of each example, and of a case of limit size where one is given, 
 fields and charts as people do, and compares what the page says under the pointer with values computed here.
 """
 
+import csv
+import io
 import json
 import math
 import re
@@ -29,12 +31,13 @@ R = 8.3143
 POWERS = str.maketrans("⁻⁰¹²³⁴⁵⁶⁷⁸⁹", "-0123456789")
 
 
-def browser(width, dark=False):
+def browser(width, downloads, dark=False):
     options = webdriver.ChromeOptions()
     for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--disable-quic", "--no-first-run",
                      "--disable-background-networking", "--disable-component-update", "--disable-sync", f"--window-size={width},1000",
                      *(["--blink-settings=preferredColorScheme=0"] if dark else [])):
         options.add_argument(argument)
+    options.add_experimental_option("prefs", {"download.default_directory": str(downloads), "profile.default_content_setting_values.automatic_downloads": 1})
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     return webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
 
@@ -52,8 +55,8 @@ class Page(unittest.TestCase):
         cls.addClassCleanup(scratch.cleanup)
         cls.root = Path(scratch.name)
         SCREENSHOTS.mkdir(parents=True, exist_ok=True)
-        cls.drivers = {width: browser(width) for width in (1280, 700)}
-        cls.drivers["dark"] = browser(1280, dark=True)
+        cls.drivers = {width: browser(width, cls.root) for width in (1280, 700)}
+        cls.drivers["dark"] = browser(1280, cls.root, dark=True)
         for driver in cls.drivers.values():
             cls.addClassCleanup(driver.quit)
 
@@ -217,6 +220,105 @@ class Page(unittest.TestCase):
                        for r in store["gas_mechanism"]["reactions"] if "reverse" in r and r["form"] == 0)
         self.assertAlmostEqual(off[0] / math.exp(computed), 1, 6)
         driver.find_element(By.CSS_SELECTOR, "[data-sort=E]").click()
+        self.no_errors(driver)
+
+    def text_of(self, driver, element):
+        return driver.find_element(By.ID, element).text
+
+    def test_links_back_and_reload(self):
+        driver = self.drivers[1280]
+        directory = self.run_case(ROOT / "docs/every-section")
+        self.open(driver, directory)
+        driver.get(f"file://{directory}/report.html#reaction=6&species=OH&T=1500")
+        driver.refresh()
+        self.assertEqual(driver.find_element(By.ID, "tab-reactions").get_attribute("aria-selected"), "true")
+        shown = lambda: (sorted(driver.execute_script("return Object.keys(varpreCharts)")), driver.find_element(By.ID, "set-T").get_attribute("value"))
+        self.assertEqual(shown(), (["rates-forward", "rates-pressure-6", "rates-reverse"], "1500"))
+        self.tab(driver, "species")
+        self.assertEqual(driver.find_element(By.ID, "species-name").get_attribute("value"), "OH")
+        self.put(driver, "set-T", "50")
+        self.assertIn("T must be from 200 to 6000 K", self.text_of(driver, "settings-error"))
+        self.assertIn("at 1000 K", self.text_of(driver, "species-values"))
+        self.put(driver, "set-T", "-5")
+        self.assertIn("T must be from", self.text_of(driver, "settings-error"))
+        for field in ("set-T", "species-name"):
+            self.put(driver, field, {"set-T": "900", "species-name": "H2 O"}[field])
+        self.assertIn("at 900 K", self.text_of(driver, "species-values"))
+        driver.find_element(By.ID, "species-name").send_keys(Keys.TAB)
+        address = driver.current_url
+        driver.refresh()
+        self.assertEqual(driver.current_url, address)
+        self.assertIn("Viscosity of H2, O", self.text_of(driver, "species-eta"))
+        while "tab=species" in driver.current_url:
+            driver.back()
+        self.assertEqual(shown()[1], "1500")
+        self.assertTrue(driver.find_element(By.ID, "reactions").is_displayed())
+        driver.forward()
+        self.assertTrue(driver.find_element(By.ID, "species").is_displayed())
+        self.no_errors(driver)
+
+    def test_saving(self):
+        driver = self.drivers[1280]
+        store, _ = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
+        self.tab(driver, "reactions")
+        driver.find_element(By.CSS_SELECTOR, "#reaction-rows input").click()
+        for label, actions in [("copy or save reactions", ["Download CSV"]), ("save the plot Rate constant", ["Save SVG", "Save PNG", "Save CSV"])]:
+            for action in actions:
+                Select(driver.find_element(By.CSS_SELECTOR, f"select[aria-label^='{label}']")).select_by_visible_text(action)
+        names = ["reactions.csv", "rates-forward.svg", "rates-forward.png", "rates-forward.csv"]
+        for _ in range(100):
+            if all((self.root / name).is_file() for name in names):
+                break
+            time.sleep(0.1)
+        table, svg, png, curve = [(self.root / name).read_bytes() for name in names]
+        rows = list(csv.DictReader(io.StringIO(table.decode())))
+        self.assertEqual([float(row["A"]) for row in rows], [r["A"] for i, r in enumerate(store["gas_mechanism"]["reactions"]) if i == 0 or store["gas_mechanism"]["reactions"][i - 1].get("reverse") != i])
+        self.assertIn(b"<polyline", svg)
+        self.assertEqual((png[:8], png[16:20]), (b"\x89PNG\r\n\x1a\n", (1440).to_bytes(4, "big")))
+        first = next(csv.reader(curve.decode().splitlines()[1:]))
+        self.assertAlmostEqual(float(first[1]) / self.k(store["gas_mechanism"]["reactions"][0], 1000 / float(first[0])), 1, 6)
+        self.no_errors(driver)
+
+    def test_narrow_page_keyboard_and_print(self):
+        driver = self.drivers[700]
+        driver.set_window_size(400, 800)
+        self.addCleanup(driver.set_window_size, 700, 1000)
+        self.open(driver, self.run_case(ROOT / "examples/methane-counterflow"))
+        self.tab(driver, "reactions")
+        box = driver.find_elements(By.CSS_SELECTOR, "#reaction-rows input")[8]
+        driver.execute_script("arguments[0].scrollIntoView({block: 'center'})", box)
+        place = lambda: driver.execute_script("return arguments[0].getBoundingClientRect().top", box)
+        before = place()
+        box.click()
+        self.assertTrue(box.is_selected())
+        self.assertAlmostEqual(place(), before, delta=1)
+        self.assertLessEqual(driver.execute_script("return document.documentElement.scrollWidth - document.documentElement.clientWidth"), 0)
+        driver.find_element(By.ID, "reaction-filter").click()
+        stops = 0
+        while driver.switch_to.active_element.tag_name != "canvas":
+            driver.switch_to.active_element.send_keys(Keys.TAB)
+            stops += 1
+            self.assertLess(stops, 15)
+        rows = lambda: len(driver.find_elements(By.CSS_SELECTOR, "#reaction-rows tr"))
+        shown = rows()
+        driver.execute_script("window.dispatchEvent(new Event('beforeprint'))")
+        self.assertEqual(rows(), int(self.text_of(driver, "reaction-count").split(" ")[0]))
+        driver.execute_script("window.dispatchEvent(new Event('afterprint'))")
+        self.assertEqual(rows(), shown)
+        self.no_errors(driver)
+
+    def test_comparison(self):
+        driver = self.drivers[1280]
+        first = self.run_case(ROOT / "docs/every-section", "first")
+        second = self.run_case(ROOT / "docs/every-section", "second", ("MEC", "3.870E+04   2.70", "7.740E+04   2.70"))
+        self.open(driver, first, second)
+        self.tab(driver, "compare")
+        rows = [" ".join(row.text.split()) for row in driver.find_elements(By.CSS_SELECTOR, "#compare tbody tr")]
+        self.assertEqual(rows, ["reaction H2 + O = H + OH rate x 0.5 A 0.0774 0.0387 m, mol, s", "reverse A 0.034225 0.017113 m, mol, s"])
+        driver.find_element(By.CSS_SELECTOR, "#compare button.link").click()
+        self.assertEqual(len(driver.execute_script("return varpreCharts['rates-forward'].data.datasets")), 2)
+        T, (own, theirs), readout = self.under_pointer(driver, "rates-forward")
+        self.assertAlmostEqual(theirs / own, 2, 2, readout)
         self.no_errors(driver)
 
     def test_cut_file(self):

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Are wrong numbers noticed? mutate.py REPORT VARPRE ROOT [COUNT] [SEED]
+"""Are wrong numbers noticed? mutate.py BUILD ROOT [COUNT] [SEED]
 
-Changes one number, operator or index of the page's scripts at random, many times over, and runs the tests of the page on
-each: those under Node, then, where these see nothing, those in a browser. Lists what nobody noticed.
+Changes one number, operator or index of the page's scripts, of the JSON, the reader or the comparison at random, many times
+over, and runs the tests on each: the quick ones first, those in a browser last. Lists what nobody noticed. BUILD is a whole
+build by ninja, which is left as it is.
 """
 
 import os
@@ -14,11 +15,12 @@ import sys
 import tempfile
 from pathlib import Path
 
-REPORT, VARPRE, ROOT = (Path(argument).resolve() for argument in sys.argv[1:4])
-COUNT = int(sys.argv[4]) if len(sys.argv) > 4 else 40
-SEED = int(sys.argv[5]) if len(sys.argv) > 5 else 1
+BUILD, ROOT = (Path(argument).resolve() for argument in sys.argv[1:3])
+COUNT = int(sys.argv[3]) if len(sys.argv) > 3 else 40
+SEED = int(sys.argv[4]) if len(sys.argv) > 4 else 1
 PAGE = "src/tools/report/page"
-FILES = "units physics search table plots numbers curves state overview species reactions".split()
+SCRIPTS = "units physics search table plots numbers curves state overview species reactions".split()
+PROGRAMS = ("varpre-report", "varpre-diff", "varpre_every_field_test")
 # How things look is for the eye.
 LOOKS = re.compile(r"border|font|[wW]idth|radius|tabindex|stroke|setTimeout|Dash|COLOURS|DARK|BOX|step = Infinity|dark\(|size: 12|canvas|MOST")
 TOKEN = re.compile(r"(?<![\w.#\"'`-])\d+(?:\.\d+)?(?:e[-+]?\d+)?(?![\w.\"'`])| [-+*/<>] | [<>]= | \*\* | [!=]== | && | \|\| ")
@@ -26,11 +28,17 @@ SWAPS = {" + ": " - ", " - ": " + ", " * ": " / ", " / ": " * ", " < ": " >= ", 
          " !== ": " === ", " && ": " || ", " || ": " && "}
 
 
+def files():
+    yield from (f"{PAGE}/{name}.js" for name in SCRIPTS)
+    yield from ("src/tools/report/store_json.cpp", "src/files/store_reader.cpp", "src/files/store_equations.cpp")
+    yield from (str(file.relative_to(ROOT)) for file in sorted((ROOT / "src/tools/diff").glob("*.cpp")) if file.name != "main.cpp")
+
+
 def places():
-    for name in FILES:
-        for number, line in enumerate((ROOT / PAGE / f"{name}.js").read_text().splitlines()):
+    for name in files():
+        for number, line in enumerate((ROOT / name).read_text().splitlines()):
             code = re.sub(r"//.*", "", line)
-            if not LOOKS.search(code):
+            if not LOOKS.search(code) and not code.startswith("#"):
                 for match in TOKEN.finditer(code):
                     yield name, number, match.start(), match[0]
 
@@ -56,38 +64,77 @@ sys.exit(status)
 """
 
 
-def notices(root):
-    environment = dict(os.environ, VARPRE=str(VARPRE), VARPRE_REPORT=str(REPORT), ROOT=str(root))
-    tests = [ROOT / "tests/tools/report" / name for name in ("page_test.js", "whole_page_test.js")]
-    try:
-        if subprocess.run(["node", "--test", *tests], env=environment, capture_output=True, timeout=120).returncode:
-            return "node"
-    except subprocess.TimeoutExpired:
-        return "node, by not ending"
-    wrapper = root / "varpre-report"
-    wrapper.write_text(WRAPPER.format(report=REPORT, root=root, page=PAGE))
+def command(target):
+    commands = subprocess.run(["ninja", "-t", "commands", target], cwd=BUILD, capture_output=True, text=True, check=True).stdout
+    return commands.splitlines()[-1]
+
+
+def build(root, name):
+    """The programs with a changed source file in root; whether it compiles."""
+    objects = subprocess.run(["ninja", "-t", "targets", "all"], cwd=BUILD, capture_output=True, text=True, check=True).stdout
+    target = re.search(rf"^\S*{re.escape(name.split('/', 2)[-1])}\.o(?=:)", objects, re.M)[0]
+    compile_it = re.sub(r" -M[DTF]( \S+\.(o|d)\b)?", "", command(target)).replace(target, str(root / "changed.o")).replace("-O3", "-O0")
+    compile_it = re.sub(rf"\S+/{re.escape(name)}$", str(root / name), compile_it)
+    if subprocess.run(compile_it, shell=True, cwd=BUILD, capture_output=True).returncode:
+        return False
+    for program in PROGRAMS:
+        link = re.sub(r" -o (\S+)", lambda match: f" {root}/changed.o -o {root}/{Path(match[1]).name}", command(program))
+        subprocess.run(link, shell=True, cwd=BUILD, check=True, capture_output=True)
+    return True
+
+
+def notices(root, report):
+    tests = ROOT / "tests/tools"
+    varpre = BUILD / "bin/varpre"
+    environment = dict(os.environ, VARPRE=str(varpre), VARPRE_REPORT=str(report), ROOT=str(root))
+    wrapper = root / "wrapper"
+    wrapper.write_text(WRAPPER.format(report=report, root=root, page=PAGE))
     wrapper.chmod(0o755)
-    browser = ["/usr/bin/python3", ROOT / "tests/tools/report/browser_test.py", wrapper, VARPRE, ROOT, root / "screenshots"]
-    return "browser" if subprocess.run(browser, capture_output=True).returncode else ""
+    steps = [("page", ["node", "--test", tests / "report/page_test.js", tests / "report/whole_page_test.js"])]
+    if report.parent == root:
+        steps = [("fields", [root / "varpre_every_field_test"]), ("diff", ["/usr/bin/python3", tests / "diff/diff_test.py", root / "varpre-diff", varpre, ROOT]),
+                 *steps, ("report", ["/usr/bin/python3", tests / "report/report_test.py", report, varpre, ROOT])]
+    steps.append(("browser", ["/usr/bin/python3", tests / "report/browser_test.py", wrapper, varpre, ROOT, root / "screenshots"]))
+    for step, arguments in steps:
+        try:
+            if subprocess.run(arguments, env=environment, cwd=root, capture_output=True, timeout=600).returncode:
+                return step
+        except subprocess.TimeoutExpired:
+            return step + ", by not ending"
+    return ""
 
 
-random.seed(SEED)
-missed = []
-for place in random.sample(list(places()), COUNT):
+def by_whom(place):
     name, number, column, token = place
     with tempfile.TemporaryDirectory() as scratch:
         root = Path(scratch)
         shutil.copytree(ROOT / "src/tools/report", root / "src/tools/report")
+        (root / name).parent.mkdir(parents=True, exist_ok=True)
         for other in ("examples", "docs"):
             (root / other).symlink_to(ROOT / other)
-        file = root / PAGE / f"{name}.js"
-        lines = file.read_text().splitlines(keepends=True)
-        before = lines[number]
-        lines[number] = before[:column] + changed(token) + before[column + len(token):]
-        file.write_text("".join(lines))
-        by = notices(root)
-    told = f"{name}.js:{number + 1}: {before.strip()} [{token.strip()} -> {changed(token).strip()}]"
+        lines = (ROOT / name).read_text().splitlines(keepends=True)
+        lines[number] = lines[number][:column] + changed(token) + lines[number][column + len(token):]
+        (root / name).write_text("".join(lines))
+        if name.endswith(".js"):
+            return notices(root, BUILD / "bin/varpre-report")
+        return notices(root, root / "varpre-report") if build(root, name) else None
+
+
+random.seed(SEED)
+missed = []
+tried = 0
+everywhere = list(places())
+for place in random.sample(everywhere, len(everywhere)):
+    by = by_whom(place)
+    if by is None:  # it does not compile
+        continue
+    tried += 1
+    name, number, column, token = place
+    line = (ROOT / name).read_text().splitlines()[number].strip()
+    told = f"{name}:{number + 1}:{column + 1}: {line} [{token.strip()} -> {changed(token).strip()}]"
     print(f"{by or 'MISSED':8} {told}", flush=True)
     if not by:
         missed.append(told)
-print(f"{COUNT - len(missed)} of {COUNT} noticed")
+    if tried == COUNT:
+        break
+print(f"{tried - len(missed)} of {tried} noticed")

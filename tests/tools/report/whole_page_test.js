@@ -14,23 +14,35 @@ const { VARPRE, VARPRE_REPORT, ROOT, UPDATE } = process.env;
 const scratch = fs.mkdtempSync(path.join(os.tmpdir(), "varpre-page-"));
 after(() => fs.rmSync(scratch, { recursive: true }));
 
-function report(source) {
-  const directory = path.join(scratch, path.basename(source));
+function run(source, name, edits) {
+  const directory = path.join(scratch, name);
   fs.cpSync(path.join(ROOT, source), directory, { recursive: true });
+  for (const [file, before, after] of edits) {
+    const text = fs.readFileSync(path.join(directory, file), "utf8");
+    assert.ok(text.includes(before), before);
+    fs.writeFileSync(path.join(directory, file), text.replace(before, after));
+  }
   execFileSync(VARPRE, { cwd: directory, stdio: "ignore" });
-  execFileSync(VARPRE_REPORT, [directory, "--output", path.join(directory, "report.html")]);
+  return directory;
+}
+// The page of a run after edits of its files, held against one after others where there are such.
+function report({ source, name, edits = [], before: edits_before }) {
+  const directory = run(source, name, edits);
+  const before = edits_before ? [run(source, `${name}-before`, edits_before)] : [];
+  execFileSync(VARPRE_REPORT, [directory, ...before, "--output", path.join(directory, "report.html")]);
   return fs.readFileSync(path.join(directory, "report.html"), "utf8");
 }
 
 // Curves as the places of some of their points, with what is dashed.
 const point = ({ x, y, at, value }) =>
   [x, y, at, value ?? NaN].map((v) => (Number.isFinite(v) ? Number(v.toPrecision(6)) : "-")).join(" ");
-function chart_lines(id, { plot, axes, data, options }) {
+function chart_lines(id, chart) {
+  const { plot, axes, data } = chart;
   const ticks = (a) =>
     `${a.low.toPrecision(5)} to ${a.high.toPrecision(5)}: ${a.ticks.map(a.label).join(" ")}`;
   return [
     `plot ${id}: ${plot.title} / ${plot.unit}; ${plot.x.name} / ${plot.x.unit}; ${plot.note ?? ""}`,
-    `  x ${ticks(axes.x)}; y ${ticks(axes.y)}; marks ${options.plugins.marks.x} ${options.plugins.marks.y}`,
+    `  x ${ticks(axes.x)}; y ${ticks(axes.y)}; lines ${chart.lines_across()}`,
     ...data.datasets.map((d) => {
       const places = [0, 1, 40, 119, 120].filter((i) => d.data[i]);
       const dashed = d.data.map(
@@ -63,6 +75,7 @@ function shown(page) {
     species: sections.filter((s) => s.startsWith("species")),
     reactions: sections.filter((s) => s.startsWith("reaction")),
     "more-data": ["more-data"],
+    compare: ["compare"],
   };
   const lines = of_tab[page.state.values.tab].flatMap((id) => page.elements.get(id).lines());
   const settings = ["settings-text", "settings-error"].flatMap((id) => page.elements.get(id).lines());
@@ -73,30 +86,51 @@ function shown(page) {
 }
 
 const WHOLE = "T=900&from=250&to=3600&p=20&p_from=0.01&p_to=100";
-const VIEWS = {
-  "docs/every-section": [
-    "",
-    "#tab=more-data",
-    `#species=OH,H2O&other=O2&${WHOLE}`,
-    "#tab=species&species=PT(S),H(S)&T=100&logT=1&logy=1&energy=K",
-    `#reaction=1,3,4,8,s1,s2&${WHOLE}`,
-    "#reaction=6&mixture=right&length=cm&energy=kcal/mol&sort=-k",
-    "#reaction=7&mixture=in H2O&p=50",
-    "#tab=reactions&filter=consumes:OH&kind=gas&sort=A",
-    "#tab=reactions&kind=falloff&sort=-worst",
-  ],
-  "examples/methane-counterflow": [
-    "",
-    "#tab=more-data",
-    "#tab=reactions&sort=-worst&filter=HO2",
-    "#reaction=1&energy=cal/mol",
-  ],
-  "examples/hydrogen-ignition": ["", "#tab=species&species=H2o3,OH", "#tab=species&length=cm&energy=cal/mol"],
-};
+const ONE = "OH+O=H+O2                   1.000E+13   0.00     0.000\n";
+const OTHER = "OH+O=H+O2                   2.000E+12   0.50     5.000\n";
+const CASES = [
+  {
+    source: "docs/every-section",
+    views: [
+      "",
+      "#tab=more-data",
+      `#species=OH,H2O&other=O2&${WHOLE}`,
+      "#tab=species&species=PT(S),H(S)&T=100&logT=1&logy=1&energy=K",
+      `#reaction=1,3,4,8,s1,s2&${WHOLE}`,
+      "#reaction=6&mixture=right&length=cm&energy=kcal/mol&sort=-k",
+      "#reaction=7&mixture=in H2O&p=50",
+      "#tab=reactions&filter=consumes:OH&kind=gas&sort=A",
+      "#tab=reactions&kind=falloff&sort=-worst",
+    ],
+  },
+  {
+    source: "examples/methane-counterflow",
+    views: ["", "#tab=more-data", "#tab=reactions&sort=-worst&filter=HO2", "#reaction=1&energy=cal/mol"],
+  },
+  {
+    source: "examples/hydrogen-ignition",
+    views: ["", "#tab=species&species=H2o3,OH", "#tab=species&length=cm&energy=cal/mol"],
+  },
+  {
+    // Of two reactions of one equation the second was the first, with another A.
+    source: "docs/every-section",
+    name: "compared",
+    edits: [["MEC", "MAXI\n", `${ONE}${OTHER}MAXI\n`]],
+    before: [
+      ["MEC", "MAXI\n", `${OTHER}${ONE.replace("1.000", "1.100")}MAXI\n`],
+      ["MEC", "3.870E+04   2.70", "7.740E+04   2.70"],
+      ["INP", "H2*", "H2+"],
+      ["INP", "OH  H2O  HO2  H2O2\nN2", "N2 H2O2\nHO2 H2O OH"],
+      ["INP", "RO         0.01", "RO         0.02"],
+    ],
+    views: ["#tab=compare", "#reaction=9,11&T=900"],
+  },
+];
 
-for (const [source, views] of Object.entries(VIEWS)) {
-  test(source, () => {
-    const page = open(report(source), ROOT);
+for (const given of CASES) {
+  const { source, views, name = path.basename(source) } = given;
+  test(name, () => {
+    const page = open(report({ ...given, name }), ROOT);
     const text = views.flatMap((hash) => {
       page.state.show(hash);
       return [`=== ${hash}`, ...shown(page), ""];
@@ -106,7 +140,7 @@ for (const [source, views] of Object.entries(VIEWS)) {
       .replace(/directory \| .*/, "directory |")
       .replace(/written \| .*/, "written |")
       .replace(/varpre-report \d[\d.]*/, "varpre-report");
-    const file = path.join(__dirname, "expected", `${path.basename(source)}.txt`);
+    const file = path.join(__dirname, "expected", `${name}.txt`);
     if (UPDATE) fs.writeFileSync(file, told);
     const wanted = fs.readFileSync(file, "utf8").split("\n");
     for (const [i, line] of told.split("\n").entries()) assert.equal(line, wanted[i], `line ${i + 1}`);

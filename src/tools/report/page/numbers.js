@@ -128,6 +128,7 @@ globalThis.numbers = (() => {
     ];
     return r.falloff.map((value, i) => [`FALL${i + 1}`, meanings[i][0], value, meanings[i][1]]);
   }
+  const net_text = (r) => r.net.map(([n, net]) => `${r.store.names[n - 1] ?? n}: ${text(net)}`).join(", ");
   // As the file has them.
   function of_reaction(r) {
     const kind = physics.kind(r);
@@ -142,6 +143,7 @@ globalThis.numbers = (() => {
       ...given(["ISTICK", "gas species that sticks"], r.store.names[r.sticking - 1]),
       ...given(["ICOV", "species whose coverage counts"], r.store.names[r.coverage - 1]),
       ...given(["IREVER", "code of pairs"], r.pair_code),
+      ...given(["NRVEC", "net coefficients of the species"], net_text(r)),
       ...given(["EFF", "collision efficiencies"], efficiencies(r)),
     ];
   }

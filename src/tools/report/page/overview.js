@@ -329,8 +329,24 @@ globalThis.overview = (() => {
     return panel("Collision partners", build(["", "efficiencies"], rows));
   }
 
+  function mechanism_panel(S) {
+    const counted = [
+      ["reactions, generated reverses included", (m) => m.reactions.length],
+      ["third bodies", (m) => m.partners],
+      ["reaction pointers, NRVEC: net coefficients of species", (m) => m.pointers.length],
+      ["inert species", (m) => m.inert],
+    ];
+    const both = [S.gas_mechanism, ...(S.surface.species.length ? [S.surface_mechanism] : [])];
+    const rows = counted.map(([name, of]) => [name, ...both.map((m) => number(of(m)))]);
+    return panel(
+      "Counts of the mechanism",
+      build(["", ["gas"], ["surface"]].slice(0, 1 + both.length), rows),
+    );
+  }
+
   function show_more(S) {
     const panels = [
+      S.gas_mechanism.reactions.length && mechanism_panel(S),
       S.surface_conditions.length && panel("Surface conditions", values_table(S.surface_conditions)),
       S.complex_reactions.length && complex_panel(S),
       S.photo_reactions.length && photo_panel(S),

@@ -163,7 +163,7 @@
   }
 
   fill();
-  reactions.start(S, O);
+  reactions.start(S, O, data.comparison);
   for (const [id, key] of Object.entries(FIELDS)) watch_field($(id), key);
   $("tabs").addEventListener("keydown", walk_tabs);
   if (matchMedia("(max-width: 700px)").matches) $("settings").open = false;

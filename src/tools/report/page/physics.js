@@ -29,8 +29,17 @@ globalThis.physics = (() => {
   function prepare_mechanism(store, phase) {
     const { reactions } = store[`${phase}_mechanism`];
     reactions.forEach((r, i) => {
-      Object.assign(r, { store, phase, number: i + 1, id: (phase === "surface" ? "s" : "") + (i + 1) });
+      Object.assign(r, {
+        store,
+        phase,
+        number: i + 1,
+        net: [],
+        id: (phase === "surface" ? "s" : "") + (i + 1),
+      });
     });
+    for (const [species, reaction, net] of store[`${phase}_mechanism`].pointers) {
+      reactions[reaction - 1]?.net.push([species, net]);
+    }
     for (const r of reactions) {
       if (r.reverse === undefined) continue;
       r.backward = reactions[r.reverse];

@@ -8,6 +8,7 @@ globalThis.reactions = (() => {
 
   let S = null;
   let other = null; // the store that it is compared with
+  let comparison = null;
   let shown = FIRST;
   let rows = [];
   let words = new Set(); // names of species, in upper case
@@ -190,10 +191,11 @@ globalThis.reactions = (() => {
 
   // --- plots and numbers ---
 
-  // In the other store: the reaction with the same place among those with the same equation.
+  // In the other store: the reaction that the program holds against this one.
   function partner_reaction(r) {
-    const same = (store) => store.rows.filter((x) => x.phase === r.phase && x.equation === r.equation);
-    return same(other)[same(S).indexOf(r)];
+    const place = comparison[`${r.phase}_reactions`][r.number - 1];
+    const found = other[`${r.phase}_mechanism`].reactions[place];
+    return found && other.rows.find((x) => x === found || x.backward === found);
   }
   const look_of = (c) => ({ colour: plots.colour(c), light: plots.COLOURS[c] });
   function look_at(store) {
@@ -337,9 +339,10 @@ globalThis.reactions = (() => {
     document.querySelector(`[data-sort="${id}"]`).focus();
   }
 
-  function start(store, compared_with) {
+  function start(store, compared_with, differences) {
     S = store;
     other = compared_with;
+    comparison = differences;
     words = new Set([...S.names, ...S.partners].map((n) => n.toUpperCase()));
     const kinds = [
       ...(S.surface.species.length ? ["gas", "surface"] : []),
