@@ -22,7 +22,7 @@ PAGE = "src/tools/report/page"
 SCRIPTS = "units physics search table plots numbers curves state overview species reactions".split()
 PROGRAMS = ("varpre-report", "varpre-diff", "varpre_every_field_test")
 # How things look is for the eye.
-LOOKS = re.compile(r"border|font|[wW]idth|radius|tabindex|stroke|setTimeout|Dash|COLOURS|DARK|BOX|step = Infinity|dark\(|size: 12|canvas|MOST")
+LOOKS = re.compile(r"border|font|[wW]idth|radius|tabindex|stroke|setTimeout|Dash|COLOURS|DARK|BOX|step = Infinity|dark\(|size: 12|canvas|MOST|gibbs[.]size")
 TOKEN = re.compile(r"(?<![\w.#\"'`-])\d+(?:\.\d+)?(?:e[-+]?\d+)?(?![\w.\"'`])| [-+*/<>] | [<>]= | \*\* | [!=]== | && | \|\| ")
 SWAPS = {" + ": " - ", " - ": " + ", " * ": " / ", " / ": " * ", " < ": " >= ", " > ": " <= ", " <= ": " > ", " >= ": " < ", " ** ": " * ", " === ": " !== ",
          " !== ": " === ", " && ": " || ", " || ": " && "}
@@ -72,7 +72,7 @@ def command(target):
 def build(root, name):
     """The programs with a changed source file in root; whether it compiles."""
     objects = subprocess.run(["ninja", "-t", "targets", "all"], cwd=BUILD, capture_output=True, text=True, check=True).stdout
-    target = re.search(rf"^\S*{re.escape(name.split('/', 2)[-1])}\.o(?=:)", objects, re.M)[0]
+    target = re.search(rf"^\S*/{re.escape(Path(name).name)}\.o(?=:)", objects, re.M)[0]
     compile_it = re.sub(r" -M[DTF]( \S+\.(o|d)\b)?", "", command(target)).replace(target, str(root / "changed.o")).replace("-O3", "-O0")
     compile_it = re.sub(rf"\S+/{re.escape(name)}$", str(root / name), compile_it)
     if subprocess.run(compile_it, shell=True, cwd=BUILD, capture_output=True).returncode:
