@@ -69,18 +69,20 @@ void report_asterisks(Given::Member value, const Count& count, const Given& give
   if (fits(count)) return;
   findings.error(given.place(value),
                  message(trimmed(keyword<FlameSection>(value).word), " of ", given.values.*value,
-                         " does not fit the five columns of the store file, which has asterisks"));
+                         " does not fit the five columns of the store file, which has asterisks"),
+                 value == &F::NG ? "NG is the number of grid points: some hundred are usual" : "");
 }
 
 // Warns of values that the solver can hardly do anything with.
 void warn_of_contradictions(const Given& given, Findings& findings) {
   const F& v = given.values;
+  const auto is_odd = [&](Given::Member value) { return findings.is_told(given.place(value)); };
   if (const Count geometry = code_of(v.GE); fits(geometry) && (*geometry < 0 || *geometry > 2)) {
     findings.warning(given.place(&F::GE),
                      message("the geometry ", *geometry, " is none that the listing knows"),
                      "GE is 0. for a slab, 1. for a cylinder, 2. for a sphere");
   }
-  if (const Count grid = count_of(v.NG); grid && *grid < 3) {
+  if (const Count grid = count_of(v.NG); grid && *grid < 3 && !is_odd(&F::NG)) {
     findings.warning(given.place(&F::NG), message("a grid of ", *grid, " points has no point inside"),
                      "NG is the number of grid points, with a decimal point: 101.");
   }
@@ -89,11 +91,11 @@ void warn_of_contradictions(const Given& given, Findings& findings) {
     findings.warning(given.place(&F::NG), message("a grid of ", *grid, " points can hardly be meant"),
                      "the solver moves its grid points to where they are needed: some hundred are usual");
   }
-  if (v.RO <= v.RI) {
+  if (v.RO <= v.RI && !is_odd(&F::RO) && !is_odd(&F::RI)) {
     findings.warning(given.place(&F::RO),
                      message("the outer radius of ", v.RO, " m is not beyond the inner one of ", v.RI, " m"));
   }
-  if (v.TE <= v.TSTA) {
+  if (v.TE <= v.TSTA && !is_odd(&F::TE)) {
     findings.warning(given.place(&F::TE),
                      message("the end time of ", v.TE, " s is not behind the start time of ", v.TSTA, " s"));
   }
@@ -105,7 +107,7 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
   const F& v = given.values;
   const double duration = v.TE - v.TSTA;
   const auto warn = [&](bool is_so, Given::Member value, Given::Member instead, std::string_view what) {
-    if (!is_so) return;
+    if (!is_so || findings.is_told(given.place(value))) return;
     const Place& place = given.place(value);
     findings.warning(place ? place : given.place(instead),
                      message(trimmed(keyword<FlameSection>(value).word), " of ", v.*value, " ", what));
@@ -113,6 +115,14 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
   warn(duration > 0 && v.STEP > duration, &F::STEP, &F::TE, "s is longer than the time from TSTA to TE");
   warn(duration > 0 && v.SE != 0 && v.ST > duration, &F::ST, &F::TE,
        "s: the source lasts longer than the time from TSTA to TE");
+  constexpr double most_steps = 3.0E+8;
+  constexpr double most_sources = 1000;
+  if (v.STEP > 0 && duration > most_steps * v.STEP) {
+    warn(true, &F::TE, &F::TE, "s is more than 300 million times the first step STEP: TE is in s");
+  } else {
+    warn(v.SE != 0 && v.ST > 0 && duration > most_sources * v.ST, &F::TE, &F::TE,
+         "s is more than 1000 times as long as the source, ST: both are in s");
+  }
   warn(v.SE != 0 && v.SW == 0, &F::SW, &F::SE, "m: the energy SE has no width");
   warn(v.AMPL != 0 && v.SIGM == 0, &F::SIGM, &F::AMPL, "m: the profile of AMPL has no width");
   warn(v.AMPL != 0 && v.RO > v.RI && (v.RMAX < v.RI || v.RMAX > v.RO), &F::RMAX, &F::AMPL,

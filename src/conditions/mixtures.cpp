@@ -33,6 +33,7 @@ struct Amounts {
   std::span<double> X;
   NameIndex index{SYMB};
   int given = 0;
+  Place negative{};     // an amount that is, and was told of
   bool failed = false;  // what follows is only looked at
 
   std::optional<SectionEnd> take(const KeywordRecord& record) {
@@ -49,8 +50,8 @@ struct Amounts {
       return SectionEnd::unreadable_value;
     }
     if (value < 0) {
-      MSGFIL.findings.warning(here(NFICON, field.first, field.width),
-                              message("the amount of species '", name, "' is negative: ", value));
+      negative = here(NFICON, field.first, field.width);
+      MSGFIL.findings.warning(negative, message("the amount of species '", name, "' is negative: ", value));
     }
     at(X, number) = value;
     ++given;
@@ -81,7 +82,8 @@ double sum(std::span<const double> values) {
 }
 
 // Checks that the block gives what is needed, and nothing twice.
-void check(const Given& given, int amounts, std::span<const double> gas_amounts, int NTOT, Listing& MSGFIL) {
+void check(const Given& given, const Amounts& amounts, std::span<const double> gas_amounts, int NTOT,
+           Listing& MSGFIL) {
   const bool T = bool(given.place(&M::T));
   const bool H = bool(given.place(&M::H));
   std::string_view what;
@@ -103,14 +105,16 @@ void check(const Given& given, int amounts, std::span<const double> gas_amounts,
         "(1H1,5X,'ERROR - Initial density and pressure   ',/, '1',5X,"
         "'        specified at the same time             ')">(MSGFIL);
     what = "this mixture has a density (RHO), which is always computed";
-  } else if (amounts > NTOT) {
+  } else if (amounts.given > NTOT) {
     write<"(1H1,5X,'ERROR - More than ',I2,' initial values defined')">(MSGFIL, NTOT);
     what = "this mixture has more amounts than there are species";
-  } else if (amounts == 0) {
+  } else if (amounts.given == 0) {
     write<"(1H ,5X,'ERROR - No initial composition specified')">(MSGFIL);
     what = "this mixture has no composition";
   } else if (!(sum(gas_amounts) > 0)) {
     write<"(1H ,5X,'ERROR - No gas-phase composition specified')">(MSGFIL);
+    if (MSGFIL.findings.follows(amounts.negative, "sum that is not positive", Findings::Severity::error))
+      stop(MSGFIL);
     what = "the amounts of the gas species of this mixture do not add up to a positive number";
   } else {
     return;
@@ -238,7 +242,7 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   const int NGAS = species.size() - NSURF;
   const auto X = first(mixture.X, NGAS);
   const auto X_surface = behind(mixture.X, NGAS, NSURF);
-  check(given, amounts.given, X, species.size(), MSGFIL);
+  check(given, amounts, X, species.size(), MSGFIL);
   if (!all_known(X, species)) return;  // of a run that has failed already
 
   mixture.amounts = mixture.X;

@@ -7,6 +7,7 @@
 #include "files/store_records.h"
 #include "files/words.h"
 #include "textio/channel/statement.h"
+#include "textio/names/words.h"
 #include "textio/record/number_format.h"
 
 namespace varpre {
@@ -34,7 +35,11 @@ bool are_options(std::string_view line, const OptionNames& options) {
   while (!(line = line.substr(std::min(line.find_first_not_of(' '), line.size()))).empty()) {
     const std::string_view word = line.substr(0, line.find(' '));
     line.remove_prefix(word.size());
-    const bool number = number_may_follow && read_integer(word);
+    const std::size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
+    const bool glued = number_may_follow && digits > 0 && names_option(word.substr(digits), options);
+    if (glued) ++known;  // "1Energy"
+    if (glued) continue;
+    const bool number = number_may_follow && read_free_real(word);
     if (!number && !names_option(word, options) && !word.starts_with("END")) return false;
     number_may_follow = !number;
     if (!number) ++known;
@@ -94,18 +99,30 @@ bool set_option(const OptionField& field, bool told, OptionVector& IOPT, OptionP
   return true;
 }
 
+// Reports an END that is not in column 1; false, without a finding, for any other record.
+bool report_end_beside(const Input& NFICON, Findings& findings) {
+  const std::string_view text = NFICON.origin(NFICON.record_number()).text;
+  const Word word = next_word(text);
+  if (word.column == 1 || !same_word(word.text, "END")) return false;
+  findings.error(here(NFICON, word.column, word.width()),
+                 message("this END does not close ", section.content, ": it does not begin in column 1"));
+  return true;
+}
+
 // Takes the option records up to END; false after the messages. `complete` tells whether END was reached.
 bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& complete) {
   const Place heading = heading_place(section, NFICON);
   OptionPlaces places;
   bool LOK = true;
   bool readable = true;
+  bool end_beside = false;  // an END that does not begin in column 1: all is said
   complete = false;
   for (OptionRecord record; read_option_record(NFICON, record);) {
     const auto end =
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return f.ends_section(); });
     const auto unreadable = std::find_if(record.begin(), end, [](const OptionField& f) { return !f.value; });
-    const bool shifted = examine_columns(record, NTOPT, NFICON, MSGFIL.findings);
+    end_beside = end_beside || (end == record.end() && report_end_beside(NFICON, MSGFIL.findings));
+    const bool shifted = end_beside || examine_columns(record, NTOPT, NFICON, MSGFIL.findings);
     if (unreadable != end) {
       if (!shifted && !report_heading_inside(section, heading, NFICON, MSGFIL.findings)) {
         report_option_value(*unreadable, MSGFIL.findings);
@@ -120,7 +137,7 @@ bool read_options(Input& NFICON, Listing& MSGFIL, OptionVector& IOPT, bool& comp
     return LOK;
   }
   write<"(1H1,5X,'ERROR - Unreadable options or no END of options')">(MSGFIL);
-  if (readable) report_not_closed(section, heading, MSGFIL.findings);
+  if (readable && !end_beside) report_not_closed(section, heading, MSGFIL.findings);
   return fail(MSGFIL);
 }
 

@@ -414,8 +414,9 @@ void warn_of_cut_lines(const Input& copy, std::span<const Place> told, Findings&
   for (const int record : copy.cut_records) {
     const std::string_view text = copy.origin(record).text;
     if (text.find('!') < text.find_first_not_of(' ', copied_width) + 1) continue;
-    if (std::any_of(told.begin(), told.end(),
-                    [&](const Place& p) { return p.unit == &copy && p.record == record; }))
+    if (findings.is_told({&copy, record}) || std::any_of(told.begin(), told.end(), [&](const Place& p) {
+          return p.unit == &copy && p.record == record;
+        }))
       continue;
     findings.warning({&copy, record, copied_width + 1, 1}, "text beyond column 80 is not read");
   }

@@ -113,7 +113,7 @@ void warn_of_inner_blanks(std::string_view keyword, double value, const FieldCol
 
 void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
                      Findings& findings) {
-  if (value >= usual.least && value <= usual.most) return;
+  if ((value >= usual.least && value <= usual.most) || findings.is_told(place)) return;
   findings.warning(place, message(keyword, " of ", value, " can hardly be meant"),
                    usual.most < 1.0E+300 ? message(usual.least, " to ", usual.most, " is usual")
                                          : message("it is at least ", usual.least));
@@ -128,9 +128,11 @@ void warn_of_second(std::string_view keyword, const Place& earlier, const Place&
 bool value_is_readable(const ReadResult& result, std::string_view word, double value,
                        const FieldColumns& field, std::string_view unit, const Input& NFICON,
                        Findings& findings) {
-  const std::string_view keyword = trimmed(word);
+  std::string_view keyword = trimmed(word);
+  keyword = keyword.substr(0, keyword.find(' '));
   std::string name = message("the value of ", keyword);
-  const std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  std::string_view line = NFICON.origin(NFICON.record_number()).text;
+  line = line.substr(0, line.find('!'));
   const Word across = word_across_end(line, field);
   if (!across.text.empty()) {
     report_value_across_end(keyword, bool(result), value, field, across, NFICON, findings);
@@ -146,7 +148,7 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
     return true;
   }
   if (across.text.empty()) warn_of_columns(findings, NFICON, result, [&](int) { return name; });
-  warn_of_inner_blanks(keyword, value, field, line, NFICON, findings);
+  if (!findings.is_told(here(NFICON))) warn_of_inner_blanks(keyword, value, field, line, NFICON, findings);
   if (!behind.text.empty()) warn_of_unit(keyword, value, unit, behind, NFICON, findings);
   return true;
 }

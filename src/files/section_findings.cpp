@@ -15,6 +15,10 @@ bool begins_like(const Section& section, std::string_view record) {
   return !excepted && begins_with(record, section.word);
 }
 
+std::string_view first_word_on(std::string_view record) {
+  return record.substr(std::min(record.find_first_not_of(" \t"), record.size()));
+}
+
 // Where a heading stands that was not found.
 struct HeadingHelp {
   std::string help;  // the heading that was probably meant, or those that the file has
@@ -49,6 +53,22 @@ int first_text_from(const Input& input, int first) {
   return found;
 }
 
+// Reports an END at the end of a record that begins with something else; false where it has none.
+bool report_end_behind_text(const Section& section, Place record, Findings& findings,
+                            Findings::Severity severity) {
+  const std::string_view text = trimmed(record.unit->origin(record.record).text);
+  const std::size_t blank = text.find_last_of(" \t");
+  if (record.record == 0 || findings.is_told(record) || blank == text.npos ||
+      !same_word(text.substr(blank + 1), "END"))
+    return false;
+  record.column = static_cast<int>(blank) + 2;
+  record.width = static_cast<int>(text.size() - blank) - 1;
+  findings.report(severity, record,
+                  message("this END does not close ", section.content, ": it stands behind something else"),
+                  "END has a line of its own, and begins in column 1", Findings::Site::current());
+  return true;
+}
+
 }  // namespace
 
 const Section* section_of(std::string_view record, std::uint8_t files) {
@@ -65,13 +85,13 @@ bool may_mean(const Section& section, std::string_view record) {
   if (!opens_another && !section.elsewhere.empty() && begins_with(record, section.elsewhere.substr(0, 4)))
     return true;
   const std::string_view begin = record.substr(0, section.word.size());
-  return !opens_another && !Nearest(begin).offer(section.word).help().empty();
+  const bool indented = begin.starts_with(' ') && begins_like(section, first_word_on(record));
+  return !opens_another && (indented || !Nearest(begin).offer(section.word).help().empty());
 }
 
 bool is_meant_as_end(std::string_view record) {
   constexpr std::size_t longest = 4;
-  record = trimmed(record);
-  record.remove_prefix(std::min(record.find_first_not_of(" \t"), record.size()));
+  record = first_word_on(trimmed(record));
   return record.size() <= longest && !record.empty() &&
          (EQUSYM(4, record, "END") || !Nearest(record).offer("END").help().empty());
 }
@@ -94,6 +114,11 @@ void report_missing(const Section& section, const Input& input, Findings& findin
 }
 
 void report_not_closed(const Section& section, const Place& heading, Findings& findings) {
+  int last = 0;
+  heading.unit->for_each_record([&](int record, std::string_view text) {
+    if (!trimmed(text).empty()) last = record;
+  });
+  if (report_end_behind_text(section, {heading.unit, last}, findings, Findings::Severity::error)) return;
   findings.error(heading, message("no END closes ", section.content),
                  "the file ends inside the section that begins here: write END behind its last line");
 }
@@ -113,6 +138,7 @@ bool report_heading_inside(const Section& section, const Place& heading, const I
                     Findings::Site::current());
     return true;
   }
+  if (report_end_behind_text(section, {&input, record - 1}, findings, severity)) return true;
   findings.report(severity, {&input, record, 1, static_cast<int>(trimmed(text).size())},
                   message("no END closes ", section.content, " before the heading '", trimmed(text), "'"),
                   message("write END in front of this line: the section begins in line ",

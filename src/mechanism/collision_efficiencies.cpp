@@ -15,6 +15,7 @@
 #include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 #include "textio/names/scanning.h"
+#include "textio/names/words.h"
 #include "textio/record/number_format.h"
 #include "textio/record/numbered.h"
 
@@ -87,6 +88,16 @@ bool is_blank(std::string_view line, int value) {
   return trimmed(columns(line, column_of(value), value_width)).empty();
 }
 
+// The first number of the record of the efficiencies that does not stand within the columns of one.
+Word across_columns(std::string_view line) {
+  line = line.substr(0, line.find('!'));
+  for (Word word = next_word(line, first_column); word.column > 0; word = next_word(line, word)) {
+    const int place = (word.column - first_column) % (value_width + 1);
+    if (place + word.width() > value_width && read_free_real(word.text)) return word;
+  }
+  return {};
+}
+
 // Warns of what the record of the efficiencies, read last, holds beside or beyond its values, or lacks: one
 // warning, that of the cause which explains most.
 void warn_of_misplaced_values(const Block& block, const Input& unit, Findings& findings) {
@@ -94,24 +105,31 @@ void warn_of_misplaced_values(const Block& block, const Input& unit, Findings& f
   const std::string_view before = trimmed(columns(line, 1, first_column - 1));
   const int shown = std::min(block.count, values_in_80_columns);
   std::vector<SpeciesName> without_value;
-  for (int k = 1; k <= shown; ++k) {
-    if (is_blank(line, k)) without_value.push_back(at(block.species, k));
+  int first_without = 0;
+  for (int k = shown; k >= 1; --k) {
+    if (!is_blank(line, k)) continue;
+    without_value.insert(without_value.begin(), at(block.species, k));
+    first_without = k;
   }
   int extra = block.count + 1;
   while (extra <= values_in_80_columns && is_blank(line, extra)) ++extra;
-  if (!before.empty()) {
+  if (const Word across = across_columns(line); across.column > 0) {
+    findings.warning(here(unit, across.column, across.width()),
+                     message("'", across.text, "' stands across the columns of two efficiencies"),
+                     value_columns);
+  } else if (!before.empty()) {
     findings.warning(here(unit, 1, static_cast<int>(before.size())),
                      message("columns 1-9 of the efficiencies are not read: '", before, "'"), value_columns);
   } else if (!without_value.empty()) {
     findings.warning(
-        here(unit, first_column, value_width),
+        here(unit, column_of(first_without), value_width),
         message("no efficiency stands in the columns of ", list_of(without_value), " (read as 0)"),
         value_columns);
   } else if (extra <= values_in_80_columns) {
     findings.warning(
         here(unit, column_of(extra), value_width),
         message("efficiency ", extra, " of this record belongs to no species: the definition names ",
-                counted(block.count, "of them")),
+                block.count, " of them"),
         value_columns);
   }
 }
@@ -164,8 +182,10 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
     if (told != nullptr) {
       MSGFIL.findings.error(
           *told, "no \"=\" behind the name of this third body",
-          "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow in the "
-          "next record");
+          is_meant_as_end(line.view())
+              ? "did you mean 'END'?"
+              : "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow "
+                "in the next record");
     }
     throw RunStop{};
   }
@@ -189,8 +209,8 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
                                  : message("efficiency ", number);
   };
   if (result) {
-    warn_of_columns(MSGFIL.findings, unit, result, name_of);
     warn_of_misplaced_values(block, unit, MSGFIL.findings);
+    if (!MSGFIL.findings.is_told(here(unit))) warn_of_columns(MSGFIL.findings, unit, result, name_of);
     warn_of_negative(block, unit, MSGFIL.findings);
     warn_of_lost_efficiencies(block, unit, table.cut_text, MSGFIL.findings);
     return true;
@@ -325,6 +345,8 @@ bool read_definition(Table& table, const ReactionNames& names, int NCOLL, const 
 
 // Passes what may belong to a definition that could not be read, up to the next one. False at the end.
 bool pass_definition(Input& input) {
+  const Section* const opened = section_of(input.origin(input.record_number()).text, Section::MEC);
+  if (opened != nullptr && *opened != efficiencies_section) return false;
   for (std::string_view record; input.peek(record); input.next(record)) {
     if (EQUSYM(3, record, "END") || record.find('=') != std::string_view::npos) return true;
     if (section_of(record, Section::MEC) != nullptr) return false;
@@ -362,18 +384,35 @@ void warn_of_efficiencies_not_given(const Mechanism& mechanism, const Definition
                    "a line TROE behind this heading makes it 1");
 }
 
+// Warns of a third body that is defined for nothing; where one reaction has M, there.
+void warn_of_unused(const SpeciesName& partner, const Place& definition, const Mechanism& mechanism, int NS,
+                    Findings& findings) {
+  const std::string what = message("third body ", partner, " is defined, but no reaction uses it");
+  const auto has_M = [NS](const Reaction& r) {
+    return std::find(r.MAT.begin(), r.MAT.end(), NS + 1) != r.MAT.end();
+  };
+  const auto& reactions = mechanism.reactions;
+  const auto first = std::find_if(reactions.begin(), reactions.end(), has_M);
+  const auto last = std::find_if(reactions.rbegin(), reactions.rend(), has_M);
+  if (first == reactions.end()) return findings.warning(definition, what);
+  if (first->line == last->line) {
+    return findings.warning(locate(first->line, "M"), what,
+                            message("is it meant here? M takes every species alike; ", partner,
+                                    " is defined in line ", definition.unit->origin(definition.record).line));
+  }
+  findings.warning(definition, what, "reactions with M take every species alike: is one of them meant?");
+}
+
 // Checks the definitions against the mechanism, third body by third body; false after the message.
-bool check_definitions(const Mechanism& mechanism, const Definitions& definitions, const Place& heading,
-                       Listing& MSGFIL) {
+bool check_definitions(const Mechanism& mechanism, int NS, const Definitions& definitions,
+                       const Place& heading, Listing& MSGFIL) {
   for (int c = 2; c <= mechanism.NCOLL; ++c) {
     const SpeciesName partner = partner_name(c);
     const Place& line = at(definitions.line, c);
     const auto defined = bool(line);
     if (defined && !at(mechanism.used, c)) {
       if (!MSGFIL.findings.follows(mechanism.behind_end, "definition")) {
-        MSGFIL.findings.warning(
-            line, message("third body ", partner, " is defined, but no reaction uses it"),
-            at(mechanism.used, 1) ? "reactions with M take every species alike: is one of them meant?" : "");
+        warn_of_unused(partner, line, mechanism, NS, MSGFIL.findings);
       }
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
     } else if (!defined && at(mechanism.used, c)) {
@@ -415,7 +454,8 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
     warn_of_efficiencies_not_given(mechanism, definitions, names, table.heading, MSGFIL.findings);
   const SpeciesName M = partner_name(1);
   if (at(mechanism.used, 1)) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
-  if (!mechanism.complete || !check_definitions(mechanism, definitions, table.heading, MSGFIL)) return false;
+  if (!mechanism.complete || !check_definitions(mechanism, names.NS(), definitions, table.heading, MSGFIL))
+    return false;
   if (definitions.count == 0) {
     write<"(' ',7X,' no additional third bodies defined besides ',A)">(MSGFIL, M);
   } else {
@@ -435,8 +475,10 @@ CollisionEfficiencies GENCEF(const ReactionNames& names, const Mechanism& mechan
                              Input& NFICON, Listing& MSGFIL, StoreFile& NFISTO) {
   Table table;
   EfficiencyRows EFF;
+  const int behind_mechanism = NFIMEC.record_number();
   const bool LOK = read_table(names, mechanism, NFIMEC, NFICON, table, EFF, MSGFIL, NFISTO);
-  return {LOK, std::move(EFF), table.of_others, NFIMEC.record_number(), table.cut_text};
+  const int behind = table.heading ? NFIMEC.record_number() : behind_mechanism;
+  return {LOK, std::move(EFF), table.of_others, behind, table.cut_text};
 }
 
 }  // namespace varpre

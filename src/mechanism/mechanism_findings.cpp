@@ -7,6 +7,8 @@
 #include "math/elementary.h"
 #include "mechanism/reverse_reaction.h"
 #include "textio/findings/listing.h"
+#include "textio/names/words.h"
+#include "textio/record/number_format.h"
 #include "thermo/elements.h"
 #include "thermo/thermo_functions.h"
 
@@ -30,6 +32,19 @@ bool is_meant_as_duplicate(const Place& line) {
     at = static_cast<std::size_t>(end - comment.begin());
   }
   return false;
+}
+
+Place place_of_parameters(const Place& line, int first, int last) {
+  if (!line) return line;
+  const std::string_view text = line.unit->origin(line.record).text;
+  const std::vector<Word> words = words_of(text.substr(0, text.find('!')));
+  constexpr int parameters = 3;
+  if (count_of(words) < parameters || !read_free_real(words.back().text)) return line;
+  const auto* const of_A = &words.back() - (parameters - 1);
+  Place place = line;
+  place.column = of_A[first].column;
+  place.width = of_A[last].last() - place.column + 1;
+  return place;
 }
 
 bool follows_from_a_fit(const Phase& phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit,
@@ -70,10 +85,10 @@ ElementBalance::ElementBalance(const SpeciesView& species, int NSURF) {
   }
 }
 
-void ElementBalance::check(const Phase& phase, const Reaction& reaction) {
+bool ElementBalance::check(const Phase& phase, const Reaction& reaction) {
   std::array<int, 96> left{};  // a phase has some ten elements, its database entries at most a few more
   std::array<int, 96> right{};
-  if (symbols_.size() > left.size()) return;
+  if (symbols_.size() > left.size()) return true;
   bool known = true;
   phase.for_each(reaction.MAT, [&](int number, int sign) {
     if (number > count_of(species_)) return;
@@ -88,8 +103,9 @@ void ElementBalance::check(const Phase& phase, const Reaction& reaction) {
     unbalanced_.push_back({reaction.MAT, reaction.line,
                            message("the reaction does not balance: ", at(left, e), " ", at(symbols_, e),
                                    " on the left, ", at(right, e), " on the right")});
-    return;
+    return false;
   }
+  return true;
 }
 
 // The species that all unbalanced reactions have, if there is but one; 0: none.

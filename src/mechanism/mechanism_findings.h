@@ -15,6 +15,10 @@ namespace varpre {
 // Whether the comment behind a reaction says that it stands there again on purpose: "! dup", "! DUPLICATE".
 bool is_meant_as_duplicate(const Place& line);
 
+// Where the parameters A, b and E (0, 1, 2) of a reaction line stand, from `first` to `last`; the line itself
+// in a form without them at its end.
+Place place_of_parameters(const Place& line, int first, int last);
+
 // Whether what is found about a reaction follows from the fit of one of its species: that of a species
 // without entry, or one that has been told of, where it is counted then (Findings::follows).
 bool follows_from_a_fit(const Phase& phase, const SpeciesVector& MAT, std::span<const ThermoFit> fit,
@@ -26,7 +30,8 @@ class ElementBalance {
   // Nothing is known of species without an entry, or of a gas without elements; an empty site has none.
   ElementBalance(const SpeciesView& species, int NSURF);
 
-  void check(const Phase& phase, const Reaction& reaction);
+  // Whether they do, as far as is known.
+  bool check(const Phase& phase, const Reaction& reaction);
   // Tells of the reactions that do not balance, or of the species whose elements explain all of them.
   void report(const Phase& phase, const SpeciesView& species, Findings& findings) const;
 

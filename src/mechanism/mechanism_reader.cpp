@@ -87,13 +87,18 @@ class Reader {
     }
   }
 
-  // Passes the records of rate parameters behind a line that was rejected. False where another section
-  // begins.
+  // Passes the records of rate parameters behind a line that was rejected, and one that is told of. False
+  // where another section begins.
   bool pass_rate_records() {
     const std::string_view text = NFIMEC_.origin(NFIMEC_.record_number()).text;
     const Section* const opened = section_of(text, Section::MEC);
     if ((opened != nullptr && *opened != phase_.section) || is_meant_as_end(text)) return false;
-    for (std::string_view record; NFIMEC_.peek(record) && is_rate_record(record);) NFIMEC_.next(record);
+    for (std::string_view record; NFIMEC_.peek(record);) {
+      const bool told = MSGFIL_.findings.is_told({&NFIMEC_, NFIMEC_.record_number() + 1});
+      const bool reaction = record.find_first_of("=>") != record.npos;
+      if (!is_rate_record(record) && (!told || reaction || is_meant_as_end(record))) break;
+      NFIMEC_.next(record);
+    }
     return true;
   }
   static bool is_rate_record(std::string_view record) {
@@ -104,8 +109,8 @@ class Reader {
   bool take(ReactionLine& line) {
     line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
     if (!append(line.reaction, line.KSPEC)) return false;
-    balance_.check(phase_, line.reaction);
-    rate_check_.examine(line);
+    balanced_ = balance_.check(phase_, line.reaction);
+    if (balanced_) rate_check_.examine(line);
     return !line.reversible || append_reverse(phase_.exchanged(line.KSPEC));
   }
 
@@ -127,12 +132,20 @@ class Reader {
     return true;
   }
 
-  // One warning a line: a reverse that equals another one says nothing new.
+  // One warning a line: a reverse that equals another one says nothing new, nor one that has no meaning.
   void warn_of_duplicate(const Reaction& reaction, const Reaction& earlier) {
+    if (reverse_told(reaction) || reverse_told(earlier)) return;
     MSGFIL_.findings.warning(
         reaction.line, "the reaction, or its reverse, is in the mechanism already",
         message("the other one stands in line ", earlier.line.unit->origin(earlier.line.record).line,
                 "; if both are meant, write ! dup at the end of this line"));
+  }
+
+  // Of a sticking or coverage-dependent reaction that is reversible it was told that its reverse is wrong.
+  bool reverse_told(const Reaction& reaction) const {
+    const bool of_surface = reaction.ISTICK != 0 || reaction.IARRH == coverage_dependent;
+    return of_surface && MSGFIL_.findings.is_told(reaction.line) &&
+           reaction.line.unit->origin(reaction.line.record).text.find('=') != std::string_view::npos;
   }
 
   void warn_of_long_listing() {
@@ -155,7 +168,8 @@ class Reader {
       reverse.IARRH = reverse_of(falloff);
     } else {
       reverse = INIMRP(phase_, forward, fit_, MSGFIL_);
-      if (forward.IARRH == arrhenius) reverse_check_.compare(phase_, forward, reverse, MSGFIL_.findings);
+      if (forward.IARRH == arrhenius && balanced_)
+        reverse_check_.compare(phase_, forward, reverse, MSGFIL_.findings);
     }
     reverse.line = forward.line;
     reverse.ICOV = forward.ICOV;
@@ -186,6 +200,7 @@ class Reader {
   std::vector<Reaction>& reactions_;
   Duplicates duplicates_;
   int equal_pairs_ = 0;
+  bool balanced_ = true;  // the reaction read last
 };
 
 // Stands behind the heading, which is searched behind a record; echoes the records passed over. False, after

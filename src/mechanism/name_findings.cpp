@@ -72,7 +72,9 @@ std::string help_for(const SpeciesName& name, const ReactionNames& names) {
 Place misspelt_in_list(const SpeciesName& name, const ReactionNames& names) {
   for (const auto& [listed, place] : names.without_entry) {
     const std::string plain = in_plain_characters(trimmed(listed.view()));
-    const bool part = plain != trimmed(listed.view()) && plain.find(trimmed(name.view())) != plain.npos;
+    const std::string_view word = trimmed(name.view());
+    const bool run_together = word.size() > 1 && (plain.starts_with(word) || plain.ends_with(word));
+    const bool part = (run_together || plain != trimmed(listed.view())) && plain.find(word) != plain.npos;
     if (part || !Nearest(listed.view()).offer(name.view()).help().empty()) return place;
   }
   return {};
@@ -104,7 +106,8 @@ std::string_view word_before_numbers(std::string_view text, int numbers) {
 
 bool is_meant_as_number(std::string_view word) {
   return !word.empty() && word.find_first_of("=>") == word.npos &&
-         std::string_view("0123456789.,-+").find(word.front()) != std::string_view::npos;
+         (is_digit(word.front()) || word.front() == '.' || word.front() == ',' || word.front() == '-' ||
+          word.front() == '+');
 }
 
 int count_numbers_at_end(std::string_view text) {

@@ -92,7 +92,7 @@ void RateCheck::examine(const ReactionLine& line) {
   if (r.IARRH == non_arrhenius) return;
   if (!(r.AFAC > 0) && !is_meant_as_duplicate(r.line)) {
     findings_.warning(
-        r.line, message("A of this reaction is read as ", about(r.AFAC)),
+        place_of_parameters(r.line, 0, 0), message("A of this reaction is read as ", about(r.AFAC)),
         "a pre-exponential factor is positive; a negative one corrects another rate: then write "
         "! dup at the end of the line");
   }
@@ -108,7 +108,8 @@ void RateCheck::examine_sticking(const ReactionLine& line) {
   const Reaction& r = line.reaction;
   const double coefficient = line.sticking_coefficient;
   if (!(coefficient > 0 && coefficient <= 1)) {
-    findings_.warning(r.line, message("the sticking coefficient is read as ", about(coefficient)),
+    findings_.warning(place_of_parameters(r.line, 0, 0),
+                      message("the sticking coefficient is read as ", about(coefficient)),
                       "a sticking coefficient is above 0 and at most 1");
   }
   const SpeciesName& name = names_[r.ISTICK];
@@ -126,7 +127,7 @@ void RateCheck::examine_sticking(const ReactionLine& line) {
 
 void RateCheck::examine_coverage(const ReactionLine& line) {
   const Reaction& r = line.reaction;
-  examine_energy(r.VT6, r.line);
+  examine_energy(r.VT6, {r.line.unit, r.line.record + 1});
   if (NSURF_ > 0 && is_gas(r.ICOV)) {
     const SpeciesName& name = names_[r.ICOV];
     Place record = r.line;
@@ -143,17 +144,32 @@ void RateCheck::examine_coverage(const ReactionLine& line) {
   }
 }
 
-// A of at most 1 is a sticking coefficient whose line STIC is missing, or no factor at all.
+// A of at most 1 is a sticking coefficient whose line STIC is missing, unless that line was told of. Where
+// none but surface species react, A is far larger.
 void RateCheck::examine_surface_factor(const ReactionLine& line) {
+  constexpr double most_b = 15;
+  constexpr double most = 30;
+  constexpr double least_alone = 3;  // decadic logarithms of A T^b
+  constexpr double least_of_two = 9;
   const Reaction& r = line.reaction;
-  if (!(r.AFAC > 0 && r.AFAC <= 1)) return;
   const auto educts = phase_.educts(line.KSPEC);
-  if (std::any_of(educts.begin(), educts.end(), [&](int k) { return is_gas(k); })) {
-    findings_.warning(r.line,
+  const auto gas = std::count_if(educts.begin(), educts.end(), [&](int k) { return is_gas(k); });
+  const auto others = std::count_if(educts.begin(), educts.end(), [](int k) { return k != 0; }) - gas;
+  if (!(r.AFAC > 0) || (gas > 0 && findings_.is_told({r.line.unit, r.line.record - 1}))) return;
+  if (gas > 0 && r.AFAC <= 1) {
+    findings_.warning(place_of_parameters(r.line, 0, 0),
                       message("A of this reaction, ", about(r.AFAC), ", looks like a sticking coefficient"),
                       "a line STIC in front of the reaction makes it one");
-  } else {
-    findings_.warning(r.line, message("A of this surface reaction is ", about(r.AFAC)),
+    return;
+  }
+  const double log_factor = log10_factor(r.AFAC, r.TEXP);
+  if (std::abs(r.TEXP) > most_b) {
+    findings_.warning(place_of_parameters(r.line, 1, 1),
+                      message("b of this reaction is read as ", about(r.TEXP)),
+                      "the numbers are A, b and E: rates go with T^b");
+  } else if (log_factor > most || log_factor < (gas + others > 1 ? least_of_two : least_alone)) {
+    findings_.warning(place_of_parameters(r.line, 0, 0),
+                      message("A of this surface reaction is ", about(r.AFAC)),
                       "A is in cm, mol, s: reactions of the surface have some 1E+10 to 1E+24");
   }
 }
@@ -161,23 +177,24 @@ void RateCheck::examine_surface_factor(const ReactionLine& line) {
 void RateCheck::examine_falloff(const ReactionLine& line) {
   const Reaction& r = line.reaction;
   const auto& [A, b, E, a, T3, T1, T2, last] = r.FALL;
+  const Place first_record{r.line.unit, r.line.record + 1};
+  const Place second_record{r.line.unit, r.line.record + 2, 7, 10};
   if (std::none_of(line.KSPEC.begin(), line.KSPEC.end(), [&](int k) { return is_partner(k); })) {
     findings_.warning(r.line, "this reaction has falloff parameters, but no third body",
                       "its third body stands on both sides: H+O2+M'=HO2+M'");
   }
   if (A > 0 && A <= 1 && a > low.least) {
-    findings_.warning({r.line.unit, r.line.record + 1},
+    findings_.warning({first_record.unit, first_record.record, 1, 60},
                       "the two \"#\" records of this reaction look exchanged",
                       "the first one has A, b and E at low pressure, the second one a, T***, T* and T**");
     return;
   }
-  examine_energy(E, r.line);
-  compare(A, b, E, low, {r.line.unit, r.line.record + 1, 1, 36});
+  examine_energy(E, first_record);
+  compare(A, b, E, low, first_record);
   constexpr double least_a = -100;
   constexpr double most_a = 2;
-  if (a < least_a || a > most_a) {
-    findings_.warning({r.line.unit, r.line.record + 2, 7, 10},
-                      message("the first falloff parameter, a, is ", about(a)),
+  if ((a < least_a || a > most_a) && !findings_.is_told(second_record)) {
+    findings_.warning(second_record, message("the first falloff parameter, a, is ", about(a)),
                       "a is between 0 and 1 as a rule, seldom negative; T***, T* and T** follow it");
   }
 }
@@ -186,7 +203,8 @@ void RateCheck::examine_energy(double E, const Place& line) {
   constexpr double most = 1000 * kJ_per_mol;
   if (std::abs(E) <= most || !std::isfinite(E)) return;  // what is not finite is an error of its own
   ++too_large_energies_;
-  energies_.push_back({line, message("the activation energy is read as ", about(E / kJ_per_mol), " kJ/mol"),
+  energies_.push_back({place_of_parameters(line, 2, 2),
+                       message("the activation energy is read as ", about(E / kJ_per_mol), " kJ/mol"),
                        "E is in kJ/mol: is this one in J/mol or cal/mol?"});
 }
 
@@ -212,11 +230,11 @@ void RateCheck::compare(double A, double b, double E, const UsualFactor& usual, 
   const std::string range =
       message(usual.form, " ", about(usual.least), " to ", about(usual.most), " ", usual.unit);
   if (std::abs(b) > most_b) {
-    factors_.push_back({line, message("b of this reaction is read as ", about(b)),
+    factors_.push_back({place_of_parameters(line, 1, 1), message("b of this reaction is read as ", about(b)),
                         "the numbers are A, b and E: rates go with T^b"});
   } else {
     factors_.push_back(
-        {line,
+        {place_of_parameters(line, 0, 1),
          message("A T^b of this reaction is ", about(power_of_10(log_factor)), " ", usual.unit, " at 1500 K"),
          message(range, ": look at A and b")});
   }
@@ -260,13 +278,14 @@ void RateCheck::examine_reaction_heat(const ReactionLine& line) {
   if (heat && *heat > least_shown && r.EXA < *heat - tolerated) {
     const double in_kcal = kcal * r.EXA / *heat;
     energies_.push_back(
-        {r.line,
+        {place_of_parameters(r.line, 2, 2),
          message("E of ", about(r.EXA / kJ_per_mol), " kJ/mol is below the heat of this reaction, ",
                  about(*heat / kJ_per_mol), " kJ/mol"),
          in_kcal > 0.9 && in_kcal < 1.5 ? "E is in kJ/mol: is this one in kcal/mol?"
                                         : "its reverse would be faster than collisions: look at E"});
   } else if (r.EXA < least_E) {
-    energies_.push_back({r.line, message("E of this reaction is ", about(r.EXA / kJ_per_mol), " kJ/mol"),
+    energies_.push_back({place_of_parameters(r.line, 2, 2),
+                         message("E of this reaction is ", about(r.EXA / kJ_per_mol), " kJ/mol"),
                          "is the sign meant? without a third body E is seldom negative"});
   }
 }
@@ -311,10 +330,10 @@ bool RateCheck::report_energies_of_all(const Place& heading) {
 
 void RateCheck::report(const Place& heading) {
   if (!report_factors_of_all(heading)) {
-    for (const Doubt& doubt : factors_) findings_.warning(doubt.line, doubt.what, doubt.help);
+    for (const Doubt& doubt : factors_) findings_.warning(doubt.place, doubt.what, doubt.help);
   }
   if (!report_energies_of_all(heading)) {
-    for (const Doubt& doubt : energies_) findings_.warning(doubt.line, doubt.what, doubt.help);
+    for (const Doubt& doubt : energies_) findings_.warning(doubt.place, doubt.what, doubt.help);
   }
 }
 

@@ -29,7 +29,7 @@ class RateCheck {
 
  private:
   struct Doubt {
-    Place line;
+    Place place;
     std::string what;
     std::string help;
   };

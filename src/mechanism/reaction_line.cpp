@@ -6,6 +6,7 @@
 #include "files/section_findings.h"
 #include "files/words.h"
 #include "mechanism/foreign_formats.h"
+#include "mechanism/mechanism_findings.h"
 #include "mechanism/name_findings.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
@@ -156,7 +157,7 @@ void examine(const ReadResult& result, std::string_view record_name, std::string
     findings.error(line, message("the file ends before the ", record_name, " of this reaction"));
   } else if (result.is_unreadable()) {
     report_unreadable(findings, NFIMEC, result, field_name);
-  } else {
+  } else if (!findings.is_told(here(NFIMEC))) {
     warn_of_columns(findings, NFIMEC, result, [&](int) { return field_name; });
   }
 }
@@ -179,6 +180,12 @@ void warn_of_blank_field(std::initializer_list<FieldColumns> fields, const Input
   }
 }
 
+// Reports a comment where falloff parameters are due: a record without a number.
+bool report_comment(const Input& NFIMEC, Findings& findings) {
+  const std::string_view text = NFIMEC.origin(NFIMEC.record_number()).text;
+  return text.find_first_of("0123456789") == text.npos && report_foreign_form(here(NFIMEC), findings);
+}
+
 // "$": activation energy that depends on the coverage of a species of the phase.
 bool read_coverage_line(const ReactionNames& names, Input& NFIMEC, Reaction& reaction, Findings& findings) {
   Text<1> mark;
@@ -186,13 +193,17 @@ bool read_coverage_line(const ReactionNames& names, Input& NFIMEC, Reaction& rea
   reaction.IARRH = coverage_dependent;
   const ReadResult result =
       read<"(A1,A33,11X,E10.3,F7.1,F10.1)">(NFIMEC, mark, species, reaction.VT4, reaction.VT5, reaction.VT6);
-  examine(result, "\"$\" record", "a coverage parameter", NFIMEC, reaction.line, findings);
-  if (!result) return false;
-  reaction.VT6 *= 1000;
   const SpeciesName name(species.view());
   const auto list = names.species();
   const auto found = std::find(list.begin(), list.end(), name);  // letter case counts here
-  if (name.blank() || found == list.end()) {
+  const bool unknown = found == list.end();
+  // A name that is too long shifts what stands behind it.
+  if (result || name.blank() || !unknown) {
+    examine(result, "\"$\" record", "a coverage parameter", NFIMEC, reaction.line, findings);
+    if (!result) return false;
+  }
+  reaction.VT6 *= 1000;
+  if (name.blank() || unknown) {
     findings.error(here(NFIMEC, 2, 8), message("'", name, "' is not a species of this phase"),
                    name.blank()
                        ? "columns 2-34 hold the species whose coverage counts; its letter case counts"
@@ -209,9 +220,10 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   auto& FALL = reaction.FALL;
   reaction.IARRH = falloff;
   ReadResult result = read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2]);
+  if (result.is_unreadable() && report_comment(NFIMEC, findings)) return false;
+  if (result) warn_of_blank_field({{7, 10}, {19, 6}, {27, 10}}, NFIMEC, findings);
   examine(result, "first \"#\" record", "a low-pressure parameter", NFIMEC, reaction.line, findings);
   if (!result) return false;
-  warn_of_blank_field({{7, 10}, {19, 6}, {27, 10}}, NFIMEC, findings);
   FALL[2] *= 1000;
   std::string_view second;
   if (NFIMEC.peek(second) && !second.starts_with('#')) {
@@ -221,8 +233,8 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
     return false;
   }
   result = read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]);
-  examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
   if (result) warn_of_blank_field({{7, 10}, {19, 10}, {31, 10}, {43, 10}}, NFIMEC, findings);
+  examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
   return bool(result);
 }
 
@@ -322,7 +334,7 @@ bool make_sticking(const ReactionNames& names, const SpeciesName& first, Reactio
                    Listing& MSGFIL) {
   Reaction& reaction = line.reaction;
   if (reaction.EXA != 0 || reaction.TEXP != 0) {
-    MSGFIL.findings.warning(reaction.line,
+    MSGFIL.findings.warning(place_of_parameters(reaction.line, 1, 2),
                             message("b and E of a sticking reaction are not used (", reaction.TEXP, " and ",
                                     reaction.EXA / 1000, " kJ/mol here)"),
                             "A is the sticking coefficient; b is set to 0.5 and E to 0");
@@ -356,9 +368,12 @@ bool collect(const Phase& phase, std::span<const int> numbers, const Place& line
     return count;
   };
   const auto report = [&](std::string_view what) {
+    const std::string_view text = line.unit->origin(line.record).text;
+    const bool no_arrow = text.find_first_of("=>") == text.npos;
     MSGFIL.findings.error(line, what,
-                          message("a reaction of this phase has 1 to ", MAXE, " educts and 1 to ", MAXE,
-                                  " products, separated by \"=\" or \">\""));
+                          no_arrow ? std::string("no \"=\" or \">\" stands between educts and products")
+                                   : message("a reaction of this phase has 1 to ", MAXE, " educts and 1 to ",
+                                             MAXE, " products, separated by \"=\" or \">\""));
     return false;
   };
   const int educts = take(-1, 0);

@@ -61,13 +61,15 @@ void note_entries_behind(const NameIndex& index, const Input& database, Database
 void report_unreadable_entry(const DatabaseSearch& search, const Input& database,
                              const DatabaseLayout& layout, bool lacking, Findings& findings) {
   if (search.read_all) return;
+  const auto severity = lacking ? Findings::Severity::error : Findings::Severity::warning;
+  if (findings.follows({&database, search.unreadable.unreadable.record}, "further list of species", severity))
+    return;
   const std::string field = layout.field_name(search.unreadable.unreadable.number);
   const std::string consequence =
       message("; nothing behind this record is read",
               search.behind.empty() ? "" : message(" (", list_of(search.behind), " would stand there)"));
   report_unreadable(findings, database, search.unreadable,
-                    message(field, " of species '", search.unreadable_name, "'"),
-                    lacking ? Findings::Severity::error : Findings::Severity::warning, consequence);
+                    message(field, " of species '", search.unreadable_name, "'"), severity, consequence);
 }
 
 void report_absent_entries(const DatabaseSearch& search, const SpeciesView& species, const Input& database,

@@ -6,6 +6,7 @@
 #include "files/words.h"
 #include "textio/channel/statement.h"
 #include "textio/names/scanning.h"
+#include "textio/names/words.h"
 #include "textio/record/numbered.h"
 
 namespace varpre {
@@ -46,6 +47,15 @@ Findings::Severity severity(const Section& section) {
   return section.data_needed ? Findings::Severity::error : Findings::Severity::warning;
 }
 
+// Where a name of a line stands, the last time if it is there twice.
+Place locate_last(const Place& record, std::string_view name) {
+  Place place = locate(record, name);
+  for (const Word& word : words_of(record.unit->origin(record.record).text)) {
+    if (word.text == name) place.column = word.column;
+  }
+  return place;
+}
+
 // Reports a name that is in the list already, whole or cut to its length there. `number` is its
 // place.
 void report_equal_names(const Section& section, std::string_view written, int number,
@@ -58,7 +68,7 @@ void report_equal_names(const Section& section, std::string_view written, int nu
   if (equal == before.end()) return;
   const Place& earlier_place = species.listed.begin()[equal - before.begin()];
   const bool cut = written.size() > name.chars.size();
-  findings.report(severity(section), locate(at(species.listed, number), written),
+  findings.report(severity(section), locate_last(at(species.listed, number), written),
                   cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
                       : message("species '", name, "' is listed already"),
                   message("the first one stands in line ",
@@ -72,7 +82,9 @@ void warn_of_species_in_both(const SpeciesView& gas, const SpeciesView& surface,
   const NameIndex index(gas.SYMB);
   for (int i = 1; i <= surface.size(); ++i) {
     const SpeciesName& name = at(surface.SYMB, i);
-    if (index.find(name) == 0) continue;
+    const int in_gas = index.find(name);
+    if (in_gas == 0 || !at(gas.listed, in_gas) || !at(surface.listed, i))
+      continue;  // behind a missing END everything is in both
     findings.warning(locate(at(surface.listed, i), name.view()),
                      message("species '", name, "' is listed in the gas phase as well"),
                      "reactions and mixtures mean the gas species by this name");

@@ -162,6 +162,9 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   add(std::abs(h) > 0.005, "the enthalpy", h, " of RT");
   add(std::abs(s) > 0.005, "the entropy", s, " of R");
   if (jumps.empty()) return false;
+  for (int line = 1; line < 4; ++line) {
+    if (findings.follows({fit.entry.unit, fit.entry.record + line}, "jump of the fit")) return true;
+  }
   findings.warning(fit.entry,
                    message("the fit of ", name, " jumps at its switch temperature of ", T, " K: ", jumps),
                    "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong");

@@ -90,6 +90,7 @@ bool compute(const Subject& species, double M, const FitGrid& grid, Properties& 
     const double omega22 = MXIOME(CollisionIntegral::viscosity, TSTAR, DSTAR, MSGFIL, LOK);
     if (!LOK) {
       const MoleculeField cause = cause_of_undefined(molecule, TSTAR);
+      if (MSGFIL.findings.follows(molecule.record, "failed fit", Findings::Severity::error)) return false;
       MSGFIL.findings.error(place_of(molecule, cause),
                             message("species '", species.name, "' has no collision integrals at ", T,
                                     " K with ", molecule_field(cause), " of ", value_of(molecule, cause)),
@@ -119,6 +120,7 @@ void report_not_positive(std::string_view property, const Subject& species, cons
                          const FitGrid& grid, Findings& findings) {
   const auto lowest = std::min_element(properties.cp.begin(), properties.cp.end());
   if (*lowest < 0) {
+    if (findings.follows(species.fit().entry, "failed fit", Findings::Severity::error)) return;
     const double T = grid.T.begin()[lowest - properties.cp.begin()];
     findings.error(species.fit().entry,
                    message("the ", property, " of species '", species.name,
@@ -126,6 +128,7 @@ void report_not_positive(std::string_view property, const Subject& species, cons
                    "a gas has 20.8 J/(mol K) at least");
     return;
   }
+  if (findings.follows(species.molecule.record, "failed fit", Findings::Severity::error)) return;
   findings.error(species.molecule.record,
                  message("the ", property, " of species '", species.name,
                          "' cannot be fitted: not every value is positive"),

@@ -66,8 +66,11 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
   const auto read_next = [&](SpeciesName& name) {
     NFIMOL.peek(line);
     ReadResult result = read_molecule(NFIMOL, name, molecule);
-    const bool remarkable = result.without_point.number > 0 || result.digit_in_gap.number > 0;
-    if (remarkable && !layout_fault(line).empty()) result.without_point = result.digit_in_gap = {};
+    const bool remarkable =
+        result.without_point.number > 0 || result.digit_in_gap.number > 0 || result.cut.number > 0;
+    if (remarkable && !layout_fault(line).empty()) {
+      result.without_point = result.digit_in_gap = result.cut = {};
+    }
     return result;
   };
   const auto take = [&](std::size_t i, const Place& record) {

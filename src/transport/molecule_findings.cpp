@@ -182,20 +182,21 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
   const Atoms atoms = atoms_of(gas.elements[i]);
   const bool known = atoms.real && atoms.count > 0;
   const bool geometry_exists = molecule.IGEOM >= 0 && molecule.IGEOM <= 2;
-  if (known && geometry_exists && !suits(molecule.IGEOM, atoms.count)) {
-    findings.warning(
-        place_of(molecule, MoleculeField::geometry),
-        message("the geometry index ", molecule.IGEOM, " does not suit species '", name, "' of ",
-                counted(atoms.count, "atom")),
-        "0 is for atoms, 1 for linear molecules, as all of two atoms are, 2 for non-linear ones");
-  }
   // Half an atom of hydrogen; 0 says nothing.
-  if (M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > 0.5) {
+  const bool other_atoms = M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > 0.5;
+  if (other_atoms) {
     findings.warning(
         place_of(molecule, MoleculeField::molar_mass),
         message("the molar mass of species '", name, "' is ", molecule.XMDB,
                 " g/mol here, its elements have ", M, " g/mol"),
         "the fits take the latter; one of the two entries may be wrong, or that of another species");
+  }
+  if (known && !other_atoms && geometry_exists && !suits(molecule.IGEOM, atoms.count)) {
+    findings.warning(
+        place_of(molecule, MoleculeField::geometry),
+        message("the geometry index ", molecule.IGEOM, " does not suit species '", name, "' of ",
+                counted(atoms.count, "atom")),
+        "0 is for atoms, 1 for linear molecules, as all of two atoms are, 2 for non-linear ones");
   }
   for (const auto& [field, value, least, most, unit] : usual_values) {
     const double x = molecule.*value;

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +64,23 @@ TEST(Suggestions, NameWhatKeepsANumberFromBeingOne) {
   EXPECT_EQ(odd_number_help("l.5", 1), "write 1.5 in digits");
   EXPECT_EQ(odd_number_help("1.5\t", 30), "column 33 holds a tab (U+0009): write blanks");
   EXPECT_EQ(odd_number_help("abc", 1), "");
+}
+
+// The fault of a file takes the place of what was told of its lines, and of nothing else.
+TEST(Findings, KeepThoseWithoutAPlaceWhenAFileIsAtFault) {
+  Input faulty(1, "MEC", Storage::memory);
+  Input sound(2, "INP", Storage::memory);
+  Findings findings;
+  findings.judge_file = [&](const Input& file) {
+    return &file == &faulty ? std::optional(FileFault{0, "the file MEC is empty", {}}) : std::nullopt;
+  };
+  findings.warning({}, "of nothing");
+  findings.warning(whole(sound), "of another file");
+  findings.warning(whole(faulty), "of the file");
+  findings.error(whole(faulty), "an error of it");
+  EXPECT_EQ(
+      findings.render(),
+      "varpre: warning: of nothing\nINP:1:1: warning: of another file\nMEC:1:1: error: the file MEC is empty\n");
 }
 
 }  // namespace

@@ -100,9 +100,9 @@ std::string unreadable_help(const std::string& line, const std::vector<NumericFi
                             int width, bool integer) {
   const std::string until_its_end = columns_of(line, 1, column + width - 1);
   if (std::string help = odd_character_help(until_its_end, 1); !help.empty()) return help;
-  if (std::string help = shift_help(line, fields); !help.empty()) return help;
-  return integer ? std::string()
-                 : odd_number_help(without_blanks_around(columns_of(line, column, width)), column);
+  const std::string odd =
+      integer ? "" : odd_number_help(without_blanks_around(columns_of(line, column, width)), column);
+  return odd.empty() ? shift_help(line, fields) : odd;
 }
 
 }  // namespace
@@ -152,19 +152,20 @@ void warn_of_scale(Findings& findings, const Input& input, const ReadResult& res
 }
 
 // The number around the border of two fields: of other digits that touch nothing can be said.
-void warn_of_cut(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
+bool warn_of_cut(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
                  const Findings::Site& kind) {
   const FieldPlace& border = result.cut;
   const std::string line = line_of(input, border.record);
   const auto at = static_cast<std::size_t>(border.column) - 1;
-  if (at >= line.size()) return;
+  if (at >= line.size()) return false;
   const std::size_t begin = line.find_last_of(' ', at) + 1;
   const std::string text = line.substr(begin, line.find(' ', at) - begin);
-  if (!read_free_real(text)) return;
+  if (!read_free_real(text)) return false;
   findings.warning(
       {&input, border.record, static_cast<int>(begin) + 1, static_cast<int>(text.size())},
       message("'", text, "' runs over the end of its columns: ", name, " begins in column ", border.column),
       "the columns look shifted", kind);
+  return true;
 }
 
 void warn_of_gap(Findings& findings, const Input& input, const ReadResult& result, std::string_view name,
