@@ -85,7 +85,7 @@ bool report_coefficient(std::string_view text, const ReactionNames& names, const
                         Findings& findings) {
   if (text.front() < '2' || text.front() > '9') return false;
   const std::size_t digits = std::min(text.find_first_not_of("0123456789."), text.size());
-  const std::string_view rest = text.substr(std::min(text.find_first_not_of("*", digits), text.size()));
+  const std::string_view rest = text.substr(std::min(text.find_first_not_of('*', digits), text.size()));
   if (!rest.empty() && names.find(SpeciesName(rest)) == 0) return false;
   const Place place = locate(line, text);
   findings.error(
