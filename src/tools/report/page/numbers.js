@@ -128,7 +128,11 @@ globalThis.numbers = (() => {
     ];
     return r.falloff.map((value, i) => [`FALL${i + 1}`, meanings[i][0], value, meanings[i][1]]);
   }
-  const net_text = (r) => r.net.map(([n, net]) => `${r.store.names[n - 1] ?? n}: ${text(net)}`).join(", ");
+  function net_text(r) {
+    const { pointers } = r.store[`${r.phase}_mechanism`];
+    const own = pointers.filter(([, reaction]) => reaction === r.number);
+    return own.map(([species, , net]) => `${r.store.names[species - 1] ?? species}: ${text(net)}`).join(", ");
+  }
   // As the file has them.
   function of_reaction(r) {
     const kind = physics.kind(r);

@@ -33,13 +33,9 @@ globalThis.physics = (() => {
         store,
         phase,
         number: i + 1,
-        net: [],
         id: (phase === "surface" ? "s" : "") + (i + 1),
       });
     });
-    for (const [species, reaction, net] of store[`${phase}_mechanism`].pointers) {
-      reactions[reaction - 1]?.net.push([species, net]);
-    }
     for (const r of reactions) {
       if (r.reverse === undefined) continue;
       r.backward = reactions[r.reverse];
