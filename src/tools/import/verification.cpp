@@ -59,6 +59,9 @@ class Verifier {
         return;
       }
       numbers_[all[i].name] = number;
+      if (constexpr double noise = 1.0E-9;
+          difference(1000 * at(data_.species.XMOL, number), molar_mass(all[i])) > noise)
+        fault(message("species ", all[i].name, " is made of other atoms"));
       compare_thermo(all[i], at(data_.species.fit, number));
       if (all[i].molecule) compare_molecule(all[i], i);
       ++result_.species;
@@ -156,6 +159,13 @@ class Verifier {
     result_.rate.take(comparison.deviation, comparison.temperature, what);
   }
 
+  // What was not fitted loses no more than digits.
+  void take_exact(const FittedRate& comparison, const std::string& what) {
+    constexpr double most = 0.05;
+    take_rate(comparison, what);
+    if (comparison.deviation > most) fault(message("reaction ", what, " has another rate"));
+  }
+
   // `source` has the law: of a reverse that was made, the forward reaction.
   void compare_rate(const ImportedReaction& reaction, const ImportedReaction& source, const Reaction& found,
                     bool on_surface) {
@@ -164,13 +174,16 @@ class Verifier {
       const double k = sites * rate_constant(source.law, T, pressure_);
       return reaction.is_reverse ? k / equilibrium_constant(source, T) : k;
     };
+    if ((found.ISTICK != 0) != reaction.sticking)
+      return fault(message("reaction ", reaction.equation, " has a rate of another kind"));
     if (found.ISTICK != 0) {
       const StickingRate& sticking = *source.law.sticking;
       const double g = sticking.coefficient.A;
-      const double factor = sticking.factor * (sticking.Motz_Wise ? g / (1 - g / 2) : g);
-      result_.rate.take(difference(found.AFAC, factor), fit_low, reaction.equation);
+      take_parameter(found.AFAC, sticking.factor * (sticking.Motz_Wise ? g / (1 - g / 2) : g), reaction);
     } else {
-      take_rate(compare_rates(law_of(reaction, found, on_surface), meant), reaction.equation);
+      const bool fitted = reaction.is_reverse || !source.law.is_arrhenius();
+      const FittedRate comparison = compare_rates(law_of(reaction, found, on_surface), meant);
+      fitted ? take_rate(comparison, reaction.equation) : take_exact(comparison, reaction.equation);
     }
     if (reaction.low_pressure) compare_falloff(reaction, found);
     if (reaction.coverage) {
@@ -185,13 +198,13 @@ class Verifier {
   }
 
   void take_parameter(double value, double wanted, const ImportedReaction& reaction) {
-    result_.rate.take(difference(value, wanted), fit_low, reaction.equation);
+    take_exact({{}, difference(value, wanted), fit_low}, reaction.equation);
   }
 
   void compare_falloff(const ImportedReaction& reaction, const Reaction& found) {
     const auto& F = found.FALL;
     const RateOfTemperature meant = [&](double T) { return rate_constant(*reaction.low_pressure, T); };
-    take_rate(compare_rates({F[0], F[1], F[2] / 1000}, meant), reaction.equation + " (low pressure)");
+    take_exact(compare_rates({F[0], F[1], F[2] / 1000}, meant), reaction.equation + " (low pressure)");
     for (std::size_t i = 0; i < reaction.Troe.size(); ++i)
       take_parameter(F[i + 3], reaction.Troe[i], reaction);
   }
