@@ -35,6 +35,8 @@ class Programs(unittest.TestCase):
             self.assertLessEqual({"--help", "--version"}, self.options(program))
             with open("/dev/full", "w") as full:
                 self.assertEqual(subprocess.run([program, "--help"], stdout=full, stderr=subprocess.DEVNULL).returncode, 2)
+            with tempfile.TemporaryFile() as limited:
+                self.assertEqual(subprocess.run(["bash", "-c", "ulimit -f 0; exec \"$0\" --help", program], stdout=limited, stderr=subprocess.DEVNULL).returncode, 2)
         self.assertEqual(list(self.root.iterdir()), [])
 
     def test_varpre_itself_takes_no_arguments(self):

@@ -240,6 +240,16 @@ class Check(unittest.TestCase):
         self.assertEqual(self.check("--write-baseline", "unwritten", a, "absent").returncode, 2)
         self.assertFalse((self.root / "unwritten").exists())
 
+    def test_accepted_warnings_that_tell_of_lines(self):
+        inp = self.root / self.case("moved") / "INP"
+        inp.write_text(inp.read_text() + "CONDITIONS\nEND\n2DOPTIONS\nKOORD 1\n")
+        self.check("--write-baseline", "known", "moved")
+        self.assertEqual([json.loads(line)["text"] for line in (self.root / "known").read_text().splitlines()],
+                         ["'CONDITIONS' stands already in line ; this one is ignored", "lines  are read by no section; the first is '2DOPTIONS'"])
+        inp.write_text("****\n" + inp.read_text())
+        moved = self.check("--strict", "--baseline", "known", "moved")
+        self.assertEqual((moved.returncode, moved.stdout.splitlines()[0]), (0, "moved: no findings, 2 known; store file complete"))
+
     def test_directories_may_vanish(self):
         names = [self.case(f"{i:03}") for i in range(200)]
         remover = threading.Thread(target=lambda: [shutil.rmtree(self.root / name) for name in reversed(names)])
