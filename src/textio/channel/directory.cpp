@@ -1,19 +1,19 @@
 #include "textio/channel/directory.h"
 
 #include <cerrno>
-#include <filesystem>
 
 #include "textio/channel/file.h"
-#include "textio/channel/file_name.h"
+#include "textio/channel/file_system.h"
 #include "textio/channel/process.h"
 
 namespace varpre {
 
 void require_directory(const std::string& directory) {
-  const auto status = std::filesystem::status(path_of(directory));
-  if (status.type() != std::filesystem::file_type::directory)
-    throw_system_error(exists(status) ? ENOTDIR : ENOENT, directory);
-  if (const int error = error_of_access(directory); error != 0) throw_system_error(error, directory);
+  file_system::Status status;
+  const int error = file_system::status_of_target(directory, status);
+  if (error < 0) throw_system_error(-error, directory);
+  if (status.kind != file_system::Status::Kind::directory) throw_system_error(ENOTDIR, directory);
+  if (const int denied = error_of_access(directory); denied != 0) throw_system_error(denied, directory);
 }
 
 }  // namespace varpre

@@ -7,6 +7,7 @@
 
 #include "textio/channel/file.h"
 #include "textio/channel/file_name.h"
+#include "textio/channel/file_system.h"
 #include "tools/check/one_line_json.h"
 
 namespace varpre {
@@ -109,6 +110,9 @@ void Baseline::accept(const Baseline& other) {
 }
 
 void Baseline::write(const std::string& file) const {
+  file_system::Status earlier;
+  if (file_system::status_of_name(file, earlier) == 0 && earlier.kind == file_system::Status::Kind::other)
+    throw std::runtime_error(file + ": not a regular file");
   FreshFile output(file);
   for (const auto& [key, count] : warnings_) {
     const auto& [directory, input, text] = key;

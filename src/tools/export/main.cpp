@@ -1,12 +1,13 @@
+#include <array>
 #include <cstdio>
 #include <memory>
 
 #include "driver/run.h"
 #include "textio/channel/directory.h"
-#include "textio/channel/file.h"
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/export/mechanism_yaml.h"
+#include "tools/output.h"
 
 namespace {
 
@@ -24,16 +25,14 @@ void tell(const std::string& findings) {
   std::fputs(findings.c_str(), stderr);
 }
 
-void put(const std::string& path, const std::string& text) {
+void put(const std::string& path, const std::string& text, const varpre::Files& read) {
   if (path.empty()) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     return;
   }
-  varpre::FreshFile file(path);
-  file.write(text);
-  file.sync();
-  file.take_place();
-  std::printf("wrote %s\n", varpre::for_terminal(path).c_str());
+  const std::array inputs{read.conditions.name, read.mechanism.name, read.thermo.name, read.molecules.name,
+                          read.particles.name};
+  if (varpre::write_output(path, text, inputs)) std::printf("wrote %s\n", varpre::for_terminal(path).c_str());
 }
 
 int give_up(int errors, int warnings) {
@@ -56,7 +55,7 @@ int export_case(const Arguments& arguments) {
       varpre::mechanism_yaml(*data, files.conditions, arguments.skip_unsupported, findings);
   tell(findings.render());
   if (findings.errors() > 0) return give_up(findings.errors(), findings.warnings());
-  put(arguments.output, text);
+  put(arguments.output, text, files);
   return 0;
 }
 

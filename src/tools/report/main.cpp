@@ -5,7 +5,7 @@
 #include "textio/findings/odd_characters.h"
 #include "tools/arguments.h"
 #include "tools/diff/store_of.h"
-#include "tools/report/output.h"
+#include "tools/output.h"
 #include "tools/report/page.h"
 #include "tools/report/store_json.h"
 

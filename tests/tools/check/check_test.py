@@ -90,11 +90,13 @@ class Check(unittest.TestCase):
         os.mkfifo(self.root / "fifo/INP")
         (self.root / "file").write_text("")
         (self.root / "odd\x1b[2J").mkdir()
-        result = self.check("fifo", good, "file", "empty", "absent", "odd\x1b[2J")
+        (self.root / "loop").symlink_to("loop")
+        result = self.check("fifo", good, "file", "empty", "absent", "odd\x1b[2J", "loop")
         self.assertEqual(result.returncode, 2)
         self.assertEqual(result.stderr, "varpre-check: fifo/INP: not a regular file\n"
                                         "varpre-check: file: Not a directory\n"
-                                        "varpre-check: absent: No such file or directory\n")
+                                        "varpre-check: absent: No such file or directory\n"
+                                        "varpre-check: loop: Too many levels of symbolic links\n")
         self.assertIn("empty/INP:1:1: warning: there was no file empty/INP: it counts as empty\n", result.stdout)
         self.assertNotIn("\x1b", result.stdout)
         self.assertEqual({p: p.stat().st_mtime_ns for p in before}, before)
@@ -239,6 +241,9 @@ class Check(unittest.TestCase):
         self.assertEqual(((self.root / "known").read_text(), (self.root / "link").is_symlink()), (before, False))
         self.assertEqual(self.check("--write-baseline", "unwritten", a, "absent").returncode, 2)
         self.assertFalse((self.root / "unwritten").exists())
+        os.mkfifo(self.root / "pipe")
+        self.assertEqual(self.check("--write-baseline", "pipe", a).stderr, "varpre-check: pipe: not a regular file\n")
+        self.assertTrue((self.root / "pipe").is_fifo())
 
     def test_accepted_warnings_that_tell_of_lines(self):
         inp = self.root / self.case("moved") / "INP"

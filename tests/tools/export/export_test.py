@@ -152,6 +152,14 @@ class Export(unittest.TestCase):
         _, _, file = self.there_and_back(directory)
         self.assertEqual(file["description"], "Z\xfcndung: \"a\" # b\n- zweite Zeile")
 
+    def test_where_it_goes(self):
+        directory = self.case(PROJECT / "docs/every-section")
+        before = (directory / "THERMO").read_bytes()
+        refused = self.export(directory, "--output", directory / "THERMO", "--skip-unsupported")
+        self.assertEqual((refused.returncode, refused.stderr.splitlines()[-1]), (2, f"varpre-export: {directory}/THERMO: this is the file that is read"))
+        self.assertEqual((directory / "THERMO").read_bytes(), before)
+        self.assertEqual(self.export(directory, "--output", "/dev/stdout", "--skip-unsupported").stdout, self.export(directory, "--skip-unsupported").stdout)
+
     def test_what_cannot_be_held(self):
         runs = PROJECT / "tests/runs"
         everything, h2o2, pt = runs / "everything", runs / "h2o2", runs / "ptcombust"

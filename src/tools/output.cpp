@@ -1,4 +1,4 @@
-#include "tools/report/output.h"
+#include "tools/output.h"
 
 #include <cerrno>
 #include <charconv>
