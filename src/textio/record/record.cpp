@@ -354,14 +354,11 @@ ReadResult read_records(RecordSource source, const FormatView& format, std::span
       case Edit::Kind::blanks: skip(edit.width); continue;
       case Edit::Kind::scale: scale = edit.scale; continue;
       case Edit::Kind::slash:
-        watch.gap_begins(columns);
-        if (!next()) return end_of_file();
-        continue;
       case Edit::Kind::end:
-        if (!values.left() || !format.reverts) break;
+        if (edit.kind == Edit::Kind::end && (!values.left() || !format.reverts)) break;
         watch.gap_begins(columns);
         if (!next()) return end_of_file();
-        walk.revert();
+        if (edit.kind == Edit::Kind::end) walk.revert();
         continue;
       default: {  // a colon, or a descriptor: the statement ends here when no item is left
         if (!values.left()) break;

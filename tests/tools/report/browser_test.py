@@ -73,7 +73,7 @@ class Page(unittest.TestCase):
         return directory
 
     def open(self, driver, directory, *other):
-        subprocess.run([PROGRAM, directory, *other, "--output", directory / "report.html"], check=True, stdout=subprocess.DEVNULL)
+        subprocess.run([PROGRAM, directory, *other, "--output", directory / "report.html"], check=True, capture_output=True)
         began = time.monotonic()
         driver.get(f"file://{directory}/report.html")
         driver.find_element(By.CSS_SELECTOR, "html[data-ready=yes]")
