@@ -32,8 +32,25 @@ std::string date_of(const std::string& file) {
   return {text.data(), size};
 }
 
+// A list of objects as the names of their members, and the values of each in that order, null where it has
+// none: the page opens the sooner the fewer its characters are.
+nlohmann::ordered_json packed(const nlohmann::ordered_json& objects) {
+  nlohmann::ordered_json members = nlohmann::ordered_json::object();
+  for (const auto& object : objects) members.update(object);
+  nlohmann::ordered_json names = nlohmann::ordered_json::array();
+  for (const auto& [name, value] : members.items()) names.push_back(name);
+  nlohmann::ordered_json rows = nlohmann::ordered_json::array();
+  for (const auto& object : objects) {
+    nlohmann::ordered_json& row = rows.emplace_back(nlohmann::ordered_json::array());
+    for (const auto& name : names) row.push_back(object.value(name, nlohmann::ordered_json()));
+  }
+  return {{"names", names}, {"rows", rows}};
+}
+
 nlohmann::ordered_json json_of(const NamedStore& store) {
   nlohmann::ordered_json json = json_of(store.data);
+  for (const char* mechanism : {"gas_mechanism", "surface_mechanism"})
+    json[mechanism]["reactions"] = packed(json[mechanism]["reactions"]);
   const auto normal = [](const std::string& name) {
     return (std::filesystem::absolute(name) / "").lexically_normal().parent_path();
   };
@@ -53,6 +70,15 @@ nlohmann::ordered_json json_of_comparison(const StoreData& before, const StoreDa
   return json;
 }
 
+// The diffusion coefficients of a store, most of a large one: they stand behind the script, which goes on
+// meanwhile.
+nlohmann::ordered_json taken_diffusion(nlohmann::ordered_json& store) {
+  if (store.is_null()) return nullptr;
+  nlohmann::ordered_json diffusion = nlohmann::ordered_json::array();
+  diffusion.swap(store["transport"]["diffusion"]);
+  return diffusion;
+}
+
 // Puts each part in place of its mark.
 std::string filled(std::string_view page,
                    std::initializer_list<std::pair<std::string_view, std::string_view>> parts) {
@@ -68,15 +94,18 @@ std::string filled(std::string_view page,
 }  // namespace
 
 std::string page_of(const NamedStore& store, const std::optional<NamedStore>& other) {
-  const std::string data = embedded(
-      {{"version", VARPRE_VERSION},
-       {"store", json_of(store)},
-       {"other", other ? json_of(*other) : nlohmann::ordered_json()},
-       {"comparison", other ? json_of_comparison(other->data, store.data) : nlohmann::ordered_json()}});
+  nlohmann::ordered_json data{
+      {"version", VARPRE_VERSION},
+      {"store", json_of(store)},
+      {"other", other ? json_of(*other) : nlohmann::ordered_json()},
+      {"comparison", other ? json_of_comparison(other->data, store.data) : nlohmann::ordered_json()}};
+  const auto diffusion =
+      nlohmann::ordered_json::array({taken_diffusion(data["store"]), taken_diffusion(data["other"])});
   return filled(page_parts::html, {{"/*style*/", page_parts::css},
-                                   {"/*data*/", data},
+                                   {"/*data*/", embedded(data)},
                                    {"/*charts*/", page_parts::charts},
-                                   {"/*script*/", page_parts::js}});
+                                   {"/*script*/", page_parts::js},
+                                   {"/*diffusion*/", embedded(diffusion)}});
 }
 
 }  // namespace varpre

@@ -28,6 +28,12 @@ from selenium.webdriver.support.ui import Select
 PROGRAM, VARPRE, ROOT, SCREENSHOTS = (Path(argument).resolve() for argument in sys.argv[1:5])
 LIMIT_CASE = Path(sys.argv[5]).resolve() if len(sys.argv) > 5 else None
 R = 8.3143
+# From the start of the navigation to the first frame that shows the page, of which everything works.
+WHEN_USABLE = """new MutationObserver((_, observer) => {
+  if (!document.documentElement?.dataset.ready) return;
+  observer.disconnect();
+  requestAnimationFrame(() => setTimeout(() => { window.usableAt = performance.now(); }));
+}).observe(document, {attributes: true, subtree: true, childList: true});"""
 POWERS = str.maketrans("⁻⁰¹²³⁴⁵⁶⁷⁸⁹", "-0123456789")
 
 
@@ -74,11 +80,9 @@ class Page(unittest.TestCase):
 
     def open(self, driver, directory, *other):
         subprocess.run([PROGRAM, directory, *other, "--output", directory / "report.html"], check=True, capture_output=True)
-        began = time.monotonic()
         driver.get(f"file://{directory}/report.html")
         driver.find_element(By.CSS_SELECTOR, "html[data-ready=yes]")
-        taken = time.monotonic() - began
-        return json.loads(subprocess.run([PROGRAM, "--json", directory], check=True, capture_output=True).stdout), taken
+        return json.loads(subprocess.run([PROGRAM, "--json", directory], check=True, capture_output=True).stdout)
 
     def shot(self, driver, name):
         time.sleep(0.1)
@@ -125,7 +129,7 @@ class Page(unittest.TestCase):
                 continue
             directory = self.run_case(source)
             for width, driver in self.drivers.items():
-                store, _ = self.open(driver, directory)
+                store = self.open(driver, directory)
                 self.assertIn(f"{len(store['gas']['species'])}\ngas species", driver.find_element(By.ID, "overview").text)
                 self.shot(driver, f"{source.name}-{width}-overview")
                 for tab in ("species", "reactions", "more-data"):
@@ -142,7 +146,7 @@ class Page(unittest.TestCase):
 
     def test_values_of_species_under_the_pointer(self):
         driver = self.drivers[1280]
-        store, _ = self.open(driver, self.run_case(ROOT / "examples/methane-counterflow"))
+        store = self.open(driver, self.run_case(ROOT / "examples/methane-counterflow"))
         self.tab(driver, "species")
         self.put(driver, "species-name", "CO2")
         self.put(driver, "species-other", "H2O")
@@ -189,7 +193,7 @@ class Page(unittest.TestCase):
 
     def test_reactions(self):
         driver = self.drivers[1280]
-        store, _ = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
+        store = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
         self.tab(driver, "reactions")
         self.assertTrue(driver.find_element(By.ID, "reaction-count").text.startswith("29 of 29"))
         self.put(driver, "reaction-filter", "H2 OH")
@@ -259,7 +263,7 @@ class Page(unittest.TestCase):
 
     def test_saving(self):
         driver = self.drivers[1280]
-        store, _ = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
+        store = self.open(driver, self.run_case(ROOT / "examples/hydrogen-ignition"))
         self.tab(driver, "reactions")
         driver.find_element(By.CSS_SELECTOR, "#reaction-rows input").click()
         for label, actions in [("copy or save reactions", ["Download CSV"]), ("save the plot Rate constant", ["Save SVG", "Save PNG", "Save CSV"])]:
@@ -342,12 +346,21 @@ class Page(unittest.TestCase):
     def test_limit_case(self):
         driver = self.drivers[1280]
         directory = self.run_case(LIMIT_CASE, "limit")
-        store, taken = self.open(driver, directory)
+        driver.execute_cdp_cmd("Page.enable", {})
+        driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": WHEN_USABLE})
+        store = self.open(driver, directory)
         self.assertEqual(len(store["gas"]["species"]), 300)
+        taken = []
+        for _ in range(6):
+            driver.get("about:blank")
+            driver.get(f"file://{directory}/report.html")
+            time.sleep(0.1)
+            taken.append(driver.execute_script("return window.usableAt") / 1000)
+        taken = min(taken)
         size = (directory / "report.html").stat().st_size
         print(f"limit case: opens in {taken:.2f} s, {size / 1e6:.1f} MB", flush=True)
         self.assertLess(size, 10e6)
-        self.assertLess(taken, 1.0)
+        self.assertLess(taken, 0.6)  # twice what it is meant to be: the machine has other things to do
         self.shot(driver, "limit-1280-overview")
         for tab in ("species", "reactions"):
             self.tab(driver, tab)

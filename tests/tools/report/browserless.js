@@ -158,7 +158,8 @@ function open(html, root) {
   const body = new Element("body");
   for (const [, tag, id] of html.matchAll(/<(\w+)[^>]* id="([^"]+)"/g))
     elements.set(id, Object.assign(new Element(tag), { id }));
-  elements.get("data").textContent = html.match(/id="data">(.*?)<\/script>/s)[1];
+  for (const id of ["data", "diffusion"])
+    elements.get(id).textContent = html.match(new RegExp(`id="${id}">(.*?)</script>`, "s"))[1];
   const document = {
     body,
     documentElement: { dataset: {} },

@@ -37,7 +37,10 @@ function run(source, edits = []) {
   execFileSync(VARPRE, { cwd: directory, stdio: "ignore" });
   execFileSync(VARPRE_REPORT, [directory, "--output", path.join(directory, "report.html")]);
   const html = fs.readFileSync(path.join(directory, "report.html"), "utf8");
-  const data = JSON.parse(html.match(/id="data">(.*?)<\/script>/s)[1]);
+  const [data, diffusion] = ["data", "diffusion"].map((id) =>
+    JSON.parse(html.match(new RegExp(`id="${id}">(.*?)</script>`, "s"))[1]),
+  );
+  data.store.transport.diffusion = diffusion[0];
   const whole = {
     S: physics.prepare(data.store),
     F: fort3.read(path.join(directory, "fort.3")),

@@ -28,11 +28,25 @@
 
   const shows = {
     overview: () => overview.show(S, go),
-    species: () => species.show(stores),
+    species: show_species,
     reactions: (changes) => reactions.show(changes),
     "more-data": () => overview.show_more(S),
     compare: () => compare.show(data.comparison, S, O, go),
   };
+  // The diffusion coefficients, most of a large page, stand behind the script: they are read when species are first shown.
+  let has_diffusion = false;
+  function read_diffusion() {
+    if (has_diffusion || document.readyState === "loading") return;
+    const lists = JSON.parse($("diffusion").textContent);
+    for (const [i, store] of stores.entries()) store.transport.diffusion = lists[i];
+    has_diffusion = true;
+  }
+  function show_species() {
+    read_diffusion();
+    species.show(stores);
+  }
+  document.addEventListener("DOMContentLoaded", () => open === "species" && show_species());
+
   let open = "";
   function show_tab(changes) {
     const wanted = tabs.some(([id]) => id === state.values.tab) ? state.values.tab : "overview";

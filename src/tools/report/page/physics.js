@@ -26,16 +26,24 @@ globalThis.physics = (() => {
     for (const phase of ["gas", "surface"]) prepare_mechanism(store, phase);
     return store;
   }
+  // An object of the values of a row; null is none.
+  function unpacked(names, values) {
+    const object = {};
+    for (let i = 0; i < names.length; ++i) if (values[i] !== null) object[names[i]] = values[i];
+    return object;
+  }
   function prepare_mechanism(store, phase) {
-    const { reactions } = store[`${phase}_mechanism`];
-    reactions.forEach((r, i) => {
-      Object.assign(r, {
+    const mechanism = store[`${phase}_mechanism`];
+    const { names, rows } = mechanism.reactions;
+    const reactions = rows.map((row, i) =>
+      Object.assign(unpacked(names, row), {
         store,
         phase,
         number: i + 1,
         id: (phase === "surface" ? "s" : "") + (i + 1),
-      });
-    });
+      }),
+    );
+    mechanism.reactions = reactions;
     for (const r of reactions) {
       if (r.reverse === undefined) continue;
       r.backward = reactions[r.reverse];
@@ -165,16 +173,21 @@ globalThis.physics = (() => {
 
   // --- reverse rates ---
 
-  // The Gibbs energies of the gas species over R T, kept for the temperatures at which all reactions are looked at.
+  // What equilibrium needs of a temperature: R T, logarithms, and the Gibbs energies of the gas species over R T.
+  function at_temperature(store, T) {
+    const RT = R * T;
+    const energies = store.gas.species.map((_, i) => {
+      const t = thermo(store, i, T);
+      return t ? (t.h - T * t.s) / RT : NaN;
+    });
+    return { RT, log_T: Math.log(T), log_standard: Math.log(RT / STANDARD_PRESSURE), energies };
+  }
+  // The same, kept for the temperatures at which all reactions are looked at.
   function gibbs(store, T) {
     store.gibbs ??= new Map();
     if (!store.gibbs.has(T)) {
-      const energies = store.gas.species.map((_, i) => {
-        const t = thermo(store, i, T);
-        return t ? (t.h - T * t.s) / (R * T) : NaN;
-      });
       if (store.gibbs.size > 500) store.gibbs.clear();
-      store.gibbs.set(T, energies);
+      store.gibbs.set(T, at_temperature(store, T));
     }
     return store.gibbs.get(T);
   }
@@ -182,37 +195,36 @@ globalThis.physics = (() => {
   // By how much the reaction changes the sum of Gibbs energies over R T, and the logarithm of the concentrations at
   // standard pressure in mol/m³: that of the equilibrium constant is their sum with the opposite sign. A collision
   // partner stands on both sides and is left out.
-  function equilibrium(r, T) {
-    const energies = gibbs(r.store, T);
+  function equilibrium({ store: { NG }, educts, products }, { energies, log_standard }) {
     let sum = 0;
     let moles = 0;
-    for (const n of r.products) {
-      if (n > r.store.NG) continue;
-      sum += energies[n - 1];
+    for (let i = 0; i < products.length; ++i) {
+      if (products[i] > NG) continue;
+      sum += energies[products[i] - 1];
       ++moles;
     }
-    for (const n of r.educts) {
-      if (n > r.store.NG) continue;
-      sum -= energies[n - 1];
+    for (let i = 0; i < educts.length; ++i) {
+      if (educts[i] > NG) continue;
+      sum -= energies[educts[i] - 1];
       --moles;
     }
-    return sum + moles * Math.log((R * T) / STANDARD_PRESSURE);
+    return sum + moles * log_standard;
   }
 
   // What the reverse rate constant of a gas reaction is by equilibrium; null where that cannot be said.
   function reverse_from_equilibrium(r, T, at) {
     const forward = r.phase === "gas" ? rate_constant(r, T, at) : null;
-    return forward === null ? null : forward * Math.exp(equilibrium(r, T));
+    return forward === null ? null : forward * Math.exp(equilibrium(r, gibbs(r.store, T)));
   }
 
   const has_stored_fit = (r) =>
     r.phase === "gas" && r.form === FORM.arrhenius && r.backward?.form === FORM.arrhenius;
   // The logarithm of the stored reverse rate over that from equilibrium.
-  function log_ratio(r, T) {
+  function log_ratio(r, at) {
     const { A, b, E } = r.backward;
-    return Math.log(A / r.A) + (b - r.b) * Math.log(T) - (E - r.E) / (R * T) - equilibrium(r, T);
+    return Math.log(A / r.A) + (b - r.b) * at.log_T - (E - r.E) / at.RT - equilibrium(r, at);
   }
-  const ratio_to_equilibrium = (r, T) => Math.exp(log_ratio(r, T));
+  const ratio_to_equilibrium = (r, T) => Math.exp(log_ratio(r, gibbs(r.store, T)));
 
   // The two temperatures through which varpre fits a reverse rate, K.
   function fit_temperatures(r) {
@@ -231,7 +243,7 @@ globalThis.physics = (() => {
     if (r.backward.form < 0) return no_rate(r.backward) ? "solver" : "copied";
     if (!has_stored_fit(r))
       return r.phase === "surface" && r.form === 0 && r.b === r.backward.b ? "stored" : "written";
-    const meets = (T) => Math.abs(log_ratio(r, T)) < 0.05;
+    const meets = (T) => Math.abs(log_ratio(r, gibbs(r.store, T))) < 0.05;
     const at = fit_temperatures(r);
     return r.b === r.backward.b && at.length && at.every(meets) ? "fitted" : "written";
   }
@@ -244,11 +256,16 @@ globalThis.physics = (() => {
     }
     return r.worst;
   }
+  function compared(store) {
+    const { from, to, step } = COMPARED;
+    store.compared ??= Array.from({ length: (to - from) / step + 1 }, (_, i) =>
+      gibbs(store, from + i * step),
+    );
+    return store.compared;
+  }
   function farthest_from_equilibrium(r) {
     let farthest = 0;
-    for (let T = COMPARED.from; T <= COMPARED.to; T += COMPARED.step) {
-      farthest = Math.max(farthest, Math.abs(log_ratio(r, T)));
-    }
+    for (const at of compared(r.store)) farthest = Math.max(farthest, Math.abs(log_ratio(r, at)));
     return Number.isNaN(farthest) ? null : Math.exp(farthest);
   }
   function origin(r) {
