@@ -45,6 +45,9 @@ note_version() { # TOOL
 
 # --- building ---------------------------------------------------------------------------------------
 
+# What was compiled before is not compiled again, where there is ccache.
+if command -v ccache >/dev/null; then export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}; fi
+
 configure() { # PRESET
   step "configure ($1)"
   quietly cmake --preset "$1"
