@@ -17,6 +17,11 @@ inline constexpr std::string_view troe = "TROE";
 // States of molecules that have the efficiencies of the molecule.
 inline constexpr std::array<std::string_view, 2> vibrational{"N2(V", "O2(V"};
 
+// Whether a record holds rate parameters of the reaction before it: of coverages, of falloff, or not Arrhenius'.
+constexpr bool is_rate_record(std::string_view record) {
+  return record.find_first_of("$#@") == 0;
+}
+
 // Whether a record of species names, amounts or reactions that begins with a word is taken for another thing.
 constexpr bool opens_another_record(std::string_view word) {
   const auto begins = [&](std::string_view with) { return begins_with(word, with); };

@@ -6,6 +6,7 @@
 
 #include "files/section_findings.h"
 #include "files/store_records.h"
+#include "files/words.h"
 #include "mechanism/duplicates.h"
 #include "mechanism/mechanism_findings.h"
 #include "mechanism/rate_findings.h"
@@ -96,13 +97,10 @@ class Reader {
     for (std::string_view record; NFIMEC_.peek(record);) {
       const bool told = MSGFIL_.findings.is_told({&NFIMEC_, NFIMEC_.record_number() + 1});
       const bool reaction = record.find_first_of("=>") != record.npos;
-      if (!is_rate_record(record) && (!told || reaction || is_meant_as_end(record))) break;
+      if (!words::is_rate_record(record) && (!told || reaction || is_meant_as_end(record))) break;
       NFIMEC_.next(record);
     }
     return true;
-  }
-  static bool is_rate_record(std::string_view record) {
-    return record.starts_with('#') || record.starts_with('$') || record.starts_with('@');
   }
 
   // A reaction that was read, and its reverse; false after the message.

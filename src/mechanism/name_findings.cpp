@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "files/words.h"
 #include "mechanism/foreign_formats.h"
 #include "textio/findings/odd_characters.h"
 #include "textio/record/number_format.h"
@@ -127,7 +128,7 @@ int count_numbers_at_end(std::string_view text) {
 bool report_stray_record(const Place& line, Findings& findings) {
   if (line.unit == nullptr) return false;
   const std::string_view text = line.unit->origin(line.record).text;
-  if (text.empty() || (text.front() != '$' && text.front() != '#' && text.front() != '@')) return false;
+  if (!words::is_rate_record(text)) return false;
   Place place = line;
   place.width = static_cast<int>(trimmed(text).size());
   findings.error(place,

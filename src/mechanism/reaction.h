@@ -22,7 +22,7 @@ enum RateForm : int {
   coverage_dependent = 1,  // activation energy depends on the coverage of species ICOV
   falloff = 2,
   reversible_arrhenius = 3,  // its reverse is left to the solver
-  non_arrhenius = 4          // never reversible
+  non_arrhenius = 4          // never reversible; from here on, laws of the solver's own
 };
 
 // The form of a generated reverse whose rate the solver computes: the negative of its forward form.

@@ -110,7 +110,7 @@ class Holder {
     if (lost_species > 0) return no(message("its species ", name_of(data_, lost_species), " cannot be held"));
     if (partners > 1) return no("it has more than one collision partner");
     if (reaction.MARK) return no("its mark * has no place in the format");
-    if (reaction.IARRH == non_arrhenius) return no("the meaning of its \"@\" record is the solver's own");
+    if (reaction.IARRH >= non_arrhenius) return no("the meaning of its \"@\" record is the solver's own");
     if (!(held.on_surface ? holds_surface_rate(held, no) : holds_gas_rate(held, no))) return false;
     if (held.reversible && (reaction.ISTICK != 0 || reaction.IARRH == coverage_dependent)) {
       findings_.warning(reaction.line,

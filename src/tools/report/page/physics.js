@@ -157,7 +157,7 @@ globalThis.physics = (() => {
   // Why the file does not say what the rate constant is; empty where it does.
   function no_rate(r) {
     if (r.sticking) return "sticking coefficient";
-    if (r.form === FORM.other_law) return "law of the solver";
+    if (r.form >= FORM.other_law) return "law of the solver";
     return r.form < 0 && !(r.form === -FORM.coverage && r.A !== 0) ? "computed by the solver" : "";
   }
 
