@@ -17,7 +17,7 @@ inline constexpr std::string_view troe = "TROE";
 // States of molecules that have the efficiencies of the molecule.
 inline constexpr std::array<std::string_view, 2> vibrational{"N2(V", "O2(V"};
 
-// Whether a record holds rate parameters of the reaction before it: of coverages, of falloff, or not Arrhenius'.
+// Whether a record holds rate parameters of the reaction before it: coverage, falloff, or another law.
 constexpr bool is_rate_record(std::string_view record) {
   return record.find_first_of("$#@") == 0;
 }
