@@ -56,7 +56,7 @@ bool holds_integers(const FormatView& format) {
 
 class StoreReader {
  public:
-  StoreReader(std::string_view text, StoreData& data) : rest_(text), data_(data) {
+  StoreReader(std::string_view text, StoreData& data) : rest_(text), end_(rest_.find('\n')), data_(data) {
     data_.lines = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
     if (!text.empty() && text.back() != '\n') ++data_.lines;
   }
@@ -96,8 +96,13 @@ class StoreReader {
 
   // The next line, without its end.
   std::string_view line() const {
-    const std::string_view text = rest_.substr(0, rest_.find('\n'));
+    const std::string_view text = rest_.substr(0, end_);
     return text.substr(0, text.size() - (text.ends_with('\r') ? 1 : 0));
+  }
+  void step() {
+    rest_.remove_prefix(std::min(end_, rest_.size() - 1) + 1);
+    end_ = rest_.find('\n');
+    ++lines_read_;
   }
 
   template <FormatText Record>
@@ -118,8 +123,7 @@ class StoreReader {
       auto& reader = *static_cast<StoreReader*>(from);
       if (reader.rest_.empty()) return false;
       record = reader.line();
-      reader.rest_.remove_prefix(std::min(reader.rest_.find('\n'), reader.rest_.size() - 1) + 1);
-      ++reader.lines_read_;
+      reader.step();
       return true;
     };
     const ReadResult result = record_detail::read_records({this, next, lines_read_, true}, format, items);
@@ -306,6 +310,7 @@ class StoreReader {
   }
 
   std::string_view rest_;  // of the text
+  std::size_t end_;        // of its first line
   int lines_read_ = 0;
   StoreData& data_;
 };

@@ -125,7 +125,8 @@ std::optional<int> read_integer(std::string_view field) {
 }
 
 std::optional<double> read_real(std::string_view field, const RealEdit& edit) {
-  if (const auto value = read_plain_real(field); value && edit.scale == 0) return value;
+  const bool as_it_stands = edit.scale == 0 || field.find('E') != std::string_view::npos;
+  if (const auto value = as_it_stands ? read_plain_real(field) : std::nullopt) return value;
   if (trimmed(field).empty()) return 0.0;
   Scanned number;
   if (!scan(field, number)) return std::nullopt;

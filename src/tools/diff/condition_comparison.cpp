@@ -49,6 +49,7 @@ void compare_values(Comparing& comparing, const std::string& kind, const std::st
     const StoredValue& value = after[static_cast<std::size_t>(k)];
     tell(value, {}, value.value, {another_thing, "added"});
   }
+  note_order(comparing, matches, kind + "s");
 }
 
 void compare_fractions(Comparing& comparing, const std::string& kind,
@@ -109,6 +110,7 @@ void compare_particles(Comparing& comparing) {
   }
   for (const int k : species.only_after)
     add_added(comparing, kind, std::string(trimmed(after.names[static_cast<std::size_t>(k)].view())));
+  note_order(comparing, species, "particle species");
   compare_fractions(comparing, kind + " fraction", before.names, after.names, before.fractions,
                     after.fractions, species);
 }

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <span>
+#include <tuple>
 #include <type_traits>
 
 #include "files/store_equations.h"
@@ -20,21 +22,72 @@ std::string equation_of(std::span<const int> species, std::size_t reactants, con
   return text;
 }
 
-template <class Reaction>
-std::vector<std::string> equations(const std::vector<Reaction>& reactions, std::size_t reactants,
-                                   const NumberedNames& name) {
-  std::vector<std::string> list;
-  list.reserve(reactions.size());
-  for (const Reaction& r : reactions) list.push_back(equation_of(r.species, reactants, name));
-  return list;
+std::string name_in(int number, const NumberedNames& name) {
+  return number == 0 ? "" : name(number);
 }
 
-void compare_rates(const StoredComplexReaction& x, const StoredComplexReaction& y, Difference& difference) {
-  for (std::size_t k = 0; k < x.orders.size(); ++k) {
-    add_if_changed(difference, "order " + std::to_string(k + 1), x.orders[k], y.orders[k]);
+// The species of both sides, whatever the slots that they stand in.
+std::string key_of(std::span<const int> species, std::size_t reactants, const NumberedNames& name) {
+  std::vector<std::string> names;
+  for (const int number : species) names.push_back(name_in(number, name));
+  std::sort(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(reactants));
+  std::sort(names.begin() + static_cast<std::ptrdiff_t>(reactants), names.end());
+  std::string key;
+  for (const std::string& one : names) key += one + " ";
+  return key;
+}
+
+// What a complex reaction says of a species in a slot.
+struct Slot {
+  std::string name;
+  double coefficient = 0;
+  double order = 0;
+
+  bool operator<(const Slot& other) const {
+    return std::tie(name, coefficient, order) < std::tie(other.name, other.coefficient, other.order);
   }
-  for (std::size_t k = 0; k < x.coefficients.size(); ++k) {
-    add_if_changed(difference, "coefficient " + std::to_string(k + 1), x.coefficients[k], y.coefficients[k]);
+};
+using Slots = std::array<Slot, 6>;
+
+// On each side in the order of their names.
+Slots slots_of(const StoredComplexReaction& r, const NumberedNames& name) {
+  Slots slots;
+  for (std::size_t k = 0; k < slots.size(); ++k)
+    slots.at(k) = {name_in(r.species.at(k), name), r.coefficients.at(k), r.orders.at(k)};
+  std::sort(slots.begin(), slots.begin() + 3);
+  std::sort(slots.begin() + 3, slots.end());
+  return slots;
+}
+
+// The reactions of one of the files.
+template <class Reaction>
+struct GlobalSide {
+  const std::vector<Reaction>& reactions;
+  NumberedNames name;
+  std::vector<std::string> equations;
+  std::vector<std::string> keys;
+
+  GlobalSide(const StoreData& data, std::vector<Reaction> StoreData::*member, std::size_t reactants)
+      : reactions(data.*member), name(data, StoredPhaseOf::surface) {
+    for (const Reaction& r : reactions) {
+      equations.push_back(equation_of(r.species, reactants, name));
+      keys.push_back(key_of(r.species, reactants, name));
+    }
+  }
+};
+
+using ComplexSide = GlobalSide<StoredComplexReaction>;
+void compare_rates(const ComplexSide& before, std::size_t i, const ComplexSide& after, std::size_t j,
+                   Difference& difference) {
+  const StoredComplexReaction& x = before.reactions[i];
+  const StoredComplexReaction& y = after.reactions[j];
+  const Slots slots = slots_of(x, before.name);
+  const Slots slots_after = slots_of(y, after.name);
+  for (std::size_t k = 0; k < slots.size(); ++k) {
+    const auto& [name, coefficient, order] = slots.at(k);
+    const std::string of = name.empty() ? " of an empty slot" : " of " + name;
+    add_if_changed(difference, "order" + of, order, slots_after.at(k).order);
+    add_if_changed(difference, "coefficient" + of, coefficient, slots_after.at(k).coefficient);
   }
   const std::size_t others = difference.changes.size();
   StoredComplexReaction::fields([&](const char* name, auto member, const char* unit, const char*) {
@@ -44,17 +97,12 @@ void compare_rates(const StoredComplexReaction& x, const StoredComplexReaction& 
   if (difference.changes.size() > others)
     difference.effect = larger(difference.effect, rate_effect("rate", {x.A, x.b, x.E}, {y.A, y.b, y.E}));
 }
-void compare_rates(const StoredPhotoReaction& x, const StoredPhotoReaction& y, Difference& difference) {
-  if (!same(x.rate, y.rate))
-    add(difference, change_of("rate", x.rate, y.rate), relative_effect(x.rate, y.rate, "rate"));
-}
-
-template <class Reaction>
-Difference difference_of(const Reaction& x, const Reaction& y, const std::string& kind,
-                         const std::string& equation) {
-  Difference difference{kind, equation, {}, {}};
-  compare_rates(x, y, difference);
-  return difference;
+using PhotoSide = GlobalSide<StoredPhotoReaction>;
+void compare_rates(const PhotoSide& before, std::size_t i, const PhotoSide& after, std::size_t j,
+                   Difference& difference) {
+  const double x = before.reactions[i].rate;
+  const double y = after.reactions[j].rate;
+  if (!same(x, y)) add(difference, change_of("rate", x, y), relative_effect(x, y, "rate"));
 }
 
 // Of reactions of one equation those that are nearest to each other are the same.
@@ -90,21 +138,25 @@ Matches match_nearest(const std::vector<std::string>& before, const std::vector<
 template <class Reaction>
 void compare_global(Comparing& comparing, std::vector<Reaction> StoreData::*member, std::size_t reactants,
                     const std::string& kind) {
-  const auto& before = comparing.before.*member;
-  const auto& after = comparing.after.*member;
-  const auto names = equations(before, reactants, {comparing.before, StoredPhaseOf::surface});
-  const auto names_after = equations(after, reactants, {comparing.after, StoredPhaseOf::surface});
-  const Matches matches = match_nearest(names, names_after, [&](std::size_t i, std::size_t j) {
-    const Difference difference = difference_of(before[i], after[j], kind, names[i]);
+  const GlobalSide<Reaction> before(comparing.before, member, reactants);
+  const GlobalSide<Reaction> after(comparing.after, member, reactants);
+  const auto difference_of = [&](std::size_t i, std::size_t j) {
+    Difference difference{kind, before.equations[i], {}, {}};
+    compare_rates(before, i, after, j, difference);
+    return difference;
+  };
+  const Matches matches = match_nearest(before.keys, after.keys, [&](std::size_t i, std::size_t j) {
+    const Difference difference = difference_of(i, j);
     return difference.changes.empty() ? -1 : difference.effect.size;
   });
-  for (std::size_t i = 0; i < before.size(); ++i) {
-    const auto* y = item(after, matches.after[i]);
-    if (y) add(comparing, difference_of(before[i], *y, kind, names[i]));
-    if (!y) add_removed(comparing, kind, names[i]);
+  for (std::size_t i = 0; i < before.reactions.size(); ++i) {
+    const int j = matches.after[i];
+    if (j >= 0) add(comparing, difference_of(i, static_cast<std::size_t>(j)));
+    if (j < 0) add_removed(comparing, kind, before.equations[i]);
   }
-  for (const int j : matches.only_after) add_added(comparing, kind, names_after[static_cast<std::size_t>(j)]);
-  if (!matches.same_order()) comparing.notes.push_back("the " + kind + "s stand in another order");
+  for (const int j : matches.only_after)
+    add_added(comparing, kind, after.equations[static_cast<std::size_t>(j)]);
+  note_order(comparing, matches, kind + "s");
 }
 
 }  // namespace

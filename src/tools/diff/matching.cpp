@@ -114,4 +114,8 @@ void add_added(Comparing& comparing, const std::string& kind, const std::string&
   comparing.differences.push_back({kind, which, {}, {another_thing, "added"}, -1, place});
 }
 
+void note_order(Comparing& comparing, const Matches& matches, const std::string& what) {
+  if (!matches.same_order()) comparing.notes.push_back("the " + what + " stand in another order");
+}
+
 }  // namespace varpre

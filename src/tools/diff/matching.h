@@ -67,6 +67,9 @@ void add(Comparing& comparing, Difference difference);
 void add_removed(Comparing& comparing, const std::string& kind, const std::string& which, int place = -1);
 void add_added(Comparing& comparing, const std::string& kind, const std::string& which, int place = -1);
 
+// Says where what both files have stands in another order.
+void note_order(Comparing& comparing, const Matches& matches, const std::string& what);
+
 // An item of a list; nullptr where the list ends before, since the file was read so far only.
 template <class T>
 const T* item(const std::vector<T>& list, int index) {

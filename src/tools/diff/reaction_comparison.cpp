@@ -89,7 +89,7 @@ void compare_matched(const Mechanisms& both, const Matches& matches, const std::
     add_added(comparing, kind, both.after.equation(j, pair), j);
     if (pair) ++k;
   }
-  if (!matches.same_order()) comparing.notes.push_back("the " + kind + "s stand in another order");
+  note_order(comparing, matches, kind + "s");
 }
 
 // Collision partners that take each other's place, and the reactions before that have them.

@@ -26,9 +26,24 @@ struct Worst {
   std::string at_T() const { return " at " + number_text(T) + " K"; }
 };
 
-template <class See>
-void for_each_temperature(See see) {
-  for (int T = 300; T <= 2500; T += 50) see(static_cast<double>(T));
+// Where properties are compared: K, and its logarithm.
+struct Temperature {
+  double T;
+  double log;
+};
+using Temperatures = std::array<Temperature, 45>;
+
+const Temperatures& all_temperatures() {
+  static const Temperatures list = [] {
+    Temperatures all{};
+    double T = 300;
+    for (Temperature& one : all) {
+      one = {T, std::log(T)};
+      T += 50;
+    }
+    return all;
+  }();
+  return list;
 }
 
 // What an item of the file is, and its unit.
@@ -55,11 +70,11 @@ struct Properties {
   double h;   // J/mol
   double s;   // J/(mol K)
 };
-Properties properties(const StoredThermo& thermo, double M, double T) {
+Properties properties(const StoredThermo& thermo, double M, double T, double log_T) {
   const auto& a = T < thermo.limits[1] ? thermo.lower : thermo.upper;
   return {M * ((((a[4] * T + a[3]) * T + a[2]) * T + a[1]) * T + a[0]),
           M * (((((a[4] / 5 * T + a[3] / 4) * T + a[2] / 3) * T + a[1] / 2) * T + a[0]) * T + a[5]),
-          M * ((((a[4] / 4 * T + a[3] / 3) * T + a[2] / 2) * T + a[1]) * T + a[0] * std::log(T) + a[6])};
+          M * ((((a[4] / 4 * T + a[3] / 3) * T + a[2] / 2) * T + a[1]) * T + a[0] * log_T + a[6])};
 }
 
 void add_property(Difference& difference, const Worst& worst, const std::string& name,
@@ -97,13 +112,13 @@ void compare_item(SpeciesDifference& species, const Label&, const StoredThermo& 
   Worst cp;
   Worst h;
   Worst s;
-  for_each_temperature([&](double T) {
-    const Properties x = properties(before, species.M_before, T);
-    const Properties y = properties(after, species.M_after, T);
+  for (const auto& [T, log_T] : all_temperatures()) {
+    const Properties x = properties(before, species.M_before, T, log_T);
+    const Properties y = properties(after, species.M_after, T, log_T);
     cp.see(2 * (y.cp - x.cp) / (std::abs(x.cp) + std::abs(y.cp) + 1E-300), T, x.cp, y.cp);
     h.see((y.h - x.h) / (gas_constant * T), T, x.h / 1000, y.h / 1000);
     s.see((y.s - x.s) / gas_constant, T, x.s, y.s);
-  });
+  }
   add_property(difference, cp, "heat capacity", "J/(mol K)", relative_effect(cp.before, cp.after, "cp").text);
   add_property(difference, h, "enthalpy", "kJ/mol",
                "h " + shift_text(h.before, h.after, gas_constant * h.T / 1000, "RT"));
@@ -123,20 +138,22 @@ double logarithm(const StoredFit& c, double x) {
 
 Worst worst_of(const StoredFit& before, const StoredFit& after) {
   Worst worst;
-  for_each_temperature([&](double T) {
-    const double x = logarithm(before, std::log(T));
-    const double y = logarithm(after, std::log(T));
+  for (const auto& [T, log_T] : all_temperatures()) {
+    const double x = logarithm(before, log_T);
+    const double y = logarithm(after, log_T);
     worst.see(y - x, T, x, y);
-  });
+  }
   worst.before = std::exp(worst.before);
   worst.after = std::exp(worst.after);
   return worst;
 }
 
 void add_fit(Difference& difference, const std::string& name, const std::string& unit, const Worst& worst) {
+  const std::string at_T = worst.at_T();
+  difference.changes.push_back(change_of(name + at_T, worst.before, worst.after, unit));
+  if (difference.changes.size() > 1 && worst.size <= difference.effect.size) return;
   const std::string ratio = ratio_text(worst.after / worst.before);
-  add(difference, change_of(name + worst.at_T(), worst.before, worst.after, unit),
-      {worst.size, name + (ratio.empty() ? "" : " " + ratio) + worst.at_T()});
+  difference.effect = {worst.size, name + (ratio.empty() ? "" : " " + ratio) + at_T};
 }
 
 void compare_item(SpeciesDifference& species, const Label& label, const StoredFit& before,
@@ -186,23 +203,30 @@ void add_diffusion(std::vector<Pair> pairs, const std::string& unit,
                    std::vector<SpeciesDifference>& species) {
   std::stable_sort(pairs.begin(), pairs.end(),
                    [](const Pair& a, const Pair& b) { return a.worst.size > b.worst.size; });
-  while (!pairs.empty()) {
-    std::vector<int> counts(species.size());
-    for (const Pair& pair : pairs) {
-      ++counts[static_cast<std::size_t>(pair.i)];
-      if (pair.j != pair.i) ++counts[static_cast<std::size_t>(pair.j)];
+  std::vector<std::vector<std::size_t>> of_species(species.size());  // the pairs of each, the largest first
+  std::vector<int> left(species.size());                             // how many of them were not told
+  const auto note = [&](int i, std::size_t pair) {
+    of_species[static_cast<std::size_t>(i)].push_back(pair);
+    ++left[static_cast<std::size_t>(i)];
+  };
+  for (std::size_t k = 0; k < pairs.size(); ++k) {
+    note(pairs[k].i, k);
+    if (pairs[k].j != pairs[k].i) note(pairs[k].j, k);
+  }
+  std::vector<bool> told(pairs.size());
+  for (;;) {
+    const auto most = std::max_element(left.begin(), left.end());
+    if (most == left.end() || *most == 0) return;
+    const auto i = static_cast<std::size_t>(most - left.begin());
+    for (const std::size_t k : of_species[i]) {
+      if (told[k]) continue;
+      told[k] = true;
+      const auto other = static_cast<std::size_t>(pairs[k].i + pairs[k].j) - i;
+      --left[other];
+      add_fit(species[i].difference, "diffusion times pressure with " + species[other].difference.which, unit,
+              pairs[k].worst);
     }
-    const auto most = std::max_element(counts.begin(), counts.end()) - counts.begin();
-    const auto is_of = [&](const Pair& pair) { return pair.i == most || pair.j == most; };
-    Difference& difference = species[static_cast<std::size_t>(most)].difference;
-    for (const Pair& pair : pairs) {
-      if (!is_of(pair)) continue;
-      const int other = pair.i == most ? pair.j : pair.i;
-      add_fit(difference,
-              "diffusion times pressure with " + species[static_cast<std::size_t>(other)].difference.which,
-              unit, pair.worst);
-    }
-    std::erase_if(pairs, is_of);
+    left[i] = 0;
   }
 }
 
@@ -258,6 +282,7 @@ Matches compare_elements(Comparing& comparing, const StoredPhase& before, const 
   }
   for (const int f : elements.only_after)
     add_added(comparing, kind, std::string(trimmed(after.elements[static_cast<std::size_t>(f)].view())));
+  note_order(comparing, elements, kind == "element" ? "elements" : "elements of the surface");
   return elements;
 }
 
@@ -306,7 +331,7 @@ std::vector<SpeciesDifference> compare_phase(Comparing& comparing, const StoredP
   }
   for (const int j : matches.only_after)
     add_added(comparing, kind, std::string(trimmed(after.names[static_cast<std::size_t>(j)].view())), j);
-  if (!matches.same_order()) comparing.notes.push_back("the " + kind + " stand in another order");
+  note_order(comparing, matches, kind);
   return species;
 }
 

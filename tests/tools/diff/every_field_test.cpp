@@ -70,5 +70,26 @@ TEST(EveryField, IsReadToldAndCompared) {
   EXPECT_GT(fields, 1000);
 }
 
+// The order of elements and particle species is told, and is no difference.
+TEST(EveryField, OfElementsAndParticleSpeciesTheOrderIsTold) {
+  StoreData before = read_store(run(load_inputs("../docs/every-section")).store());
+  before.particles->names.emplace_back("N2(L)");
+  before.particles->data.push_back(before.particles->data[0]);
+  before.particles->data[1][5].value = 300;
+  before.particles->fractions = {0.7, 0.3};
+  StoreData after = before;
+  std::swap(after.gas.elements[0], after.gas.elements[2]);
+  std::swap(after.gas.element_masses[0], after.gas.element_masses[2]);
+  for (std::size_t i = 0; i < after.gas.names.size(); ++i)
+    std::swap(after.gas.mass_fractions[3 * i], after.gas.mass_fractions[3 * i + 2]);
+  std::swap(after.particles->names[0], after.particles->names[1]);
+  std::swap(after.particles->data[0], after.particles->data[1]);
+  std::swap(after.particles->fractions[0], after.particles->fractions[1]);
+  const Comparison comparison = compare(before, after);
+  EXPECT_TRUE(comparison.differences.empty());
+  EXPECT_EQ(comparison.notes, (std::vector<std::string>{"the elements stand in another order",
+                                                        "the particle species stand in another order"}));
+}
+
 }  // namespace
 }  // namespace varpre
