@@ -76,7 +76,8 @@ class EquationReader {
   // "(+M)" or "(+AR)" at the end, which is taken away.
   bool take_partner_in_parentheses(std::size_t begin, std::size_t& end, Side& side) {
     const std::size_t open = text_.find("(+", begin);
-    if (open == std::string::npos || open >= end || end - begin < 4 || text_[end - 1] != ')') return true;
+    if (open == std::string::npos || open >= end || text_[end - 1] != ')') return true;
+    if (end - open < 4) return true;  // an ion, "O2(+)"
     if (import_.find(import_.resolved(text_.substr(open, end - open))) != nullptr) return true;
     const std::string name = text_.substr(open + 2, end - open - 3);
     side.in_parentheses = true;

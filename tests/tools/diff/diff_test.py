@@ -20,6 +20,9 @@ PROGRAM, VARPRE, ROOT = (Path(argument).resolve() for argument in sys.argv[1:4])
 FORWARD = "O+H2=H+OH                   3.870E+04   2.70    26.192\n"
 TWICE = ("MEC", "MAXI\n", "OH+O=H+O2                   1.000E+13   0.00     0.000\nOH+O=H+O2                   2.000E+12   0.50     5.000\nMAXI\n")
 
+# A species that no reaction has stands before the others.
+N2_FIRST = ("INP", "OH  H2O  HO2  H2O2\nN2\n", "N2 OH  H2O  HO2  H2O2\n")
+
 # A second reaction with the same equation stands first.
 COMPLEX = ("MEC", "COMPLEX REACTIONS\n   1\n", """COMPLEX REACTIONS
    2
@@ -66,7 +69,10 @@ CASES = [
     [("MEC", "1.0 H2        1. + 0.5 O2       0.5 ", "0.5 O2       0.5 + 1.0 H2        1. ")],
     [("MEC", "1.0 H2        1. + 0.5 O2       0.5 ", "0.5 O2        1. + 1.0 H2       0.5 "),
      "complex reaction H2 + O2 > H2O order of H2 1 -> 0.5 x 0.5", "order of O2 0.5 -> 1"],
+    [("MEC", "2.650E+16 -0.671    71.300", "2.650E+16 -0.671   7130.00"), "reaction H + O2 > O + OH E 71300 -> 7.13e+06 J/mol rate"],
     [COMPLEX, "complex reaction H2 + O2 > H2O added"],
+    [("MEC", "+ 0.5 O2       0.5 ", "+ 0.5 O2       0.75"), "complex reaction H2 + O2 > H2O order of O2 0.5 -> 0.7 rate x 0.0631", "A 3e+09 -> 1.8929e+08 m, mol, s"],
+    [("MEC", "+ 0.5 O2       0.5 ", "+ 0.6 O2       0.5 "), "complex reaction H2 + O2 > H2O coefficient of O2 0.5 -> 0.6 +20 %"],
     [("MEC", "-0.900      -7.113", "-0.900      -6.113"), "reaction OH + OH + M'' = H2O2 + M'' FALL3 -7113 -> -6113 J/mol low-pressure rate -33 % at 300 K"],
     [("fort.3", "      2    3   -1", "      2    3    1"), "reaction pointers H + O2 > O + OH coefficient of H -1 -> 1 another coefficient"],
     # conditions
@@ -75,11 +81,19 @@ CASES = [
     [("INP", "IMPULS  1 STORE   5", "IMPULS  2"), "option IMPULSE 1 -> 2", "option STORE 5 -> 0"],
     [("INP", "NRGP     21", "NRGP     31"), "particle grid size 21 -> 31 +47.6 %"],
     # species
+    [N2_FIRST, ("INP", "N2 OH", "OH"), ("INP", "N2             0.78\n", ""), ("INP", "N2             0.79\n", ""), "element N removed", "species N2 removed",
+     "left mixture N2 mole fraction 0.78 -> 0 to 0", "right mixture N2 mole fraction 0.79 -> 0 to 0", "right mixture O2 mole fraction 0.21 -> 1 x 4.76",
+     "left mixture H2 mole fraction 0.02 -> 0.090909 x 4.55", "left mixture O2 mole fraction 0.2 -> 0.90909 x 4.55", "right mixture T temperature 503.42 -> 520.32 K +3.36 %",
+     "left mixture H specific enthalpy 2.1045e+05 -> 2.0731e+05 J/kg -1.49 %"],
     [("fort.3", " 1.800E+02  1.000E+03  3.500E+03", " 1.800E+02  1.000E+03  3.000E+03"), "species H2 upper limit 3500 -> 3000 K -14.3 %"],
     [("fort.3", " XLAM(   1) -1.2398E+01", " XLAM(   1) -1.2298E+01"), "species H2 heat conductivity at 300 K 0.18479 -> 0.20423 J/(m K s) heat conductivity +10.5 % at 300 K"],
     [("fort.3", " D(   2   1)-1.0152E+01", " D(   2   1)-1.0052E+01"), "species H2 diffusion times pressure with H at 300 K 21.848 -> 24.146 Pa m²/s diffusion times pressure with H +10.5 % at 300 K"],
     [("fort.3", "HL,HH(   1) 9.6693E+03", "HL,HH(   1) 9.7693E+03"), "species H2 heat capacity at 300 K 28.85 -> 29.052 J/(mol K) s +0.166 R at 950 K",
      "enthalpy at 750 K 13.22 -> 13.372 kJ/mol", "entropy at 950 K 164.69 -> 166.07 J/(mol K)"],
+    [("fort.3", "-3.7861E+06  2.8171E+03", "-3.7961E+06  2.8171E+03"), "species H2 enthalpy at 300 K 0.053281 -> 0.033123 kJ/mol h -0.00808 RT at 300 K"],
+    [("fort.3", " 2.6500E+10 -6.7100E-01", " 0.0000E+00 -6.7100E-01"), "reaction H + O2 > O + OH A 2.65e+10 -> 0 m, mol, s rate is 0 now"],
+    [*[("fort.3", "H2O(L)", "X2O(L)")] * 2, "particle H2O(L) removed", "particle X2O(L) added", "particle fraction H2O(L) mole fraction 1 -> 0 to 0",
+     "particle fraction X2O(L) mole fraction 0 -> 1 from 0"],
     # values that did not fit, or stand where none is due
     [("fort.3", " OPTIONS :    0", " OPTIONS :  ***"), "option EXTRAP 0 -> *****"],
     [("fort.3", "1.0000E-03  2.0000E-03  0.0000E+00", "1.0000E-03  2.0000E-03  1.0000E+00"), "two-dimensional a place that is not used none -> 1 added"],
@@ -117,21 +131,39 @@ class Diff(unittest.TestCase):
         lines = [" ".join(line.split()) for line in self.diff(*arguments, status=status).stdout.splitlines()]
         return [line for line in lines if not re.search("another number of third bodies", line)]
 
+    def mirrored(self, before, after, back, status):
+        """What differs, whatever the order; `back`: as it is when the files change places."""
+        mirrors = {"removed": "added", "is 0 now": "was 0", "to 0": "from 0"}
+        mirrors |= {there: here for here, there in mirrors.items()}
+        ends = ("after", "before") if back else ("before", "after")
+        found = []
+        for difference in json.loads(self.diff("--json", before, after, status=status).stdout)["differences"]:
+            with_place = re.fullmatch("(surface )?(species|reaction)", difference["kind"])
+            self.assertEqual([difference[end] is None for end in ("before", "after")],
+                             [not with_place or difference["effect"]["text"] == gone for gone in ("added", "removed")])
+            changes = [(change["name"].split(" at ")[0], *(change[end] for end in ends)) for change in difference["changes"]]
+            text = difference["effect"]["text"]
+            texts = [mirrors[name] if back else name for name in mirrors if text.endswith(name)]
+            size = difference["effect"]["size"]
+            found.append((difference["kind"], sorted(difference["which"].split()), changes, texts,
+                          size and float(f"{size:.4g}"), *(difference[end] for end in ends)))
+        return sorted(found, key=str)
+
     def test_cases(self):
         base = self.case("base")
-        twice = self.case("twice", TWICE)
+        bases = {edit: self.case(f"base{number}", edit) for number, edit in enumerate((TWICE, N2_FIRST))}
         for number, case in enumerate(CASES):
             edits = [part for part in case if isinstance(part, tuple)]
             expected = [part for part in case if isinstance(part, str)]
             status = int(any("another order" not in line for line in expected))
             other = self.case(str(number), *edits)
-            first = twice if TWICE in edits else base
+            first = bases.get(edits[0], base)
             with self.subTest(edits):
                 lines = self.lines(first, other, status=status)
                 follow_ups = [line for line in lines if "inert species" not in line]
                 self.assertEqual(follow_ups, expected)
-                back = json.loads(self.diff("--json", other, first, status=status).stdout)
-                self.assertEqual(bool(back["differences"]), bool(status))
+                there, back = (self.mirrored(*pair, k, status=status) for k, pair in enumerate([(first, other), (other, first)]))
+                self.assertEqual(there, back)
 
     def test_the_largest_effect_comes_first(self):
         first = self.case("first")
@@ -151,10 +183,16 @@ class Diff(unittest.TestCase):
         self.assertIn("```text tried\n" + output + "```", (ROOT / "docs/diff.md").read_text())
 
     def test_duplicates_that_agree_best_belong_together(self):
-        first = self.case("first", TWICE)
-        lines = TWICE[2].split("\n")
-        second = self.case("second", ("MEC", "MAXI\n", lines[1] + "\n" + lines[0].replace("1.000E+13", "1.100E+13") + "\nMAXI\n"))
-        self.assertEqual([line.split(" rate ")[-1] for line in self.lines(first, second) if "rate" in line], ["+10 %"])
+        duplicates = lambda *factors: ("MEC", "MAXI\n", "".join(f"OH+O=H+O2                   {factor:.3E}   0.00     0.000\n" for factor in factors) + "MAXI\n")
+        first = self.case("first", duplicates(1e13, 1e11, 1e12))
+        for number, order in enumerate([(1.1e12, 1.1e13, 1.1e11), (1.1e11, 1.1e12, 1.1e13), (1.1e11, 1.1e13, 1.1e12)]):
+            second = self.case(f"second{number}", duplicates(*order))
+            self.assertEqual([line.split(" rate ")[-1] for line in self.lines(first, second) if "rate" in line], ["+10 %"] * 3, order)
+
+    def test_of_very_many_duplicates_the_first_is_the_first(self):
+        many = lambda first: ("MEC", "MAXI\n", "".join(f"OH+O>H+O2                   {first + k}.00E+10   0.00     0.000\n" for k in range(101)) + "MAXI\n")
+        lines = self.lines(self.case("first", many(100)), self.case("second", many(300)))
+        self.assertEqual([line.split(" A ")[1].split()[:3:2] for line in lines], [[f"{1 + k / 100:.5g}e+06", f"{3 + k / 100:.5g}e+06"] for k in range(101)])
 
     def test_files_that_end_too_soon_or_are_none(self):
         whole = self.case("whole")
@@ -186,4 +224,4 @@ class Diff(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])

@@ -109,6 +109,22 @@ BROKEN = [
     ("COV/H(S) 0.", "COV/H2 0.", "surf.inp:22:6", "no species of the surface"),
     ("COV/H(S) 0.", "COV/H(S)", "surf.inp:22:2", "three numbers"),
     ("COV/H(S) 0. 0. -6000./", "COV/H(S) 0 0 1/ COV/O(S) 0 0 1/", "surf.inp:22:18", "second species"),
+    ("O+H2<=>H+OH ", "O+H2<=>H+OH+", "chem.inp:39:13", "a species is due here"),
+    ("O+H2<=>H+OH ", "O2+HV=>2O   ", "chem.inp:39:1", "reaction O2+HV=>2O: a reaction with a photon cannot be held"),
+    ("O+H2<=>H+OH ", "O+PT(S)=>O(S)", "chem.inp:39:1", "the surface species O(S) cannot react in the gas phase"),
+    ("END\nREAC", "END\n" + "x" * 4001 + "\nREAC", "chem.inp:38:1", "this line has more than 4000 characters"),
+    ("0.5/\n", "0.5/\n LT/1 2/\n", "chem.inp:42:2", "a rate of the form LT cannot be held"),
+    ("6260.\n", "6260.\n PLOG/1. 1E13 0 0/ REV/1 0 0/\n", "chem.inp:40:20", "a reverse rate of its own beside one that depends on the pressure"),
+    ("6260.\n", "6260.\n FORD/QQ 1/\n", "chem.inp:40:7", "'QQ' is no species of the phase"),
+    ("6260.\n", "6260.\n FORD/H2 3.5/\n", "chem.inp:39:1", "orders and coefficients that are no whole numbers cannot be held here"),
+    ("6260.\n", "6260.\n TCHEB/300 300/ PCHEB/1 10/ CHEB/1 1 13/\n", "chem.inp:40:2", "two limits that are positive and rise are due here"),
+    ("SITE/platinum/ SDEN/2.7E-09/\n", "", "surf.inp:21:1", "the file has no section SITE"),
+    ("SPECIES H H2 O O2 OH H2O HO2 AR END\n", "", "chem.inp:44:1", "the file has no section SPECIES"),
+    ("O(S) END", "O(S) END\nSITE/b/ SDEN/1E-9/ X(S) END", "surf.inp:3:1", "a second kind of sites cannot be held"),
+    ("ELEMENTS H O", "ELEMENTS H/2.014/ O", "chem.inp:5:25", "species H: the file gives 'H' another weight than the element has"),
+    ("ELEMENTS H O", "ELEMENTS H/0/ O", "chem.inp:1:11", "a mass is due between the strokes behind H"),
+    ("ELEMENTS H O", "ELEMENTS H/1.008 O", "chem.inp:1:11", "a mass is due between the strokes behind H"),
+    ("H   1               G", "H  1.5              G", "chem.inp:5:30", "the entry of H: '5' is a count without element"),
     (" COV/", " LOW/", "surf.inp:22:2", "does not belong to a surface reaction"),
 ]
 
@@ -234,6 +250,24 @@ class Chemkin(unittest.TestCase):
         repeated = self.good(CHEM.replace(entry("H"), entry("H") + entry("H").replace("2.5", "9.9"), 1))
         self.assertIn("the first one counts", repeated.stderr)
         self.assertEqual(self.written(repeated.directory), self.written(other.directory))
+
+    def test_forms_that_mean_the_same(self):
+        """Edits after which the same files come out; the words of a warning, where there is one."""
+        files = {"chem.inp": CHEM, "tran.dat": TRAN, "surf.inp": SURF}
+        wanted = self.written(self.import_all(files).directory)
+        for name, old, new, *says in [("chem.inp", "HO2 AR END", "HO2 AR H2 END", r"chem\.inp:2:33: warning: species H2 is listed twice"), ("chem.inp", "ELEMENTS H O", "ELEMENTS H/1.008/ O"),
+                                      ("chem.inp", "H   1               G", "H   0H   1          G"), ("chem.inp", "H   1O   2          G", "H   1O   1O   1     G"),
+                                      ("chem.inp", "REACTIONS\n", "REACTIONS MOLES CAL/MOLE\n"), ("chem.inp", "HO2 AR END", "HO2 AR"), ("chem.inp", "ELEMENTS", "\ufeffELEMENTS"),
+                                      ("surf.inp", " MWOFF", "", r"surf\.inp:18:1: warning: sticking coefficients are taken without the correction")]:
+            with self.subTest(new=new):
+                result = self.import_all({**files, name: files[name].replace(old, new, 1)})
+                self.assertEqual((result.returncode, self.written(result.directory)), (0, wanted), result.stderr)
+                for words in says:
+                    self.assertRegex(result.stderr, words)
+        # A name may hold what a partner in parentheses begins with.
+        ion = CHEM.replace("AR END", "AR O2(+) END").replace("THERMO ALL\n   300.000  1000.000  5000.000\n", "THERMO ALL\n   300.000  1000.000  5000.000\n" + entry("O2").replace("O2   ", "O2(+)", 1))
+        for equation in ("O2(+)+H2=O2+H2", "H2+O2(+)=H2+O2", "H2+O2=H2+O2(+)"):
+            self.good(ion.replace("O+H2<=>H+OH ", f"{equation} "), **{"tran.dat": TRAN + "O2(+) 1 100. 3. 0. 0. 1.\n"})
 
     def test_broken_files_are_refused_with_their_place(self):
         files = {"chem.inp": CHEM, "tran.dat": TRAN, "surf.inp": SURF}

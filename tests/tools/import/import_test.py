@@ -81,6 +81,7 @@ class Import(unittest.TestCase):
             self.assertIn(f"{left_out} is left out: ", result.stderr)
             self.assertIn(f"left out: {left_out}", result.MEC)
             self.assertIn(f"left out: {left_out}", result.stdout)
+        return result
 
     def test_example_comes_out_as_it_stands(self):
         directory = self.root / "example"
@@ -420,6 +421,63 @@ class Import(unittest.TestCase):
         self.assertEqual(result.MEC.count("! dup"), 2)
         self.refused(mechanism(negative.replace("negative-A: true, ", "")), says="A is negative")
 
+    def test_each_refusal_has_its_place(self):
+        """Wrong reactions, species and phases: where the error stands, in which column, and its words."""
+        rate = "rate-constant: [1e13, 0, 0]"
+        chebyshev = "equation: O2 => 2 O, type: Chebyshev, pressure-range: [1 atm, 100 atm], temperature-range"
+        for form, column, says in [("equation: 200 O2 => 400 O, " + rate, 14, "the coefficient 200 is not between 0 and 100"), ("equation: O + H2 <=> H + OH, rate-constant: {A: 1e13, b: 0}", 48, "'Ea' is missing here"),
+                                   (chebyshev + ": [300, 300], data: [[1, 2]]", 95, "two limits are due here, positive ones that rise"),
+                                   (chebyshev + ": [300, 900], data: [[1, 2], [1]]", 122, "rows of the same number of coefficients are due here"), (chebyshev + ": [300, 900], data: []", 113, "rows of the same number"),
+                                   ("equation: O2 => 2 O, type: pressure-dependent-Arrhenius, rate-constants: [{P: 0 atm, A: 1, b: 0, Ea: 0}]", 82, "a pressure is greater than zero"),
+                                   ("equation: O2 => 2 O, type: pressure-dependent-Arrhenius, rate-constants: []", 77, "rates of some pressures are due here"),
+                                   ("equation: O + PT(S) => O(S), " + rate, 14, "the surface species PT(S) cannot react in the gas phase"),
+                                   ("equation: 2 O + M => O2 + M, type: falloff, low-P-rate-constant: [1, 0, 0], high-P-rate-constant: [1, 0, 0]", 14, "a falloff reaction has a collision partner in parentheses"),
+                                   ("equation: 2 O (+M) => O2 (+M), " + rate, 14, "a collision partner in parentheses belongs to the type falloff"),
+                                   ("equation: 2 O => O2, type: three-body, " + rate, 14, "a three-body reaction has a collision partner on both sides"),
+                                   (f"equation: O + H2 => H + OH, {rate}, efficiencies: {{AR: 2}}", 75, "efficiencies without the collision partner M cannot be held"),
+                                   ("surface: O + PT(S) + M => O(S) + M, " + rate, 14, "a surface reaction has no collision partner"),
+                                   ("surface: O + H + PT(S) => O(S) + H, sticking-coefficient: [1, 0, 0]", 14, "'sticking-species' must say which of the gas species sticks"),
+                                   (f"surface: O + PT(S) => O(S), {rate}, coverage-dependencies: {{H2: [0, 0, 1]}}", 86, "'H2' is no species of the surface"),
+                                   (f"surface: O + PT(S) => O(S), {rate}, coverage-dependencies: {{O(S): {{a: 0, m: 0, E: []}}}}", 108, "an energy is due here"),
+                                   (f"surface: O + PT(S) => O(S), {rate}, orders: {{H(S): 1}}, coverage-dependencies: {{O(S): [0, 0, 1]}}", 14, "an order of one species and the coverage of another")]:
+            with self.subTest(form):
+                on_surface = form.startswith("surface")
+                line = "- {" + form.replace("surface: ", "equation: ", 1) + "}\n"
+                text = mechanism(PLAIN + ("" if on_surface else line), phase=PHASE + SURFACE, more=f"on-pt: [{line[2:-1] if on_surface else ''}]\n{SITES}")
+                column += 6 if on_surface else 0  # on-pt: [
+                result = self.refused(text, "--surface", "pt", "--pressure", "1 bar", says=says)
+                number = text.split("\n").index(next(row for row in text.split("\n") if form.split(":", 1)[1] in row)) + 1
+                self.assertIn(f"m.yaml:{number}:{column}: error: ", result.stderr)
+        thermo = lambda text: mechanism(gas=GAS + [species("X", "{Ar: 1}", text)])
+        transport = lambda text: mechanism(gas=GAS + [species("X", "{Ar: 1}", transport=text)])
+        for text, says, *arguments in [(mechanism(), "3:3: error: --species: there is no species 'XX' in the phase", "--species", "H,XX"), (mechanism(), "3:1: error: there is no phase 'nope'", "--phase", "nope"),
+                                       (mechanism(phase=PHASE.replace("kinetics: gas", "kinetics: edge")), "5:13: error: kinetics of the kind 'edge' cannot be held"),
+                                       (mechanism(phase=PHASE + SURFACE, more="on-pt: []\n" + SITES.replace("PT(S)", "H2")), "53:9: error: species H2 comes twice in the phases", "--surface", "pt"),
+                                       (mechanism(phase=PHASE + "  explicit-third-body-duplicates: foo\n"), "8:35: error: 'foo' is none of warn, error,"), (mechanism(phase=PHASE + "  species: some\n"), "8:12: error: 'some' is no choice"),
+                                       (mechanism(gas=GAS + [species("H", "{H: 1}")], phase=PHASE + "  species: [H, H2, O, O2, OH]\n"), "39:3: error: species H is defined twice in this section"),
+                                       (mechanism(more="elements:\n- {symbol: H, atomic-weight: 2.014}\n"), "11:17: error: species H: the file gives 'H' another weight than the element has"),
+                                       (thermo("{model: constant-cp, T0: 0, h0: 0, s0: 0, cp0: 3}"), "40:11: error: the temperatures of a constant heat capacity must be positive and rise"),
+                                       (thermo("{model: piecewise-Gibbs, h0: 0, data: {x: 1, 298.15: 2}}"), "40:50: error: 'x' is no temperature"),
+                                       (thermo("{model: piecewise-Gibbs, h0: 0, data: {300: 1, 400: 2}}"), "40:49: error: values at two temperatures are due here"),
+                                       (transport(TRANSPORT % "round"), "41:37: error: 'round' is no geometry: atom, linear or nonlinear"), (transport("{model: liquid}"), "41:22: error: species X: its transport data are of the model 'liquid'"),
+                                       (mechanism(more="on-pt: []\n" + SITES, phase=PHASE + SURFACE).replace("- name: H(S)\n", "- name: H(S)\n  sites: 2\n"), "57:10: error: species H(S): it occupies 2 sites", "--surface", "pt"),
+                                       (mechanism(phase=PHASE.replace("{H2: 1, O2: 1}", "'H2:1 O2'")), "7:32: error: names and amounts are due here, H2:2, O2:1")]:
+            self.refused(text, *arguments, says="m.yaml:" + says)
+        without = self.run_import(mechanism(phase=PHASE.replace("  kinetics: gas\n", "")))
+        self.assertIn("m.yaml:5:14: warning: the phase has no kinetics: its reactions are not taken", without.stderr)
+
+    def test_numbers_take_all_columns_of_their_fields(self):
+        thermo = "{model: NASA7, temperature-ranges: [298.15432, 1234.567, 3456.78912], data: [[2.5, 0, 0, 0, 0, 1, 1.0], [2.5, 0, 0, 0, 0, 1, 1.0]]}"
+        transport = "{model: gas, geometry: atom, well-depth: 123.456789, diameter: 3.12345678, dipole: 1.12345678, polarizability: 2.12345678, rotational-relaxation: 4.12345678}"
+        directory = self.run_import(mechanism(gas=GAS + [species("X", "{Ar: 1}", thermo, transport)])).directory
+        self.assertIn("\nX                       AR  1               G  298.154323456.789121234.567     1\n", (directory / "THERMO").read_text())
+        self.assertIn("\nX        0    39.948123.4567893.123456781.123456782.123456784.12345678\n", (directory / "MOLNEW").read_text())
+
+    def test_a_density_gives_the_pressure(self):
+        result = self.run_import(mechanism(phase=PHASE.replace("P: 1 bar", "D: 1.2826 kg/m^3").replace("H2: 1, ", "")))
+        pressures = [float(line.split()[1]) for line in (result.directory / "INP").read_text().splitlines() if line.startswith("P ")]
+        self.assertAlmostEqual(pressures[0], 1.2826 * 8.3143 * 300 / 0.0319988 / 1e5, 6)
+
     def test_names_given_twice_are_refused(self):
         partner = "- {equation: 2 O + M = O2 + M, rate-constant: [1e17, 0, 0], efficiencies: {AR: 2, AR: 3}}\n"
         for text, name in [(mechanism(partner), "AR"), (mechanism(gas=GAS + [species("X", "{C: 1, C: 2}")]), "C"), (mechanism() + "reactions: []\n", "reactions"),
@@ -500,4 +558,4 @@ class Import(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1], verbosity=1)
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])

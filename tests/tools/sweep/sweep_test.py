@@ -69,6 +69,8 @@ class Sweep(unittest.TestCase):
         self.assertEqual(len(rows), 200)
         self.assertEqual({row["state"] for row in rows.values()}, {"complete"})
         self.assertEqual((self.sweep / "results/failed.csv").read_text(), "name,line,first_error\n")
+        found = ["left_temperature", "left_density", "right_temperature", "right_density", *(f"{side}_{name}" for side in ("left", "right") for name in ("H2", "H2O", "N2", "O2"))]
+        self.assertEqual(list(rows["phi1.0-p01-h000"]), ["name", "phi", "pressure", "enthalpy", "state", "errors", "warnings", *found, "first_error", "first_warning"])
         # Mole fractions of 1 H2 : 0.5 O2 : 0.5 * 0.79 / 0.21 N2 and of what burns; hydrogen in air burns at about 2500 K without dissociation.
         one, total = rows["phi1.0-p01-h000"], 1.5 + 0.5 * 0.79 / 0.21
         self.assertAlmostEqual(float(one["left_H2"]), 1 / total, 4)
@@ -152,7 +154,7 @@ class Sweep(unittest.TestCase):
         self.first_rows(2)
         for file, old, new, says in [("INP.template", "PConst", "{PConst", r"INP\.template:3: a single '\{'"),
                                      ("INP.template", "{pressure}", "{presure}", "no column presure"), ("INP.template", "{pressure}", "{pressure:99999999999}", "no column pressure:99999999999"),
-                                     ("settings.json", "100", '"x"', "group_size is a whole number"), ("settings.json", "100,", "100", r"settings\.json: "),
+                                     ("settings.json", "100", '"x"', "group_size is a whole number"), ("settings.json", "100", "0", "group_size is a whole number"), ("settings.json", "100,", "100", r"settings\.json: "),
                                      ("settings.json", '"x": "phi"', '"x": 1', "picture has names of columns")]:
             with self.subTest(says):
                 text = (self.sweep / file).read_text()
@@ -165,6 +167,14 @@ class Sweep(unittest.TestCase):
         self.assertIn("results is a link", self.start(status=1))
         self.assertIn("varpre is not on the path", self.start(status=1, env={"PATH": "/nowhere"}))
         self.assertEqual(list((self.sweep / "elsewhere").iterdir()), [])
+
+    def test_what_cannot_be_meant_stops_the_engine_too(self):
+        self.first_rows(2)
+        (self.sweep / "elsewhere").mkdir()
+        (self.sweep / "results").symlink_to("elsewhere")
+        self.assertIn("sweep.py: results is a link", self.engine(status=1))
+        self.table("name", "a")
+        self.assertIn("sweep.py: cases.csv: no column enthalpy, phi, pressure", self.engine(status=1))
 
     def test_the_template_is_the_users(self):
         """Another fuel from a setting or the table, a temperature, a text and a value under any name; nothing of phi where no mixture is asked for."""
@@ -224,6 +234,13 @@ class Sweep(unittest.TestCase):
         rows = self.rows()
         self.assertRegex(rows["phi0.2-p01-h000"]["first_warning"] + rows["phi0.2-p01-h000"]["first_error"], r"INP:\d+: ")
         self.assertEqual(rows["phi0.4-p01-h000"]["first_error"], "varpre ended with exit status 2: no disk")
+
+    def test_what_the_store_file_holds(self):
+        """Lists of names over three records, whose last blanks are not there; numbers without room for their E."""
+        names = [f"X{k}" for k in range(13)]
+        records = ["".join(f"{name:10}" for name in names[k:k + 5]).rstrip() for k in (0, 5, 10)]
+        script = f"import sweep; print(sweep.items({[12 * ' ' + records[0], *records[1:]]}, 13, 8, 2), sweep.stored_number(' 4.2000-151'), sweep.stored_number('-1.5E-02'))"
+        self.assertEqual(self.command(sys.executable, "-c", script), f"{names} 4.2e-151 -0.015\n")
 
     def test_parts_for_an_engine(self):
         self.first_rows(4)
