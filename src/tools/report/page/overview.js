@@ -316,8 +316,9 @@ globalThis.overview = (() => {
     );
   }
   function element_panel(S) {
-    const phase = (p) => p.elements.map((e, k) => [e, number(p.element_masses[k] * 1000, 7)]);
-    return panel("Elements", build(["", ["molar mass, g/mol"]], [...phase(S.gas), ...phase(S.surface)]));
+    const phase = (p, of) => p.elements.map((e, k) => [e, of, number(p.element_masses[k] * 1000, 7)]);
+    const rows = [...phase(S.gas, "gas"), ...phase(S.surface, "surface")];
+    return panel("Elements", build(["", "of", ["molar mass, g/mol"]], rows));
   }
   const FLAGS = ["", "*", "+", ">"];
   function flag_panel(S) {

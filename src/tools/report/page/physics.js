@@ -73,10 +73,11 @@ globalThis.physics = (() => {
     const T = store.thermo[i].limits[1];
     const low = thermo(store, i, T, "lower");
     const high = thermo(store, i, T, "upper");
+    const relative = (from, to) => (from === to ? 0 : (to - from) / from); // a surface may have zeros
     return {
-      cp: (high.cp - low.cp) / low.cp,
+      cp: relative(low.cp, high.cp),
       h: (high.h - low.h) / (R * T),
-      s: (high.s - low.s) / low.s,
+      s: relative(low.s, high.s),
     };
   }
 
