@@ -81,7 +81,7 @@ void add_property(Difference& difference, const Worst& worst, const std::string&
                   const std::string& unit, const std::string& effect) {
   if (worst.size == 0) return;
   add(difference, change_of(name + worst.at_T(), worst.before, worst.after, unit),
-      {worst.size, effect + worst.at_T()});
+      {worst.size, (effect.empty() ? name : effect) + worst.at_T()});
 }
 
 std::string shift_text(double before, double after, double scale, const std::string& name) {

@@ -635,6 +635,16 @@ test("axes: ticks at round numbers and decades, few of them whatever the values 
   assert.equal(plots.axis_of([-1, 0], true), null);
   assert.equal(plots.axis_of([1e-8, 1e8], true).label(-5), "10⁻⁵");
   assert.equal(plots.axis_of([10, 20], false).label(1.5), "15");
+  // What stands at a tick is where it is, however near the next one is.
+  for (const [values, logarithmic, labels] of [
+    [[0.98, 1.06], false, ["0.98", "0.99", "1", "1.01", "1.02", "1.03", "1.04", "1.05", "1.06"]],
+    [[0.91, 1.1], false, ["0.925", "0.95", "0.975", "1", "1.025", "1.05", "1.075", "1.1"]],
+    [[3000.1, 3000.3], false, ["3000.1", "3000.125", "3000.15", "3000.175", "3000.2"]],
+    [[1e-5, 1.02e-5], true, ["10⁻⁵", "1.0025·10⁻⁵", "1.005·10⁻⁵"]],
+  ]) {
+    const { ticks, label } = plots.axis_of(values, logarithmic, 0);
+    assert.deepEqual(ticks.map(label).slice(0, labels.length), labels);
+  }
   const points = plots.sampled(1, 100, (x) => 2 * x, { count: 2, logarithmic: true });
   assert.deepEqual(points, [
     { x: 1, y: 2 },

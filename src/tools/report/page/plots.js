@@ -54,7 +54,7 @@ globalThis.plots = (() => {
   const logarithmic_scale = () => ({
     place: (v) => (v > 0 ? Math.log10(v) : NaN),
     back: (x) => 10 ** x,
-    label: (x) => (Number.isInteger(x) && Math.abs(x) > 3 ? `10${units.raised(x)}` : units.text(10 ** x, 3)),
+    label: (x) => (Number.isInteger(x) && Math.abs(x) > 3 ? `10${units.raised(x)}` : units.text(10 ** x, 10)),
     ticks: logarithmic_ticks,
     least: 0.3,
   });
@@ -65,7 +65,7 @@ globalThis.plots = (() => {
     return {
       place: (v) => v / 10 ** power,
       back: (x) => x * 10 ** power,
-      label: (x) => units.text(x * 10 ** power, 3),
+      label: (x) => units.text(x * 10 ** power, 10),
       ticks: linear_ticks,
       least: 0.1,
     };
