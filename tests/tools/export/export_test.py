@@ -146,11 +146,25 @@ class Export(unittest.TestCase):
 
     def test_names_and_titles_of_every_kind(self):
         h2o2 = PROJECT / "tests/runs/h2o2"
-        names = [(name, *edit) for name, edit in ()]
         title = (h2o2 / "INP").read_text().splitlines()[0]
-        directory = self.case(h2o2, [*names, ("INP", title + "\n", "COMMENT Z\xfcndung: \"a\" # b\nCOMMENT - zweite Zeile\n")])
+        directory = self.case(h2o2, [("INP", title + "\n", "COMMENT Z\xfcndung: \"a\" # b\nCOMMENT - zweite Zeile\n")])
         _, _, file = self.there_and_back(directory)
         self.assertEqual(file["description"], "Z\xfcndung: \"a\" # b\n- zweite Zeile")
+        # Letters of one to four bytes, as they are; what is no letter, by its number.
+        for letters in ("a", "\u00fc", "\u20ac", "\U0001d11e"):
+            text = f"COMMENT # {letters}{letters} \x7f\n".encode().decode("latin-1")
+            exported = self.export(self.case(h2o2, [("INP", title + "\n", text)])).stdout
+            self.assertIn(f"# {letters}{letters} \\x7F", exported)
+
+    def test_lines_are_filled(self):
+        """Of a list over several lines each has as many names as 80 columns take."""
+        text = self.export(self.case(PROJECT / "tests/runs/ptcombust")).stdout
+        for name in (r"^  species: \[(?s:.*?)\]", r"^  - surface-species: \[(?s:.*?)\]"):
+            lines = re.search(name, text, re.M)[0].split("\n")
+            self.assertGreater(len(lines), 1)
+            for line, following in zip(lines, lines[1:]):
+                self.assertLessEqual(len(line), 80)
+                self.assertGreater(len(f"{line} {following.split()[0]}"), 80)
 
     def test_where_it_goes(self):
         directory = self.case(PROJECT / "docs/every-section")

@@ -64,6 +64,8 @@ class Sweep(unittest.TestCase):
         return sorted(name for name, time in times().items() if before.get(name) != time)
 
     def test_all_cases_of_the_example(self):
+        settings = (self.sweep / "settings.json").read_text()
+        self.replace("settings.json", "100", "1000")
         self.assertIn("200 cases complete, 0 failed", self.start())
         rows = self.rows()
         self.assertEqual(len(rows), 200)
@@ -84,6 +86,7 @@ class Sweep(unittest.TestCase):
                 self.assertIn(text, picture)
         summary = (self.sweep / "results/summary.csv").read_text()
         shutil.rmtree(self.sweep / "results")
+        (self.sweep / "settings.json").write_text(settings)
         self.engine()
         self.assertEqual((self.sweep / "results/summary.csv").read_text(), summary)
 
