@@ -1,5 +1,6 @@
 #include "conditions/flame_conditions.h"
 
+#include <cmath>
 #include <optional>
 
 #include "files/keywords.h"
@@ -96,7 +97,7 @@ void warn_of_contradictions(const Given& given, Findings& findings) {
                      message("the outer radius of ", v.RO, " m is not beyond the inner one of ", v.RI, " m"));
   }
   if (v.TE <= v.TSTA && !is_odd(&F::TE)) {
-    findings.warning(given.place(&F::TE),
+    findings.warning(given.place(v.TE > 0 ? &F::TSTA : &F::TE),
                      message("the end time of ", v.TE, " s is not behind the start time of ", v.TSTA, " s"));
   }
 }
@@ -112,8 +113,9 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
     findings.warning(place ? place : given.place(instead),
                      message(trimmed(keyword<FlameSection>(value).word), " of ", v.*value, " ", what));
   };
-  warn(duration > 0 && v.STEP > duration, &F::STEP, &F::TE, "s is longer than the time from TSTA to TE");
-  warn(duration > 0 && v.SE != 0 && v.ST > duration, &F::ST, &F::TE,
+  const bool long_step = duration > 0 && v.STEP > duration;
+  warn(long_step, &F::STEP, &F::TE, "s is longer than the time from TSTA to TE");
+  warn(duration > 0 && v.SE != 0 && v.ST > duration && !long_step, &F::ST, &F::TE,
        "s: the source lasts longer than the time from TSTA to TE");
   constexpr double most_steps = 3.0E+8;
   constexpr double most_sources = 1000;
@@ -123,10 +125,17 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
     warn(v.SE != 0 && v.ST > 0 && duration > most_sources * v.ST, &F::TE, &F::TE,
          "s is more than 1000 times as long as the source, ST: both are in s");
   }
+  warn(v.SE != 0 && v.ST == 0, &F::ST, &F::SE, "s: the energy SE has no time");
   warn(v.SE != 0 && v.SW == 0, &F::SW, &F::SE, "m: the energy SE has no width");
   warn(v.AMPL != 0 && v.SIGM == 0, &F::SIGM, &F::AMPL, "m: the profile of AMPL has no width");
-  warn(v.AMPL != 0 && v.RO > v.RI && (v.RMAX < v.RI || v.RMAX > v.RO), &F::RMAX, &F::AMPL,
-       "m is not between the radii RI and RO");
+  constexpr double most_usual = 5000;  // K
+  warn(std::abs(v.AMPL) > most_usual, &F::AMPL, &F::AMPL, "K: flames are less hot than that");
+  constexpr double least_ratio = 10;
+  warn(v.ATOL > least_ratio * v.RTOL, &F::ATOL, &F::ATOL,
+       "is larger than RTOL: are the absolute and the relative tolerance exchanged?");
+  warn(v.AMPL != 0 && !findings.is_told(given.place(&F::RO)) && v.RO > v.RI &&
+           (v.RMAX < v.RI || v.RMAX > v.RO),
+       &F::RMAX, &F::AMPL, "m is not between the radii RI and RO");
 }
 
 void write_block(const F& v, const Count& grid, const Count& grid_K, const Count& geometry,

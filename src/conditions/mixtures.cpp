@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "files/store_records.h"
+#include "math/elementary.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
@@ -186,12 +187,13 @@ void warn_of_unusual(const Given& given, const MixtureState& mixture, std::span<
   for (std::size_t i = 0; i < X.size(); ++i) {
     const auto& [TLOW, TCOMMON, THIGH] = species.fit[i].TLIM;
     if (X[i] == 0 || (mixture.values.T >= TLOW && mixture.values.T <= THIGH)) continue;
+    if (findings.follows(species.fit[i].entry, "mixture temperature")) continue;
     outside.push_back(species.SYMB[i]);
     lower = std::max(lower, TLOW);
     upper = std::min(upper, THIGH);
   }
-  if (outside.empty()) return;
   const Place& T = given.place(&M::T);
+  if (outside.empty() || findings.is_told(T)) return;
   findings.warning(
       T ? T : given.place(&M::H),
       message(T ? "this mixture has a temperature of " : "the enthalpy of this mixture leads to ",
@@ -264,14 +266,23 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
   }
   values.RHO = mass * values.P / (values.T * gas_constant);
   mixture.pressure = given.place(&M::P);
+  mixture.temperature = given.place(given.place(&M::T) ? &M::T : &M::H);
   warn_of_unusual(given, mixture, X, species, MSGFIL.findings);
 }
 
 void compare_mixtures(const MixtureState& left, const MixtureState& right, int NGAS,
                       const SpeciesView& surface, Findings& findings) {
   constexpr double bar = 100000.0;
-  if (left.pressure && right.pressure && left.values.P != right.values.P) {
-    findings.warning(right.pressure,
+  const auto is_told = [&](const MixtureState& mixture) {
+    return findings.is_told(mixture.pressure) || findings.is_told(mixture.temperature);
+  };
+  if (left.pressure && right.pressure && left.values.P != right.values.P && !is_told(left) &&
+      !is_told(right)) {
+    const auto is_farther = [](double a, double b) {  // from 1 bar
+      return std::abs(math::log(a / bar)) > std::abs(math::log(b / bar));
+    };
+    const bool in_left = is_farther(left.values.P, right.values.P);
+    findings.warning(in_left ? left.pressure : right.pressure,
                      message("the mixtures have different pressures: ", left.values.P / bar,
                              " bar on the left, ", right.values.P / bar, " bar on the right"));
   }
@@ -279,8 +290,8 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
     const auto X = behind(mixture.X, NGAS, surface.size());
     return std::any_of(X.begin(), X.end(), [](double x) { return x > 0; });
   };
-  const bool both_absent = !left.pressure && !right.pressure;
-  if (surface.size() == 0 || both_absent || given(left) || given(right) || !surface.listed.front()) return;
+  const bool one_absent = !left.pressure || !right.pressure;  // which was told
+  if (surface.size() == 0 || one_absent || given(left) || given(right) || !surface.listed.front()) return;
   findings.warning(surface.listed.front(), "no mixture gives an amount of a surface species",
                    "the surface starts from the fractions of the mixtures, which are all 0");
 }

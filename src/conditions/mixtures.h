@@ -16,6 +16,7 @@ struct MixtureState {
   MixtureConditions values;  // temperature, K, and specific enthalpy, J/kg: one of them computed; pressure,
                              // Pa; density, kg/m^3, computed; the rest is passed on as read
   Place pressure;            // where P is given
+  Place temperature;         // where T or H(T0) is
   std::array<double, NSMAX> amounts{};  // of the species as given, before they become fractions
   std::array<double, NSMAX>
       X{};  // mole fractions of the gas species, and of the surface species among themselves

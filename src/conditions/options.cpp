@@ -170,12 +170,13 @@ bool examine_columns(const OptionRecord& record, const OptionNames& options, con
                    field_form);
     return true;
   }
-  for (auto field = record.begin(); field != end; ++field) {
-    if (!field->runs_over) continue;
-    const int column = field->place.column + field_width - 1;
-    findings.warning({field->place.unit, field->place.record, column},
+  const auto over = std::find_if(record.begin(), end, [](const OptionField& f) { return f.runs_over; });
+  const bool unreadable = std::any_of(record.begin(), end, [](const OptionField& f) { return !f.value; });
+  if (over != end && !unreadable) {  // the others of the line follow from it
+    const int column = over->place.column + field_width - 1;
+    findings.warning({over->place.unit, over->place.record, column},
                      message("the digit in column ", column,
-                             " is not read: it stands beside the value of option '", field->name, "'"),
+                             " is not read: it stands beside the value of option '", over->name, "'"),
                      field_form);
   }
   return false;

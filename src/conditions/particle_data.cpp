@@ -36,6 +36,15 @@ bool find_part(const Section& part, Input& NFICON, Findings& findings) {
   return false;
 }
 
+// Marks the next record where that is NRGP misspelt.
+void report_no_grid_size(const Place& heading, Findings& findings) {
+  const Place next{heading.unit, heading.record + 1, 1, 4};
+  const std::string_view text = heading.unit->origin(next.record).text;
+  const std::string help = Nearest(text.substr(0, 4)).offer("NRGP").help();
+  findings.error(help.empty() ? heading : next, "the particle data that begin here have no record NRGP",
+                 help);
+}
+
 bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
   Text<4> word;
   const Place heading = here(NFICON, 1, 4);
@@ -44,7 +53,7 @@ bool read_grid_size(Input& NFICON, Particles& particles, Findings& findings) {
     if (!result && word.view() == "NRGP") {
       report_unreadable(findings, NFICON, result, "the particle grid size");
     } else if (!result) {
-      findings.error(heading, "the particle data that begin here have no record NRGP");
+      report_no_grid_size(heading, findings);
     }
     if (!result) return false;
   } while (word.view() != "NRGP");
@@ -122,6 +131,13 @@ bool read_fractions(Input& NFICON, Listing& MSGFIL, Particles& particles) {
   const SectionEnd end =
       read_keywords(fractions_section, NFICON, MSGFIL.findings, given, Fractions{particles, NFICON, MSGFIL});
   if (end == SectionEnd::unknown_word) write<"('*!* ERROR: UNKNOWN SPECIES OR MISSING END')">(MSGFIL);
+  const bool any = NFICON.record_number() > given.heading.record + 1;
+  const auto is_zero = [](double x) { return x == 0; };
+  if (end == SectionEnd::closed && any && std::all_of(particles.XPA.begin(), particles.XPA.end(), is_zero)) {
+    MSGFIL.findings.warning({&NFICON, given.heading.record + 1, 10, 10},
+                            "the particle fractions add up to 0: the first species gets 1",
+                            "give each species its fraction");
+  }
   return end == SectionEnd::closed;
 }
 
@@ -139,12 +155,31 @@ bool normalise(std::vector<double>& XPA) {
   return true;
 }
 
-void warn_of_temperatures(const SpeciesName& name, const std::array<double, 24>& data, const Place& entry,
-                          Findings& findings) {
-  const double TCRIT = data[5];
-  const double TBOIL = data[6];
-  if (TBOIL <= TCRIT) return;
-  findings.warning(entry,
+// `entry` is the record with the name.
+void warn_of_values(const SpeciesName& name, const std::array<double, particle_value_count>& data,
+                    const Place& entry, Findings& findings) {
+  struct Positive {
+    std::string_view word;
+    int number;  // from 1
+  };
+  constexpr int values_per_record = 6;
+  constexpr int spacing = 12;
+  const auto place_of_value = [&](int number) {
+    return Place{entry.unit, entry.record + 1 + (number - 1) / values_per_record,
+                 1 + spacing * ((number - 1) % values_per_record), spacing - 1};
+  };
+  for (const auto& [word, number] : {Positive{"VOLCH", 2}, {"PCRIT", 5}, {"TCRIT", 6}, {"TBOIL", 7}}) {
+    const double value = at(data, number);
+    const Place place = place_of_value(number);
+    if (value > 0 || findings.is_told(place)) continue;
+    findings.warning(place, message(word, " of particle species '", name, "' is ", about(value)),
+                     "it is positive: was a value left out?");
+    return;
+  }
+  const double TCRIT = at(data, 6);
+  const double TBOIL = at(data, 7);
+  if (TBOIL <= TCRIT || findings.is_told(place_of_value(7))) return;
+  findings.warning(place_of_value(7),
                    message("particle species '", name, "' boils at ", TBOIL,
                            " K, above its critical temperature of ", TCRIT, " K"),
                    "TCRIT is the last value of the first record, TBOIL the first one of the second");
@@ -175,7 +210,7 @@ bool write_species(const SpeciesName& name, Input& thermliq, Findings& findings,
     report_unreadable(findings, thermliq, result, name_of(result.unreadable.number));
   if (!result) return false;
   warn_of_columns(findings, thermliq, result, name_of);
-  warn_of_temperatures(name, data, name_record, findings);
+  warn_of_values(name, data, name_record, findings);
   const auto group = [&](std::size_t k) { return std::span<const double>(data).subspan(4 * k, 4); };
   write<store_records::particle_values_1>(NFISTO, group(0));
   write<store_records::particle_values_2>(NFISTO, group(1));

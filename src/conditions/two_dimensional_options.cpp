@@ -47,7 +47,9 @@ bool read_entries(Input& NFICON, Listing& MSGFIL, std::vector<OptionField>& entr
     const auto unreadable =
         std::find_if(record.begin(), record.end(), [](const OptionField& f) { return !f.value; });
     if (unreadable != record.end()) {
-      if (!told) report_option_value(*unreadable, MSGFIL.findings);
+      if (!told && !report_heading_inside(options_section, heading, NFICON, MSGFIL.findings)) {
+        report_option_value(*unreadable, MSGFIL.findings);
+      }
       write<"('*!* ERROR WHILE READING OPITONS FROM INPUT-FILE!')">(MSGFIL);
       return false;
     }

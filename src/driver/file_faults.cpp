@@ -86,8 +86,8 @@ struct Shape {
   int yaml_keys = 0;       // "key:" from the first column on
   int own_headings_MEC = 0;
   int own_headings_INP = 0;
-  int other_headings = 0;  // ELEMENTS, SPECIES, REACTIONS
-  bool html = false;
+  int other_headings = 0;   // ELEMENTS, SPECIES, REACTIONS
+  std::string_view markup;  // what the first line begins
 };
 
 bool is_molecule(std::string_view line) {
@@ -109,12 +109,18 @@ bool opens(std::string_view line, std::initializer_list<const Section*> which) {
   return std::any_of(which.begin(), which.end(), [&](const Section* s) { return s->opens_with(line); });
 }
 
+std::string_view markup_begun_by(std::string_view line) {
+  if (EQUSYM(9, line, "<!DOCTYPE") || EQUSYM(5, line, "<HTML")) return "a web page";
+  if (EQUSYM(5, line, "<?XML")) return "XML";
+  return trimmed(line) == "{" || trimmed(line) == "[" || line.starts_with("{\"") ? "JSON" : "";
+}
+
 Shape shape_of(const Input& file) {
   Shape shape;
   for_each_line(file, [&](int, std::string_view line) {
     constexpr std::size_t card = 79;
     ++shape.lines;
-    if (shape.lines == 1) shape.html = EQUSYM(9, line, "<!DOCTYPE") || EQUSYM(5, line, "<HTML");
+    if (shape.lines == 1) shape.markup = markup_begun_by(line);
     if (line.size() > card && line[card] >= '1' && line[card] <= '4') ++shape.database_lines;
     if (is_molecule(line)) ++shape.molecules;
     if (is_yaml_key(line)) ++shape.yaml_keys;
@@ -135,7 +141,7 @@ std::string_view other_kind(const Input& file) {
   const std::string_view name = file.name;
   const auto is = [&](std::string_view kind) { return name.ends_with(kind); };
   const auto most = [&](int lines) { return 2 * lines > shape.lines; };
-  if (shape.html) return "a web page";
+  if (!shape.markup.empty()) return shape.markup;
   if (shape.yaml_keys > 2) return "YAML";
   if (most(shape.database_lines)) return is("THERMO") ? "" : "a thermochemical database, as THERMO is";
   if (most(shape.molecules)) return is("MOLNEW") ? "" : "a molecular database, as MOLNEW is";
@@ -169,6 +175,62 @@ Fault fault_of_indent(const Input& file) {
                    message("every line begins with a blank: all is shifted by ",
                            counted(static_cast<int>(least), "column"), " to the right"),
                    "headings, keywords and names begin in column 1"};
+}
+
+// A mark that every line begins with: of a citation, or of a difference of two files.
+Fault fault_of_marks(const Input& file) {
+  constexpr std::string_view marks = ">+|";
+  constexpr int least_lines = 5;
+  std::array<int, marks.size()> count{};
+  int lines = 0;
+  for_each_line(file, [&](int, std::string_view line) {
+    ++lines;
+    if (const std::size_t mark = marks.find(line.front()); mark != marks.npos) ++count[mark];
+  });
+  const auto most = std::max_element(count.begin(), count.end());
+  if (lines < least_lines || 10 * *most < 8 * lines) return {};
+  return FileFault{
+      1,
+      message("the lines begin with \"", marks.substr(static_cast<std::size_t>(most - count.begin()), 1),
+              "\", as in a citation or a difference of two files"),
+      "headings, keywords and names begin in column 1: delete these marks"};
+}
+
+// Tabs where columns are counted; between the numbers of a reaction line they do no harm.
+Fault fault_of_tabs(const Input& file) {
+  constexpr int least_lines = 5;
+  int first = 0;
+  int count = 0;
+  int lines = 0;
+  const bool mechanism = file.name.ends_with("MEC");
+  for_each_line(file, [&](int number, std::string_view line) {
+    const bool reaction = mechanism && line.find_first_of("=>") != line.npos && line.front() != 'M';
+    if (reaction) return;
+    ++lines;
+    if (line.substr(0, line.find('!')).find('\t') == line.npos) return;
+    ++count;
+    if (first == 0) first = number;
+  });
+  if (count < least_lines || 3 * count < lines) return {};
+  return FileFault{first, message(count, " lines of ", file.name, " hold tabs, this one first"),
+                   "the columns of these lines are counted: write blanks instead"};
+}
+
+// Small letters throughout, where the headings of INP have capitals.
+Fault fault_of_small_letters(const Input& file) {
+  if (!file.name.ends_with("INP")) return {};
+  int small = 0;
+  int capital = 0;
+  for_each_line(file, [&](int, std::string_view line) {
+    for (const char c : line) {
+      if (c >= 'a' && c <= 'z') ++small;
+      if (c >= 'A' && c <= 'Z') ++capital;
+    }
+  });
+  constexpr int least = 50;
+  if (small < least || capital > 0) return {};
+  return FileFault{1, message("the file ", file.name, " is written in small letters"),
+                   "its headings and keywords are in capitals"};
 }
 
 // Blank lines everywhere, as a file has that went through a mail or was converted.
@@ -237,7 +299,8 @@ Fault fault_of_entries(const Input& file) {
 std::optional<FileFault> fault_of_file(const Input& file) {
   if (file.was_absent() || file.read_error() != 0) return std::nullopt;  // which is told
   for (const auto fault_of :
-       {fault_of_encoding, fault_of_kind, fault_of_indent, fault_of_blank_lines, fault_of_conflict}) {
+       {fault_of_encoding, fault_of_kind, fault_of_indent, fault_of_marks, fault_of_tabs,
+        fault_of_small_letters, fault_of_blank_lines, fault_of_conflict}) {
     if (Fault fault = fault_of(file)) return fault;
   }
   return file.name.ends_with("THERMO") ? fault_of_entries(file) : Fault{};

@@ -177,6 +177,7 @@ class Sequence {
     // Between here and the next check other stages run: a failure is kept until then.
     LOK_species = GENTHE(NFITHE, MSGFIL, data_.places_of_gas(), LPRT);
     LOK_species = ELECOM(data_.places_of_gas(), data_.gas_elements, MSGFIL) && LOK_species;
+    warn_of_low_entropies(gas(), MSGFIL.findings);
   }
 
   void read_surface_species() {
@@ -324,6 +325,7 @@ class Sequence {
     Findings& findings = MSGFIL.findings;
     for (const auto& [copy, file] : {std::pair{&NFICON, Section::INP}, std::pair{&NFIMEC, Section::MEC}}) {
       warn_of_text_behind_words(*copy, file, names, findings);
+      warn_of_conflict(*copy, findings);
       if (stop_) {
         warn_of_text_passed_over(*copy, file, names, findings);
       } else {

@@ -167,6 +167,18 @@ int last_read(const Input& copy) {
   return last;
 }
 
+// The heading of a section that a run need not have, which the line before a stretch seems to mean; nullptr:
+// none.
+const Section* meant_by_line_before(const Stretch& stretch, int before, const Input& copy, std::uint8_t file,
+                                    HeadingsRead& heading_read) {
+  if (before == 0 || copy.is_read(before) || stretch.section != nullptr) return nullptr;
+  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+    return (s.files & file) != 0 && s.absence == Section::Absence::is_usual && s.files == file &&
+           may_mean(s, copy.origin(before).text) && heading_read(s.content) == 0;
+  });
+  return found == sections::all.end() ? nullptr : &*found;
+}
+
 // The END before a stretch, which explains it.
 std::string end_before(const Stretch& stretch, const Input& copy) {
   if (stretch.before == 0) return {};
@@ -176,19 +188,107 @@ std::string end_before(const Stretch& stretch, const Input& copy) {
                  " closes the section above: what stands behind it belongs to none");
 }
 
-void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read, Findings& findings) {
+// The one section of a file whose heading was not found and nowhere suspected; nullptr: none, or several.
+const Section* section_without_heading(const Input& copy, std::uint8_t file, const Findings& findings) {
+  const Section* found = nullptr;
+  for (const Section& section : sections::all) {
+    if ((section.files & file) == 0 || findings.place_of(missing_heading(section)) != whole(copy)) continue;
+    if (found != nullptr) return nullptr;
+    found = &section;
+  }
+  return found;
+}
+
+// The record directly before a stretch, blank ones and comments passed over; 0: none.
+int record_before(const Stretch& stretch, const Input& copy) {
+  int before = stretch.first - 1;
+  while (before > 0 && words_before_comment(copy.origin(before).text).empty()) --before;
+  return before;
+}
+
+// Whether a line may be meant as a heading: a few words, and no number or equation.
+bool may_be_heading(std::string_view text) {
+  constexpr int most_words = 4;
+  const std::vector<Word> words = words_before_comment(text);
+  return !words.empty() && count_of(words) <= most_words && text.find_first_of("=>") == text.npos &&
+         std::none_of(words.begin(), words.end(), is_number);
+}
+
+// Whether a stretch belongs to the section whose heading is missing, which is told there then: at the line
+// before it that may be meant as the heading, or stands behind END.
+bool explains_missing_heading(const Stretch& stretch, const Input& copy, std::uint8_t file,
+                              Findings& findings) {
+  if (stretch.section != nullptr) return false;
+  const bool heading_first = may_be_heading(stretch.text);
+  const int before = heading_first ? stretch.first : record_before(stretch, copy);
+  const bool heading_told = before > 0 && findings.is_told({&copy, before});
+  if (heading_told && (!copy.is_read(before) || section_of(copy.origin(before).text, file) != nullptr))
+    return true;
+  const Section* const section = section_without_heading(copy, file, findings);
+  if (section == nullptr) return false;
+  const int first = copy.origin(stretch.first).line;
+  const int last = copy.origin(stretch.last).line;
+  const std::string lines =
+      first == last ? message("line ", first, " is") : message("lines ", first, "-", last, " are");
+  const std::string_view closing =
+      stretch.before == 0 ? std::string_view() : copy.origin(stretch.before).text;
+  if (const std::vector<Word> words = words_before_comment(closing); is_end(closing) && words.size() > 1) {
+    return findings.settle(missing_heading(*section),
+                           {&copy, stretch.before, words[1].column, words[1].width()},
+                           "a heading has a line of its own: behind END it is not read, nor is what follows");
+  }
+  const std::string_view text = before == 0 ? std::string_view() : trimmed(copy.origin(before).text);
+  if (before > 0 && !copy.is_read(before) && may_be_heading(text)) {
+    return findings.settle(missing_heading(*section), {&copy, before, 1, static_cast<int>(text.size())},
+                           message("write '", section->heading, "' instead of '", text,
+                                   "' if it is meant so: ", lines, " read by no section"));
+  }
+  return findings.settle(missing_heading(*section),
+                         {&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())},
+                         message(lines, " read by no section: if this is it, the heading belongs here"));
+}
+
+// Whether the heading of a section was looked for in vain that the same option asks for.
+bool any_missing(std::string_view asked_for_by, const Findings& findings) {
+  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& section) {
+    return section.asked_for_by == asked_for_by && findings.place_of(missing_heading(section));
+  });
+}
+
+void warn(const Stretch& stretch, const Input& copy, std::uint8_t file, HeadingsRead& heading_read,
+          Findings& findings) {
   const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
-  if (findings.is_told(place)) return;
+  if (findings.is_told(place) || explains_missing_heading(stretch, copy, file, findings)) return;
+  for (int before = stretch.first - 1; before >= std::max(1, stretch.first - 2); --before) {
+    const Section* const meant = meant_by_line_before(stretch, before, copy, file, heading_read);
+    if (meant == nullptr) continue;
+    const std::string_view heading = trimmed(copy.origin(before).text);
+    findings.warning({&copy, before, 1, static_cast<int>(heading.size())},
+                     message("'", heading, "' is no heading: nothing reads what follows"),
+                     message("did you mean '", meant->heading, "'?"));
+    return;
+  }
   const int first = copy.origin(stretch.first).line;
   const int last = copy.origin(stretch.last).line;
   const int earlier = stretch.section == nullptr ? 0 : heading_read(stretch.section->content);
   if (earlier > 0) {
-    findings.warning(place, message("'", stretch.section->heading, "' stands already in line ",
-                                    copy.origin(earlier).line, "; this one is ignored"));
+    // The section of this heading that is read in its place only was given up, or looked for in vain.
+    if (std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+          return s.heading == stretch.section->heading && s != *stretch.section &&
+                 (heading_read(s.behind) > 0 || any_missing(s.asked_for_by, findings));
+        }))
+      return;
+    const Section* const missing = section_without_heading(copy, file, findings);
+    const std::string again = message("'", stretch.section->heading, "' stands already in line ",
+                                      copy.origin(earlier).line, "; this one is ignored");
+    if (missing != nullptr && findings.settle(missing_heading(*missing), place, again)) return;
+    findings.warning(place, again);
     return;
   }
   const bool optional = stretch.section != nullptr && !stretch.section->asked_for_by.empty();
-  if (optional && heading_read(stretch.section->behind) > 0) return;  // it was given up, which was reported
+  // It was given up, or looked for in vain, which was reported.
+  if (optional && heading_read(stretch.section->behind) > 0) return;
+  if (optional && any_missing(stretch.section->asked_for_by, findings)) return;
   const std::string help = optional ? std::string(stretch.section->asked_for_by) : end_before(stretch, copy);
   if (first == last) {
     findings.warning(place, message("line ", first, " is read by no section"), help);
@@ -202,12 +302,21 @@ void warn(const Stretch& stretch, const Input& copy, HeadingsRead& heading_read,
 
 }  // namespace
 
+void warn_of_conflict(const Input& copy, Findings& findings) {
+  copy.for_each_record([&](int record, std::string_view text) {
+    if (copy.is_read(record) || !text.starts_with("<<<<<<< ")) return;
+    findings.warning({&copy, record, 1, static_cast<int>(trimmed(text).size())},
+                     "this line marks a conflict of two versions of the file",
+                     "choose between the lines up to ======= and those up to >>>>>>>, and delete the marks");
+  });
+}
+
 void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                          bool surface, Findings& findings) {
   HeadingsRead heading_read(copy);
   for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
     const bool without_species = !surface && stretch.section != nullptr && stretch.section->of_surface;
-    if (!without_species && !stretch.misspelt) warn(stretch, copy, heading_read, findings);
+    if (!without_species && !stretch.misspelt) warn(stretch, copy, file, heading_read, findings);
   }
 }
 
@@ -218,7 +327,7 @@ void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<co
   for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
     const bool behind_end = !end_before(stretch, copy).empty();
     if (stretch.section == nullptr && (behind_end || stretch.last < end)) {
-      warn(stretch, copy, heading_read, findings);
+      warn(stretch, copy, file, heading_read, findings);
     }
   }
 }

@@ -19,6 +19,9 @@ void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const S
 void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                               Findings& findings);
 
+// Warns of the first line of a conflict of two versions of a file that no stage has read.
+void warn_of_conflict(const Input& copy, Findings& findings);
+
 // Warns of what looks like data behind a heading, an END or a line STIC, where nothing is read.
 void warn_of_text_behind_words(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                                Findings& findings);

@@ -190,14 +190,23 @@ void report_unknown_keyword(const Section& section, const Place& heading, std::s
   if (findings.follows(findings.place_of(message("unknown species '", word, "'")), "amount",
                        Findings::Severity::error))
     return;
-  const std::string meant = !odd.empty()            ? odd
-                            : is_meant_as_end(line) ? std::string("END begins in column 1")
-                                                    : nearest.help();
+  constexpr const Section& surface = sections::named("the surface species list");
+  if (word.ends_with(')') &&
+      findings.follows(findings.place_of(missing_heading(surface)), "amount", Findings::Severity::error))
+    return;
+  const bool comment = word.starts_with('#') || word.starts_with('!') || word.starts_with('%') ||
+                       word.starts_with("//") || word.starts_with("**") || word.starts_with("--");
+  const std::string meant =
+      comment                 ? std::string("a comment line begins with **** or ----")
+      : !odd.empty()          ? odd
+      : is_meant_as_end(line) ? std::string(same_word(next_word(line).text, "END") ? "END begins in column 1"
+                                                                                   : "did you mean 'END'?")
+                              : nearest.help();
   const bool in_two = word.find(' ') != std::string_view::npos;  // a value that begins too early
   findings.error(here(NFICON, 1, field.width),
                  word.empty() ? message("blank line in ", section.content, ", which END would close")
                               : message("unknown ", kinds, " '", word, "' in ", section.content),
-                 meant.empty() || in_two ? layout : meant);
+                 meant.empty() || (in_two && !comment) ? layout : meant);
 }
 
 }  // namespace varpre

@@ -72,8 +72,9 @@ bool report_end_behind_text(const Section& section, Place record, Findings& find
 }  // namespace
 
 const Section* section_of(std::string_view record, std::uint8_t files) {
+  const char first = record.empty() ? ' ' : record.front();
   const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-    return (s.files & files) != 0 && begins_like(s, record);
+    return LSAME(first, s.word.front()) && (s.files & files) != 0 && begins_like(s, record);
   });
   return found == sections::all.end() ? nullptr : &*found;
 }
@@ -92,8 +93,10 @@ bool may_mean(const Section& section, std::string_view record) {
 bool is_meant_as_end(std::string_view record) {
   constexpr std::size_t longest = 4;
   record = first_word_on(trimmed(record));
+  constexpr auto others = std::to_array<std::string_view>({"STOP", "DONE", "EOF", "FIN"});
   return record.size() <= longest && !record.empty() &&
-         (EQUSYM(4, record, "END") || !Nearest(record).offer("END").help().empty());
+         (EQUSYM(4, record, "END") || !Nearest(record).offer("END").help().empty() ||
+          std::any_of(others.begin(), others.end(), [&](auto word) { return same_word(word, record); }));
 }
 
 Place heading_place(const Section& section, const Input& input) {
@@ -104,13 +107,16 @@ void report_missing(const Section& section, const Input& input, Findings& findin
                     std::string_view consequence) {
   const auto [help, meant] = headings_of(input, section);
   const Place place = meant ? meant : whole(input);
+  const std::string what = missing_heading(section) + std::string(consequence);
   if (section.absence == Section::Absence::is_a_warning) {
-    findings.warning(place, message("no heading '", section.heading, "' of ", section.content, consequence),
-                     help);
+    findings.warning(place, what, help);
   } else {
-    findings.error(place, message("no heading '", section.heading, "' of ", section.content, consequence),
-                   help);
+    findings.error(place, what, help);
   }
+}
+
+std::string missing_heading(const Section& section) {
+  return message("no heading '", section.heading, "' of ", section.content);
 }
 
 void report_not_closed(const Section& section, const Place& heading, Findings& findings) {
@@ -138,7 +144,9 @@ bool report_heading_inside(const Section& section, const Place& heading, const I
                     Findings::Site::current());
     return true;
   }
-  if (report_end_behind_text(section, {&input, record - 1}, findings, severity)) return true;
+  int before = record - 1;
+  while (before > 1 && trimmed(input.origin(before).text).empty()) --before;
+  if (report_end_behind_text(section, {&input, before}, findings, severity)) return true;
   findings.report(severity, {&input, record, 1, static_cast<int>(trimmed(text).size())},
                   message("no END closes ", section.content, " before the heading '", trimmed(text), "'"),
                   message("write END in front of this line: the section begins in line ",
@@ -155,6 +163,11 @@ void warn_of_use_without(const Section& missing, const Section& used, const Inpu
   });
   if (heading == 0) return;
   const auto width = static_cast<int>(trimmed(used_in.origin(heading).text).size());
+  if (const auto [help, meant] = headings_of(input, missing); meant) {
+    if (findings.follows(meant, "section without species")) return;
+    findings.warning(meant, missing_heading(missing), help);
+    return;
+  }
   findings.warning({&used_in, heading, 1, width},
                    message("nothing reads ", used.content, ": there is no heading '", missing.heading,
                            "' of ", missing.content),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "files/sections.h"
 #include "textio/channel/input.h"
 #include "textio/findings/findings.h"
@@ -14,7 +16,8 @@ const Section* section_of(std::string_view record, std::uint8_t files);
 // Whether a record is the heading of a section, or one that is misspelt; not that of another section.
 bool may_mean(const Section& section, std::string_view record);
 
-// Whether a record is an END that is misspelt or does not stand in column 1.
+// Whether a record is an END that is misspelt, or that another program writes so, or that does not stand in
+// column 1.
 bool is_meant_as_end(std::string_view record);
 
 // Where the heading of a section stands, when it was the record last read.
@@ -26,6 +29,9 @@ Place heading_place(const Section& section, const Input& input);
 void report_missing(const Section& section, const Input& input, Findings& findings,
                     std::string_view consequence = {});
 
+// What the finding of `report_missing` begins with.
+std::string missing_heading(const Section& section);
+
 // Reports that the file ended inside a section, whose heading stands at `heading`.
 void report_not_closed(const Section& section, const Place& heading, Findings& findings);
 
@@ -35,7 +41,8 @@ bool report_heading_inside(const Section& section, const Place& heading, const I
                            Findings& findings, Findings::Severity severity = Findings::Severity::error);
 
 // Warns of a section that nothing reads without another one, which is not there: surface conditions without
-// surface species. `input` is where the other one was searched.
+// surface species; at the heading that seems to mean this one, if there is one. `input` is where the other
+// one was searched.
 void warn_of_use_without(const Section& missing, const Section& used, const Input& input,
                          const Input& used_in, Findings& findings);
 

@@ -11,6 +11,7 @@
 #include "files/store_records.h"
 #include "files/words.h"
 #include "mechanism/foreign_formats.h"
+#include "mechanism/name_findings.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
@@ -134,12 +135,18 @@ void warn_of_misplaced_values(const Block& block, const Input& unit, Findings& f
   }
 }
 
-void warn_of_negative(const Block& block, const Input& unit, Findings& findings) {
+void warn_of_unusual(const Block& block, const Input& unit, Findings& findings) {
+  constexpr double most = 200;
   for (int k = 1; k <= block.count; ++k) {
-    if (at(block.efficiencies, k) >= 0) continue;
-    findings.warning(here(unit, column_of(k), value_width),
-                     message("the efficiency of ", at(block.species, k), " is negative"),
-                     "an efficiency is 0 or more");
+    const double efficiency = at(block.efficiencies, k);
+    if (efficiency >= 0 && efficiency <= most) continue;
+    const Place place = here(unit, column_of(k), value_width);
+    if (findings.is_told(place)) return;
+    findings.warning(place,
+                     efficiency < 0 ? message("the efficiency of ", at(block.species, k), " is negative")
+                                    : message("the efficiency of ", at(block.species, k), " is ",
+                                              about(efficiency), ", which can hardly be meant"),
+                     efficiency < 0 ? "an efficiency is 0 or more" : "efficiencies are 0 to 20 as a rule");
   }
 }
 
@@ -179,7 +186,11 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
   SYDEL(line.first(static_cast<std::size_t>(NL)), limits, delimiter_characters, list, MSGFIL, told);
   if (list.NDEL() == 0 || list.DELS[0] != "=") {
     write<"('wrong first delimiter in gencef')">(MSGFIL);
-    if (told != nullptr) {
+    // What the record before lacks stands here.
+    const bool follows =
+        told != nullptr &&
+        MSGFIL.findings.follows({&unit, block.line.record - 1}, "misread record", Findings::Severity::error);
+    if (told != nullptr && !follows) {
       MSGFIL.findings.error(
           *told, "no \"=\" behind the name of this third body",
           is_meant_as_end(line.view())
@@ -211,11 +222,16 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
   if (result) {
     warn_of_misplaced_values(block, unit, MSGFIL.findings);
     if (!MSGFIL.findings.is_told(here(unit))) warn_of_columns(MSGFIL.findings, unit, result, name_of);
-    warn_of_negative(block, unit, MSGFIL.findings);
+    warn_of_unusual(block, unit, MSGFIL.findings);
     warn_of_lost_efficiencies(block, unit, table.cut_text, MSGFIL.findings);
     return true;
   }
   write<"('1',5X,'ERROR: unreadable efficiencies of third body : ',A)">(MSGFIL, block.name);
+  const std::string_view text = unit.origin(unit.record_number()).text;
+  const Place before{&unit, block.line.record - 1};
+  if (text.find('=') != text.npos &&
+      MSGFIL.findings.follows(before, "misread record", Findings::Severity::error))
+    return false;
   report_unreadable(MSGFIL.findings, unit, result, name_of(result.unreadable.number));
   return false;
 }
@@ -248,7 +264,8 @@ void set_efficiencies(const Block& block, const ReactionNames& names, std::span<
     write<"(' ',5X,'Warning: Third body ',A,' not found in species',' list')">(MSGFIL, name);
     if (!names.without_entry.empty()) continue;  // it may be one of these, which were told of
     if (MSGFIL.findings.follows(MSGFIL.findings.place_of(message("unknown species '", name, "'")),
-                                "efficiency"))
+                                "efficiency") ||
+        MSGFIL.findings.follows(MSGFIL.findings.place_of(list_lacks_names), "efficiency"))
       continue;
     MSGFIL.findings.warning(locate(block.line, name.view()),
                             message("'", name, "' is not in the species list: its efficiency is dropped"),
@@ -294,13 +311,29 @@ struct Definitions {
   EfficiencyRows EFF;
   std::unordered_map<std::string, GivenEfficiency> given;  // by third body and species
   std::array<Place, partner_count> line{};                 // the last definition of each
+  Place again = {};                                        // one that was told to be a second one
   int count = 0;
 };
 
 // Warns of a species that a definition names twice, or that an earlier definition of the same third body
 // gives another efficiency.
 void warn_of_repeated_species(const Block& block, int c, Definitions& definitions, Findings& findings) {
-  for (int k = 1; k <= block.count; ++k) {
+  const auto other_value = [&](int k) {
+    const auto given = definitions.given.find(message(c, " ", at(block.species, k)));
+    return given != definitions.given.end() && given->second.line != block.line &&
+           given->second.value != at(block.efficiencies, k);
+  };
+  int others = 0;
+  for (int k = 1; k <= block.count; ++k) others += other_value(k) ? 1 : 0;
+  if (others > 1) {
+    const Place& earlier = at(definitions.line, c);
+    findings.warning(block.line,
+                     message("third body ", block.name, " is defined already in line ",
+                             earlier.unit->origin(earlier.record).line, ", with other efficiencies"),
+                     "the later ones count: is another third body meant?");
+    definitions.again = block.line;
+  }
+  for (int k = 1; k <= block.count && others <= 1; ++k) {
     const SpeciesName& name = at(block.species, k);
     const double efficiency = at(block.efficiencies, k);
     const auto [given, is_new] =
@@ -416,14 +449,39 @@ bool check_definitions(const Mechanism& mechanism, int NS, const Definitions& de
       }
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
     } else if (!defined && at(mechanism.used, c)) {
-      MSGFIL.findings.error(
-          heading, message("third body ", partner, " is used in the mechanism, but not defined here"),
-          message("every third body but M needs a definition, if only ", partner, " = with no species"));
+      if (!MSGFIL.findings.follows(definitions.again, "third body without definition",
+                                   Findings::Severity::error)) {
+        MSGFIL.findings.error(
+            heading, message("third body ", partner, " is used in the mechanism, but not defined here"),
+            message("every third body but M needs a definition, if only ", partner, " = with no species"));
+      }
       write<"('1',5X,'ERROR: ',A,' referenced in mechanism, but not defined')">(MSGFIL, partner);
       return false;
     }
   }
   return true;
+}
+
+// Warns of the one reaction that has M where the others have third bodies of their own.
+void warn_of_single_M(const Mechanism& mechanism, int NS, const Definitions& definitions,
+                      Findings& findings) {
+  constexpr int least_others = 4;
+  const Reaction* single = nullptr;
+  int others = 0;
+  int M = 0;
+  for (const Reaction& r : mechanism.reactions) {
+    const bool again = &r != mechanism.reactions.data() && r.line == (&r - 1)->line;  // the reverse
+    const int partner = *std::max_element(r.MAT.begin(), r.MAT.end());
+    if (again || partner <= NS) continue;
+    if (partner > NS + 1) ++others;
+    if (partner == NS + 1) ++M;
+    if (partner == NS + 1) single = &r;
+  }
+  if (M != 1 || others < least_others || definitions.given.empty() || findings.is_told(single->line)) return;
+  findings.warning(locate(single->line, "M"), "this reaction alone has M, which takes every species alike",
+                   message("the other ", others,
+                           " have a third body with efficiencies of its own: is a stroke "
+                           "missing?"));
 }
 
 bool check_room(int NCOLL, int NS, const Input& NFIMEC, Listing& MSGFIL) {
@@ -456,6 +514,7 @@ bool read_table(const ReactionNames& names, const Mechanism& mechanism, Input& N
   if (at(mechanism.used, 1)) write<"(' ',3X,A,6X,'has equal effectivity for all species')">(MSGFIL, M);
   if (!mechanism.complete || !check_definitions(mechanism, names.NS(), definitions, table.heading, MSGFIL))
     return false;
+  warn_of_single_M(mechanism, names.NS(), definitions, MSGFIL.findings);
   if (definitions.count == 0) {
     write<"(' ',7X,' no additional third bodies defined besides ',A)">(MSGFIL, M);
   } else {

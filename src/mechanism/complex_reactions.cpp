@@ -1,7 +1,9 @@
 #include "mechanism/complex_reactions.h"
 
+#include <cmath>
 #include <vector>
 
+#include "files/section_findings.h"
 #include "files/sections.h"
 #include "files/store_records.h"
 #include "math/elementary.h"
@@ -50,6 +52,12 @@ bool read_reaction(Input& NFIMEC, ComplexReaction& r, Findings& findings) {
     if (result.end_of_file()) {
       findings.error(whole(NFIMEC), "the file ends before the last complex reaction",
                      "the section holds the number of reactions, then two records for each");
+    } else if (const Section* const opened =
+                   section_of(NFIMEC.origin(NFIMEC.record_number()).text, Section::MEC);
+               opened != nullptr) {
+      findings.error(here(NFIMEC, 1, 4),
+                     message("a complex reaction is due here, where ", opened->content, " begin"),
+                     "the number behind the heading tells how many complex reactions there are");
     } else if (result.is_unreadable()) {
       report_unreadable(findings, NFIMEC, result, name_of(0));
     } else {
@@ -95,6 +103,7 @@ bool resolve_names(std::span<const SpeciesName> SYMB, ComplexReaction& r, Findin
     const int number = last_of_name(SYMB, name);
     at(r.NUMS, m) = number;
     if (number != 0 || name.blank()) continue;
+    if (findings.follows(place_of(r, m), "unknown name", Findings::Severity::error)) return false;
     report_unknown_name(place_of(r, m), name, SYMB, " in a complex reaction", findings);
     return false;
   }
@@ -105,6 +114,20 @@ void check_balance(const SpeciesView& species, const ComplexReaction& r, Finding
   ElementSums sums(species);
   for (int m = 1; m <= 2 * half; ++m) sums.add(at(r.NUMS, m), (m <= half ? -1 : 1) * at(r.STOBR, m));
   sums.report(r.line, findings);
+}
+
+void warn_of_rate(const ComplexReaction& r, Findings& findings) {
+  constexpr double most = 1000;  // kJ/mol
+  if (!(r.ABR > 0)) {
+    findings.warning({r.line.unit, r.line.record, 58, 10},
+                     message("A of this complex reaction is read as ", about(r.ABR)),
+                     "a pre-exponential factor is positive, and stands in columns 58-67");
+  }
+  if (std::abs(r.EBR) > most) {
+    findings.warning({r.line.unit, r.line.record + 1, 63, 5},
+                     message("the activation energy is read as ", about(r.EBR), " kJ/mol"),
+                     "E is in kJ/mol: is this one in J/mol or cal/mol?");
+  }
 }
 
 // Reports what the columns of the store file cannot hold: F6.3 for coefficients and orders, I2 for numbers.
@@ -150,6 +173,7 @@ bool list_all(std::span<ComplexReaction> reactions, int NR, bool reactants_optio
                             "each reactant has its coefficient in columns 2-5, 21-24 or 40-43");
       return false;
     }
+    warn_of_rate(r, MSGFIL.findings);
     list_reaction(NR + i, r, MSGFIL);
     r.EBR = 1000 * r.EBR;
   }

@@ -58,6 +58,21 @@ bool follows_from_a_fit(const Phase& phase, const SpeciesVector& MAT, std::span<
   return explained;
 }
 
+namespace {
+
+// Whether the entry of one of the species has been told of; it is counted there then.
+bool follows_from_elements(const Phase& phase, const SpeciesVector& MAT, const SpeciesView& species,
+                           Findings& findings) {
+  bool explained = false;
+  phase.for_each(MAT, [&](int number, int) {
+    if (explained || number > species.size()) return;
+    explained = findings.follows(at(species.fit, number).entry, "unbalanced reaction");
+  });
+  return explained;
+}
+
+}  // namespace
+
 ElementBalance::ElementBalance(const SpeciesView& species, int NSURF) {
   const auto number_of = [&](const ElementSymbol& symbol) {
     for (int e = 1; e <= count_of(symbols_); ++e) {
@@ -130,7 +145,11 @@ int ElementBalance::common_species(const Phase& phase) const {
 void ElementBalance::report(const Phase& phase, const SpeciesView& species, Findings& findings) const {
   const int common = common_species(phase);
   if (common == 0) {
-    for (const Unbalanced& reaction : unbalanced_) findings.warning(reaction.line, reaction.what);
+    for (const Unbalanced& reaction : unbalanced_) {
+      if (!follows_from_elements(phase, reaction.MAT, species, findings)) {
+        findings.warning(reaction.line, reaction.what);
+      }
+    }
     return;
   }
   const Place& entry = at(species.fit, common).entry;

@@ -336,7 +336,8 @@ void list_inert_species(const Phase& phase, const SpeciesView& species, int NSUR
     if (misplaced.empty()) first = at(species.listed, s);
     misplaced.push_back(at(species.SYMB, s));
   }
-  if (!MSGFIL.file.dropping) warn_of_misplaced(phase, misplaced, first, MSGFIL.findings);
+  if (!MSGFIL.file.dropping && !mechanism.behind_end)
+    warn_of_misplaced(phase, misplaced, first, MSGFIL.findings);
 }
 
 // Reports the reactions whose rate cannot be written; the first of them ends the run.

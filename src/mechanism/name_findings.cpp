@@ -14,6 +14,8 @@ namespace {
 constexpr std::string_view line_form =
     "a reaction line holds an equation, then A (cm, mol, s), b and E (kJ/mol)";
 
+constexpr std::string_view not_listed = ", but the list of species in INP does not name it";
+
 // Names of one species: mechanisms differ in them. Of a group that has several in the list the first is
 // meant.
 constexpr std::array<std::array<std::string_view, 8>, 9> synonyms{
@@ -62,8 +64,7 @@ std::string help_for(const SpeciesName& name, const ReactionNames& names) {
     return message("the list of species calls it ", other);
   }
   if (const int line = line_of_entry(text, names.database); line > 0) {
-    return message("it has an entry in ", names.database->origin(0).file, " (line ", line,
-                   "), but the list of species in INP does not name it");
+    return message("it has an entry in ", names.database->origin(0).file, " (line ", line, ")", not_listed);
   }
   return Nearest(text).offer_all(names.species_and_partners()).help();
 }
@@ -79,6 +80,28 @@ Place misspelt_in_list(const SpeciesName& name, const ReactionNames& names) {
     if (part || !Nearest(listed.view()).offer(name.view()).help().empty()) return place;
   }
   return {};
+}
+
+// Whether a name is counted already with the finding that explains it: it has an entry in the database, or is
+// another name of a species listed, and a single name of the list has no entry and may stand in its place; or
+// other names lack in the list as well, of which a line may be lost.
+bool follows_from_the_list(std::string_view name, const std::string& what, const ReactionNames& names,
+                           Findings& findings) {
+  constexpr auto error = Findings::Severity::error;
+  const bool other_name = !synonym(name, names).empty();
+  if (!other_name && line_of_entry(name, names.database) == 0) return false;
+  if (names.without_entry.size() == 1) {
+    const Place& listed = names.without_entry.front().second;
+    if (findings.follows(listed, "reaction", error)) {
+      findings.tell_with(listed, what);
+      return true;
+    }
+  }
+  const Place first = other_name ? Place{} : findings.place_of(list_lacks_names);
+  if (!findings.follows(first, "further name", error)) return false;
+  findings.extend_help(first, message(", nor ", name));
+  findings.tell_with(first, what);
+  return true;
 }
 
 // The coefficient before a name: "2OH", "2*OH"; or alone, a blank behind it.
@@ -163,14 +186,21 @@ void report_unknown(const SpeciesName& name, const ReactionNames& names, const P
       report_count_of_numbers(line, findings) || report_coefficient(text, names, line, findings))
     return;
   const std::string what = message("unknown species '", text, "'");
-  if (findings.follows(misspelt_in_list(name, names), "reaction", Findings::Severity::error) ||
-      findings.follows(findings.place_of(what), "further reaction", Findings::Severity::error))
+  if (const Place listed = misspelt_in_list(name, names);
+      findings.follows(listed, "reaction", Findings::Severity::error)) {
+    findings.tell_with(listed, what);
     return;
+  }
+  if (findings.follows(findings.place_of(what), "further reaction", Findings::Severity::error)) return;
   if (text.ends_with('-') && names.find(SpeciesName(text.substr(0, text.size() - 1))) > 0) {
     findings.error(locate(line, text), what, "an arrow \"->\" is written \">\"");
     return;
   }
-  findings.error(locate(line, text), what, [&] { return help_for(name, names); });
+  if (follows_from_the_list(text, what, names, findings)) return;
+  const Place place = locate(line, text);
+  const std::string help = help_for(name, names);
+  findings.error(place, what, help);
+  if (help.ends_with(not_listed)) findings.tell_with(place, list_lacks_names);
 }
 
 }  // namespace varpre

@@ -23,13 +23,21 @@ constexpr double compared_at = 1500;  // K
 constexpr double log_10 = 2.302585092994046;
 constexpr double margin = 100;  // by which a value lies beyond what is usual, to be told
 
-constexpr UsualFactor of_one{"reactions of one species have", 1E4, 1E20, "1/s"};
-constexpr UsualFactor of_two{"reactions of two species have", 1E7, 1E16, "cm3/(mol s)"};
-constexpr UsualFactor of_three{"reactions of three partners have", 3E8, 2E17, "cm6/(mol2 s)"};
-constexpr UsualFactor of_one_by_collision{"decays by collision have", 1E12, 1E22, "cm3/(mol s)"};
-constexpr UsualFactor high_of_one{"high-pressure limits of one species have", 8E10, 2E16, "1/s"};
-constexpr UsualFactor high_of_two{"high-pressure limits of two species have", 2E10, 6E14, "cm3/(mol s)"};
-constexpr UsualFactor low{"low-pressure limits have", 6E14, 1E24, "(cm, mol, s)"};
+constexpr std::array<UsualFactor, 7> usual_factors{
+    {{"reactions of one species have", 1E4, 1E20, "1/s"},
+     {"reactions of two species have", 1E7, 1E16, "cm3/(mol s)"},
+     {"reactions of three partners have", 3E8, 2E17, "cm6/(mol2 s)"},
+     {"decays by collision have", 1E12, 1E22, "cm3/(mol s)"},
+     {"high-pressure limits of one species have", 8E10, 2E16, "1/s"},
+     {"high-pressure limits of two species have", 2E10, 6E14, "cm3/(mol s)"},
+     {"low-pressure limits have", 6E14, 1E24, "(cm, mol, s)"}}};
+constexpr const UsualFactor& of_one = usual_factors[0];
+constexpr const UsualFactor& of_two = usual_factors[1];
+constexpr const UsualFactor& of_three = usual_factors[2];
+constexpr const UsualFactor& of_one_by_collision = usual_factors[3];
+constexpr const UsualFactor& high_of_one = usual_factors[4];
+constexpr const UsualFactor& high_of_two = usual_factors[5];
+constexpr const UsualFactor& low = usual_factors[6];
 
 const UsualFactor* usual_factor(bool has_falloff, int species, bool partner) {
   if (has_falloff) return species == 1 ? &high_of_one : species == 2 ? &high_of_two : nullptr;
@@ -49,6 +57,22 @@ double power_of_10(double x) {
 double log10_factor(double A, double b) {
   static const double log_T = decadic_log(compared_at);
   return decadic_log(A) + b * log_T;
+}
+
+// Decadic logarithms of the bounds beyond which a factor is told.
+struct LogBounds {
+  double least, most;
+};
+
+const LogBounds& log_bounds(const UsualFactor& usual) {
+  static const auto bounds = [] {
+    std::array<LogBounds, usual_factors.size()> all{};
+    for (std::size_t k = 0; k < all.size(); ++k) {
+      all[k] = {decadic_log(usual_factors[k].least / margin), decadic_log(usual_factors[k].most * margin)};
+    }
+    return all;
+  }();
+  return bounds.begin()[&usual - usual_factors.data()];
 }
 
 double median(std::vector<double>& values) {
@@ -95,6 +119,7 @@ void RateCheck::examine(const ReactionLine& line) {
         place_of_parameters(r.line, 0, 0), message("A of this reaction is read as ", about(r.AFAC)),
         "a pre-exponential factor is positive; a negative one corrects another rate: then write "
         "! dup at the end of the line");
+    return;
   }
   if (&phase_ == &Phase::surface) {
     examine_surface_factor(line);
@@ -107,16 +132,25 @@ void RateCheck::examine(const ReactionLine& line) {
 void RateCheck::examine_sticking(const ReactionLine& line) {
   const Reaction& r = line.reaction;
   const double coefficient = line.sticking_coefficient;
-  if (!(coefficient > 0 && coefficient <= 1)) {
-    findings_.warning(place_of_parameters(r.line, 0, 0),
-                      message("the sticking coefficient is read as ", about(coefficient)),
-                      "a sticking coefficient is above 0 and at most 1");
-  }
+  if (&phase_ == &Phase::gas) return;                  // which was told at its line STIC
+  const Place before{r.line.unit, r.line.record - 2};  // the reaction in front of that line
+  if (coefficient > 1 && findings_.follows(before, "sticking coefficient that is none")) return;
   const SpeciesName& name = names_[r.ISTICK];
   if (!is_gas(r.ISTICK)) {
     findings_.warning(locate(r.line, name.view()),
                       message("'", name, "' is a surface species: it cannot stick"),
                       "the first name of a sticking reaction is the gas species that sticks");
+    return;
+  }
+  const auto educts = phase_.educts(line.KSPEC);
+  if (std::count_if(educts.begin(), educts.end(), [&](int k) { return is_gas(k); }) > 1) {
+    findings_.warning(r.line, "more than one gas species takes part in this sticking reaction",
+                      message("the sticking coefficient is that of its first species, ", name));
+  }
+  if (!(coefficient > 0 && coefficient <= 1)) {
+    findings_.warning(place_of_parameters(r.line, 0, 0),
+                      message("the sticking coefficient is read as ", about(coefficient)),
+                      "a sticking coefficient is above 0 and at most 1");
   }
   if (line.reversible) {
     findings_.warning(
@@ -148,6 +182,7 @@ void RateCheck::examine_coverage(const ReactionLine& line) {
 // none but surface species react, A is far larger.
 void RateCheck::examine_surface_factor(const ReactionLine& line) {
   constexpr double most_b = 15;
+  constexpr double cold = 300;  // K
   constexpr double most = 30;
   constexpr double least_alone = 3;  // decadic logarithms of A T^b
   constexpr double least_of_two = 9;
@@ -167,6 +202,11 @@ void RateCheck::examine_surface_factor(const ReactionLine& line) {
     findings_.warning(place_of_parameters(r.line, 1, 1),
                       message("b of this reaction is read as ", about(r.TEXP)),
                       "the numbers are A, b and E: rates go with T^b");
+  } else if (log_factor - std::min(r.EXA, 0.0) / (gas_constant * cold) / log_10 > most && r.EXA < 0) {
+    findings_.warning(
+        place_of_parameters(r.line, 2, 2),
+        message("E of ", about(r.EXA / kJ_per_mol), " kJ/mol makes this reaction very fast at 300 K"),
+        "E is hardly negative: look at its sign");
   } else if (log_factor > most || log_factor < (gas + others > 1 ? least_of_two : least_alone)) {
     findings_.warning(place_of_parameters(r.line, 0, 0),
                       message("A of this surface reaction is ", about(r.AFAC)),
@@ -189,11 +229,15 @@ void RateCheck::examine_falloff(const ReactionLine& line) {
                       "the first one has A, b and E at low pressure, the second one a, T***, T* and T**");
     return;
   }
-  examine_energy(E, first_record);
-  compare(A, b, E, low, first_record);
+  if (!findings_.is_told(first_record)) {
+    examine_energy(E, first_record);
+    compare(log10_factor(std::abs(A), b), b, E, low, first_record);
+  }
+  constexpr double smallest_a = 1E-6;
   constexpr double least_a = -100;
   constexpr double most_a = 2;
-  if ((a < least_a || a > most_a) && !findings_.is_told(second_record)) {
+  const bool too_small = a != 0 && std::abs(a) < smallest_a && T3 != 0;
+  if ((a < least_a || a > most_a || too_small) && !findings_.is_told(second_record)) {
     findings_.warning(second_record, message("the first falloff parameter, a, is ", about(a)),
                       "a is between 0 and 1 as a rule, seldom negative; T***, T* and T** follow it");
   }
@@ -215,18 +259,29 @@ void RateCheck::examine_gas_factor(const ReactionLine& line) {
   const bool partner = std::any_of(educts.begin(), educts.end(), [&](int k) { return is_partner(k); });
   const UsualFactor* const usual = usual_factor(r.IARRH == falloff, static_cast<int>(species), partner);
   if (usual == nullptr || !(std::abs(r.AFAC) > 0)) return;
-  if (usual == &of_two) log_rates_.push_back(log10_factor(std::abs(r.AFAC), r.TEXP));
-  compare(r.AFAC, r.TEXP, r.EXA, *usual, r.line);
+  const double log_factor = log10_factor(std::abs(r.AFAC), r.TEXP);
+  if (usual == &of_two) log_rates_.push_back(log_factor);
+  if (compare(log_factor, r.TEXP, r.EXA, *usual, r.line) || usual == &of_two || !line.reversible ||
+      r.EXA >= 0)
+    return;
+  // What a fit to a reverse rate has, which is written with >, a reversible reaction has not.
+  constexpr double cold = 300;  // K
+  constexpr double more_when_cold = 4;
+  if (log_factor - r.EXA / (gas_constant * cold) / log_10 < log_bounds(*usual).most + more_when_cold) return;
+  energies_.push_back(
+      {place_of_parameters(r.line, 2, 2),
+       message("E of ", about(r.EXA / kJ_per_mol), " kJ/mol makes this reaction very fast at 300 K"),
+       "E is hardly negative by more than some 20 kJ/mol: look at its sign"});
 }
 
 // A factor that is too large may be made up for by a large activation energy.
-void RateCheck::compare(double A, double b, double E, const UsualFactor& usual, const Place& line) {
+bool RateCheck::compare(double log_factor, double b, double E, const UsualFactor& usual, const Place& line) {
   constexpr double most_b = 15;
-  const double log_factor = log10_factor(std::abs(A), b);
+  const auto [least, most] = log_bounds(usual);
   const double log_rate = log_factor - std::max(E, 0.0) / (gas_constant * compared_at) / log_10;
-  const bool too_small = log_factor < decadic_log(usual.least / margin);
-  const bool too_large = log_rate > decadic_log(usual.most * margin);
-  if (!too_small && !too_large) return;
+  const bool too_small = log_factor < least;
+  const bool too_large = log_rate > most;
+  if (!too_small && !too_large) return false;
   const std::string range =
       message(usual.form, " ", about(usual.least), " to ", about(usual.most), " ", usual.unit);
   if (std::abs(b) > most_b) {
@@ -238,6 +293,7 @@ void RateCheck::compare(double A, double b, double E, const UsualFactor& usual, 
          message("A T^b of this reaction is ", about(power_of_10(log_factor)), " ", usual.unit, " at 1500 K"),
          message(range, ": look at A and b")});
   }
+  return true;
 }
 
 std::optional<double> RateCheck::reaction_heat(const SpeciesVector& KSPEC) {
@@ -332,8 +388,12 @@ void RateCheck::report(const Place& heading) {
   if (!report_factors_of_all(heading)) {
     for (const Doubt& doubt : factors_) findings_.warning(doubt.place, doubt.what, doubt.help);
   }
-  if (!report_energies_of_all(heading)) {
-    for (const Doubt& doubt : energies_) findings_.warning(doubt.place, doubt.what, doubt.help);
+  if (report_energies_of_all(heading)) return;
+  for (const Doubt& doubt : energies_) {  // one doubt a line
+    const bool told = std::any_of(factors_.begin(), factors_.end(), [&](const Doubt& of_factor) {
+      return of_factor.place.record == doubt.place.record;
+    });
+    if (!told) findings_.warning(doubt.place, doubt.what, doubt.help);
   }
 }
 

@@ -41,7 +41,8 @@ class RateCheck {
   void examine_energy(double E, const Place& line);
   void examine_gas_factor(const ReactionLine& line);
   void examine_reaction_heat(const ReactionLine& line);
-  void compare(double A, double b, double E, const struct UsualFactor& usual, const Place& line);
+  // Whether it is beyond what is usual.
+  bool compare(double log_factor, double b, double E, const struct UsualFactor& usual, const Place& line);
   bool report_factors_of_all(const Place& heading);
   bool report_energies_of_all(const Place& heading);
 

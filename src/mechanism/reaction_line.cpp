@@ -60,8 +60,9 @@ struct Context {
 // Reports a line of a single word that looks like a keyword; false, without a finding, for any other.
 bool report_keyword(const Place& line, Findings& findings) {
   const std::string_view written = trimmed(line.unit->origin(line.record).text);
-  const std::string help =
+  std::string help =
       Nearest(written).offer(words::sticking).offer(words::fixed_form).offer(words::end).help();
+  if (help.empty() && is_meant_as_end(written)) help = "did you mean 'END'?";
   if (help.empty()) return false;
   Place place = line;
   place.width = static_cast<int>(written.size());
@@ -86,6 +87,7 @@ struct LineNumber {
 // Why a token is no number.
 std::string number_help(std::string_view token, int column) {
   const std::string help = odd_number_help(token, column);
+  if (token.ends_with(',')) return "blanks separate A, b and E, no commas";
   return help.empty() ? std::string(line_form) : help;
 }
 
@@ -204,6 +206,9 @@ bool read_coverage_line(const ReactionNames& names, Input& NFIMEC, Reaction& rea
   }
   reaction.VT6 *= 1000;
   if (name.blank() || unknown) {
+    if (findings.follows(findings.place_of(message("unknown species '", name, "'")), "$ record",
+                         Findings::Severity::error))
+      return false;
     findings.error(here(NFIMEC, 2, 8), message("'", name, "' is not a species of this phase"),
                    name.blank()
                        ? "columns 2-34 hold the species whose coverage counts; its letter case counts"
@@ -289,13 +294,15 @@ void warn_of_delimiters(const Equation& equation, const Place& line, Findings& f
   }
 }
 
-void warn_of_second_arrow(const Equation& equation, const Place& line, Findings& findings) {
+// Whether there is one.
+bool warn_of_second_arrow(const Equation& equation, const Place& line, Findings& findings) {
   const auto& delimiters = equation.delimiters;
   const auto arrows = std::count_if(delimiters.begin(), delimiters.end(),
                                     [](const Text<1>& d) { return d.view() == "=" || d.view() == ">"; });
-  if (arrows < 2) return;
+  if (arrows < 2) return false;
   findings.warning(line,
                    "the equation has more than one arrow: what stands behind the first one are products");
+  return true;
 }
 
 // Numbers of the ten names, 0 for a blank one: educts negative, from the first "=" or ">" on products
@@ -323,8 +330,9 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     }
     at(numbers, i) = products ? number : -number;
   }
-  warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings);
-  warn_of_delimiters(equation, line.reaction.line, MSGFIL.findings);
+  if (!warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings)) {
+    warn_of_delimiters(equation, line.reaction.line, MSGFIL.findings);
+  }
   return true;
 }
 
@@ -333,7 +341,9 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
 bool make_sticking(const ReactionNames& names, const SpeciesName& first, ReactionLine& line,
                    Listing& MSGFIL) {
   Reaction& reaction = line.reaction;
-  if (reaction.EXA != 0 || reaction.TEXP != 0) {
+  const bool explained =
+      reaction.AFAC > 1 || MSGFIL.findings.is_told({reaction.line.unit, reaction.line.record - 1});
+  if ((reaction.EXA != 0 || reaction.TEXP != 0) && !explained) {
     MSGFIL.findings.warning(place_of_parameters(reaction.line, 1, 2),
                             message("b and E of a sticking reaction are not used (", reaction.TEXP, " and ",
                                     reaction.EXA / 1000, " kJ/mol here)"),
@@ -370,6 +380,10 @@ bool collect(const Phase& phase, std::span<const int> numbers, const Place& line
   const auto report = [&](std::string_view what) {
     const std::string_view text = line.unit->origin(line.record).text;
     const bool no_arrow = text.find_first_of("=>") == text.npos;
+    // The rest of a line that was broken in two.
+    if (no_arrow &&
+        MSGFIL.findings.follows({line.unit, line.record - 1}, "further line", Findings::Severity::error))
+      return false;
     MSGFIL.findings.error(line, what,
                           no_arrow ? std::string("no \"=\" or \">\" stands between educts and products")
                                    : message("a reaction of this phase has 1 to ", MAXE, " educts and 1 to ",
@@ -422,6 +436,17 @@ bool read_equation(const Line& line, bool fixed_form, const Context& context, In
   return readable && names_fit;
 }
 
+// Warns of a line STIC that stands twice, or where nothing can stick.
+void warn_of_sticking_line(const Phase& phase, bool again, const Input& NFIMEC, Findings& findings) {
+  if (&phase == &Phase::gas) {
+    findings.warning(here(NFIMEC, 1, 4), "STIC stands in the gas-phase mechanism, where nothing sticks",
+                     "it makes the A of the next reaction a sticking coefficient");
+  } else if (again) {
+    findings.warning(here(NFIMEC, 1, 4), "STIC stands twice in front of one reaction",
+                     "is a reaction missing between the two?");
+  }
+}
+
 void echo(const Equation& equation, const Reaction& reaction, Listing& MSGFIL) {
   write<"(1X,79('='),/,1X,5(A,A1),E10.3,F7.1,-3PF10.1,/,79('='))">(
       MSGFIL, zip(std::span(equation.names).first(5), std::span(equation.delimiters).first(5)), reaction.AFAC,
@@ -443,6 +468,7 @@ LineResult INIMIN(const Phase& phase, const ReactionNames& names, const Place& h
     }
     keyword = keyword_of(text);
     if (keyword == Keyword::END) return LineResult::end_of_mechanism;
+    if (keyword == Keyword::STIC) warn_of_sticking_line(phase, sticking, NFIMEC, MSGFIL.findings);
     sticking = sticking || keyword == Keyword::STIC;
   } while (keyword == Keyword::STIC);
 

@@ -20,6 +20,12 @@ int misplaced(std::string_view name, const Input& database) {
   return found;
 }
 
+int count_of_records(const Input& database) {
+  int count = 0;
+  database.for_each_record([&](int, std::string_view) { ++count; });
+  return count;
+}
+
 // The species that have no entry, by their place in the list, each once.
 std::vector<std::size_t> absent_species(const DatabaseSearch& search, const SpeciesView& species) {
   const NameIndex index(species.SYMB);
@@ -36,8 +42,14 @@ Place misspelt_entry(const DatabaseSearch& search, const SpeciesName& name, cons
                      IsMisspelt is_misspelt) {
   Place found;
   constexpr int most_compared = 5000;
+  const auto is_like = [&](const SpeciesName& other) {
+    const std::string_view a = trimmed(other.view());
+    const std::string_view b = trimmed(name.view());
+    const bool short_name = a.size() == b.size() && b.size() == 2 && LSAME(a[0], b[0]);
+    return short_name || !Nearest(other.view()).offer(name.view()).help().empty();
+  };
   for (const SpeciesName& other : first(search.others, std::min(count_of(search.others), most_compared))) {
-    if (Nearest(other.view()).offer(name.view()).help().empty()) continue;
+    if (!is_like(other)) continue;
     database.for_each_record([&](int record, std::string_view line) {
       if (found.unit != nullptr || SpeciesName(line) != other || !is_misspelt(line, name)) return;
       found = {&database, record, 1, static_cast<int>(trimmed(other.view()).size())};
@@ -45,6 +57,25 @@ Place misspelt_entry(const DatabaseSearch& search, const SpeciesName& name, cons
     if (found.unit != nullptr) break;
   }
   return found;
+}
+
+// Reports the species that have no entry, many of them as one: a part of the file is missing then.
+void report_left(std::span<const std::size_t> left, const DatabaseSearch& search, const SpeciesView& species,
+                 std::string_view file, Findings& findings) {
+  constexpr std::size_t least_to_sum_up = 3;
+  const std::string entries = message(" in ", file, " (", search.entries, " entries read)");
+  const auto place = [&](std::size_t i) { return locate(species.listed[i], species.SYMB[i].view()); };
+  if (left.size() >= least_to_sum_up) {
+    std::vector<SpeciesName> names;
+    for (const std::size_t i : left) names.push_back(species.SYMB[i]);
+    findings.error(place(left.front()), message("species ", list_of(names), " have no entry", entries));
+    return;
+  }
+  for (const std::size_t i : left) {
+    const SpeciesName& name = species.SYMB[i];
+    findings.error(place(i), message("species '", name, "' has no entry", entries),
+                   [&] { return Nearest(name.view()).offer_all(search.others).help(); });
+  }
 }
 
 }  // namespace
@@ -87,10 +118,22 @@ void report_absent_entries(const DatabaseSearch& search, const SpeciesView& spec
     return;
   }
   constexpr std::size_t most_compared = 10;
+  Place cut;                      // the entry inside of which the file ends
+  std::vector<std::size_t> left;  // of which nothing more is known
   for (std::size_t k = 0; k < absent.size(); ++k) {
     const std::size_t i = absent[k];
     const SpeciesName& name = species.SYMB[i];
+    if (same_word(name.view(), "END") && findings.is_told(species.listed[i])) continue;  // behind the others
     const int beside = k < most_compared ? misplaced(name.view(), database) : 0;
+    constexpr int lines_of_entry = 4;
+    const bool last = beside > 0 && count_of_records(database) - beside < lines_of_entry - 1;
+    if (last && same_word(SpeciesName(database.origin(beside).text).view(), name.view())) {
+      cut = {&database, beside, 1, static_cast<int>(name.chars.size())};
+      findings.error(
+          cut, message("species '", name, "' has no entry in ", file, " (", search.entries, " entries read)"),
+          "the file ends inside of this one");
+      continue;
+    }
     if (beside > 0) {
       findings.error(
           {&database, beside, 1, static_cast<int>(name.chars.size())},
@@ -99,13 +142,18 @@ void report_absent_entries(const DatabaseSearch& search, const SpeciesView& spec
       continue;
     }
     const Place misspelt = k < most_compared ? misspelt_entry(search, name, database, is_misspelt) : Place{};
+    if (misspelt.unit == nullptr) left.push_back(i);
+    if (misspelt.unit == nullptr) continue;
     findings.error(
-        misspelt.unit != nullptr ? misspelt : locate(species.listed[i], name.view()),
-        message("species '", name, "' has no entry in ", file, " (", search.entries, " entries read)"), [&] {
-          if (misspelt.unit != nullptr) return message("is this one meant? then write ", name);
-          return Nearest(name.view()).offer_all(search.others).help();
-        });
+        misspelt,
+        message("species '", name, "' has no entry in ", file, " (", search.entries, " entries read)"),
+        message("is this one meant? then write ", name));
   }
+  const auto follows = [&](std::size_t) {
+    return findings.follows(cut, "further species without entry", Findings::Severity::error);
+  };
+  left.erase(std::remove_if(left.begin(), left.end(), follows), left.end());
+  report_left(left, search, species, file, findings);
 }
 
 }  // namespace varpre

@@ -99,9 +99,12 @@ double molar_mass(std::size_t i, Elements& elements) {
 
 void warn_of_no_elements(const SpeciesView& species, std::size_t i, Findings& findings) {
   if (!species.fit[i].entry || !species.listed[i]) return;  // what is wrong with it was reported
-  findings.warning(locate(species.listed[i], species.SYMB[i].view()),
-                   message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
-                   "its database entry gives elements in columns 25-44");
+  Place fields = species.fit[i].entry;
+  fields.column = 25;
+  fields.width = 20;
+  findings.warning(
+      fields, message("species '", species.SYMB[i], "' consists of no element: its molar mass is 0"),
+      "columns 25-44 hold up to four elements, a symbol (2 columns) and a count (3 columns) each");
 }
 
 }  // namespace
@@ -111,6 +114,38 @@ double element_mass(std::string_view symbol) {
       std::find_if(element_table.begin(), element_table.end(),
                    [&](const TableElement& element) { return same_word(element.SATOM, symbol); });
   return found == element_table.end() ? 0.0 : found->XATOM;
+}
+
+std::string atoms_spelt_by(std::string_view text) {
+  constexpr std::size_t most = 200;
+  std::string atoms;
+  while (!text.empty() && atoms.size() < most) {
+    const bool two =
+        text.size() > 1 && element_mass(text.substr(0, 2)) > 0 && text[1] >= 'a' && text[1] <= 'z';
+    if (!two && element_mass(text.substr(0, 1)) == 0) return {};
+    const std::string_view symbol = text.substr(0, two ? 2 : 1);
+    text.remove_prefix(symbol.size());
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    const std::size_t count =
+        digits == 0 ? 1 : static_cast<std::size_t>(read_integer(text.substr(0, digits)).value_or(0));
+    for (std::size_t k = 0; k < std::min(count, most); ++k) atoms += symbol;
+    text.remove_prefix(digits);
+  }
+  std::sort(atoms.begin(), atoms.end());
+  return atoms;
+}
+
+double mass_spelt_by(std::string_view text) {
+  const std::size_t end = text.find('(');
+  text = text.substr(0, end);
+  if (const double single = element_mass(text); single > 0) return single;
+  double mass = 0;
+  const std::string atoms = atoms_spelt_by(text);
+  for (const char symbol : atoms) {
+    if (symbol < 'A' || symbol > 'Z') return 0;
+    mass += element_mass(std::string_view(&symbol, 1));
+  }
+  return mass;
 }
 
 bool is_empty_field(const ElementSymbol& symbol) {

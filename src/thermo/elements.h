@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <string>
+#include <string_view>
 
 #include "textio/channel/store_file.h"
 #include "textio/findings/listing.h"
@@ -19,6 +21,13 @@ struct Elements {
 
 // Molar mass of an element of the built-in table, in any letter case, kg/mol; 0 when it is not there.
 double element_mass(std::string_view symbol);
+
+// The atoms that a text of symbols and counts spells, as sorted symbols: "H2O" is "HHO". Empty when it is
+// none.
+std::string atoms_spelt_by(std::string_view text);
+// Their mass, kg/mol, up to a parenthesis; 0 when it spells none, or an element of two letters that does not
+// stand alone.
+double mass_spelt_by(std::string_view text);
 
 // Whether an element field of a database entry holds no element: blanks, "0 " or "00".
 bool is_empty_field(const ElementSymbol& symbol);

@@ -66,6 +66,7 @@ void report_equal_names(const Section& section, std::string_view written, int nu
     return same_word(earlier.view(), name.view());
   });
   if (equal == before.end()) return;
+  if (findings.follows(at(species.listed, number), "further name", severity(section))) return;
   const Place& earlier_place = species.listed.begin()[equal - before.begin()];
   const bool cut = written.size() > name.chars.size();
   findings.report(severity(section), locate_last(at(species.listed, number), written),

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "files/store_records.h"
+#include "math/elementary.h"
 #include "textio/channel/statement.h"
 #include "textio/findings/record_findings.h"
 #include "textio/record/number_format.h"
@@ -97,27 +98,6 @@ void warn_of_unusual_enthalpy(const SpeciesName& name, const ThermoFit& fit, con
   }
 }
 
-// The atoms that a text of symbols and counts spells, as sorted symbols: "H2O" is "HHO". Empty when it is
-// none.
-std::string atoms_spelt_by(std::string_view text) {
-  constexpr std::size_t most = 200;
-  std::string atoms;
-  while (!text.empty() && atoms.size() < most) {
-    const bool two =
-        text.size() > 1 && element_mass(text.substr(0, 2)) > 0 && text[1] >= 'a' && text[1] <= 'z';
-    if (!two && element_mass(text.substr(0, 1)) == 0) return {};
-    const std::string_view symbol = text.substr(0, two ? 2 : 1);
-    text.remove_prefix(symbol.size());
-    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-    const std::size_t count =
-        digits == 0 ? 1 : static_cast<std::size_t>(read_integer(text.substr(0, digits)).value_or(0));
-    for (std::size_t k = 0; k < std::min(count, most); ++k) atoms += symbol;
-    text.remove_prefix(digits);
-  }
-  std::sort(atoms.begin(), atoms.end());
-  return atoms;
-}
-
 // Whether the elements of an entry are those that the listed name spells, and not those of its own name.
 bool is_misspelt(std::string_view line, const SpeciesName& listed) {
   std::string formula;
@@ -165,9 +145,17 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   for (int line = 1; line < 4; ++line) {
     if (findings.follows({fit.entry.unit, fit.entry.record + line}, "jump of the fit")) return true;
   }
+  const bool of_h = std::abs(h) > 0.005;
+  const bool of_s = std::abs(s) > 0.005;
+  std::string_view help =
+      "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong";
+  if (std::abs(cp) <= 0.01 && of_h != of_s) {
+    help = of_h ? "a6 of one range is wrong: columns 1-15 of the third line, or 31-45 of the fourth"
+                : "a7 of one range is wrong: columns 16-30 of the third line, or 46-60 of the fourth";
+  }
   findings.warning(fit.entry,
                    message("the fit of ", name, " jumps at its switch temperature of ", T, " K: ", jumps),
-                   "the coefficients of one range, or the switch temperature (columns 67-74), may be wrong");
+                   help);
   return true;
 }
 
@@ -264,6 +252,31 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool p
     for (std::size_t i = 0; i < species.SYMB.size(); ++i) print_fit(species.SYMB[i], species.fit[i], MSGFIL);
   }
   return LOK;
+}
+
+void warn_of_low_entropies(const SpeciesView& gas, Findings& findings) {
+  constexpr double T = 298.15;
+  constexpr double constant = -1.1517;  // in units of R
+  constexpr double tolerated = 0.5;     // the same
+  for (std::size_t i = 0; i < gas.SYMB.size(); ++i) {
+    const Place& entry = gas.fit[i].entry;
+    const double M = 1000 * gas.XMOL[i];
+    const auto& symbols = gas.elements[i].ELSYM;
+    const bool made_up = std::any_of(symbols.begin(), symbols.end(), [](const ElementSymbol& symbol) {
+      return same_word(symbol.view(), "YY");
+    });
+    if (!entry || !(M > 0) || made_up || findings.is_told(entry)) continue;
+    const double s = entropy(gas.fit[i].HCPL, T) / gas_constant;
+    const double least = 1.5 * math::log(M) + 2.5 * math::log(T) + constant;
+    if (s == 0 || s > least - tolerated) continue;  // 0: an entry of nothing
+    findings.warning(
+        entry,
+        message("the entropy of ", gas.SYMB[i], " at 298 K comes out as ", about(s * gas_constant),
+                " J/(mol K), where a gas of ", about(M), " g/mol has more than ",
+                about(least * gas_constant)),
+        "the coefficients are of another species, or a7 of the lower range (columns 46-60 of the fourth line) "
+        "is wrong");
+  }
 }
 
 void PRTHD(const SpeciesView& species, StoreFile& NFISTO) {

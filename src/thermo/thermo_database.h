@@ -19,6 +19,10 @@ namespace varpre {
 // ends the reading there.
 [[nodiscard]] bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool print);
 
+// Warns of a gas with less entropy at 298 K and 1 bar than the motion of its molecules through space has
+// alone: R (3/2 ln M + 5/2 ln T) and a constant, M in g/mol (Sackur and Tetrode). Its molar mass is known.
+void warn_of_low_entropies(const SpeciesView& gas, Findings& findings);
+
 // Writes the " HL,HH(" group of each species, three records: the two coefficient sets divided by the molar
 // mass, per kg, and the temperature limits. A species without molar mass gets coefficients 0.
 void PRTHD(const SpeciesView& species, StoreFile& NFISTO);

@@ -182,8 +182,21 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
   const Atoms atoms = atoms_of(gas.elements[i]);
   const bool known = atoms.real && atoms.count > 0;
   const bool geometry_exists = molecule.IGEOM >= 0 && molecule.IGEOM <= 2;
-  // Half an atom of hydrogen; 0 says nothing.
-  const bool other_atoms = M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > 0.5;
+  constexpr double tolerated = 0.5;  // half an atom of hydrogen
+  const bool other_atoms = M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > tolerated;
+  const double spelt = 1000 * mass_spelt_by(trimmed(name.view()));
+  Place elements = gas.fit[i].entry;
+  elements.column = 25;
+  elements.width = 20;
+  if (other_atoms && elements && !findings.is_told(elements) &&
+      std::abs(molecule.XMDB - spelt) <= tolerated) {
+    findings.warning(
+        elements,
+        message("the elements of ", name, " have ", about(M), " g/mol; its name, and ",
+                molecule.record.unit->origin(0).file, ", have ", about(molecule.XMDB)),
+        "columns 25-44 hold up to four elements, a symbol (2 columns) and a count (3 columns) each");
+  }
+  if (findings.is_told(elements) && other_atoms) return;
   if (other_atoms) {
     findings.warning(
         place_of(molecule, MoleculeField::molar_mass),
@@ -201,12 +214,17 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
   for (const auto& [field, value, least, most, unit] : usual_values) {
     const double x = molecule.*value;
     if (x == 0 || (x >= least && x <= most)) continue;
+    if (other_atoms) {
+      findings.follows(molecule.record, "unlikely value");
+      continue;
+    }
     findings.warning(place_of(molecule, field),
                      message(molecule_field(field), " of species '", name, "' is ", x, unit),
                      message("molecules have ", least, " to ", most, unit,
                              field == MoleculeField::diameter ? "" : ", or 0"));
   }
-  if (known && molecule.DI1 != 0 && atoms.elements == 1 && atoms.count <= 2) {
+  const bool told = findings.is_told(molecule.record);
+  if (known && !told && molecule.DI1 != 0 && atoms.elements == 1 && atoms.count <= 2) {
     findings.warning(place_of(molecule, MoleculeField::dipole_moment),
                      message("species '", name, "' has a dipole moment, but no two different atoms"),
                      "the polarizability stands in columns 51-60");

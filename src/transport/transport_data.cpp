@@ -36,6 +36,7 @@ bool has_molar_masses(const SpeciesView& gas, Listing& MSGFIL) {
     write<"(' ',5X,'ERROR - Species ',A8,' has no molar mass')">(MSGFIL, gas.SYMB[i]);
     LOK = false;
     if (!gas.listed[i]) continue;
+    if (MSGFIL.findings.follows(gas.fit[i].entry, "failed fit", Findings::Severity::error)) continue;
     MSGFIL.findings.error(
         locate(gas.listed[i], gas.SYMB[i].view()),
         message("the molar mass of species '", gas.SYMB[i], "' is ", gas.XMOL[i], " kg/mol"),

@@ -236,10 +236,31 @@ bool Findings::is_told(const Place& place) const {
   return place && records_.count(hash_of_record(place)) > 0;
 }
 
-Place Findings::place_of(std::string_view what) const {
-  const auto found =
-      std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return entry.what == what; });
-  return found == entries_.end() ? Place{} : found->place;
+Place Findings::place_of(std::string_view beginning) const {
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const Entry& entry) { return entry.what.starts_with(beginning); });
+  if (found != entries_.end()) return found->place;
+  const auto with = told_with_.find(std::string(beginning));
+  return with == told_with_.end() ? Place{} : with->second;
+}
+
+void Findings::extend_help(const Place& place, std::string_view text) {
+  constexpr std::size_t longest = 300;
+  const auto found = records_.find(hash_of_record(place));
+  if (found == records_.end()) return;
+  std::string& help = entries_[found->second.entry].help;
+  if (help.size() + text.size() <= longest) help += text;
+}
+
+bool Findings::settle(std::string_view beginning, const Place& place, std::string_view help) {
+  const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+    return entry.place == whole(*place.unit) && entry.what.starts_with(beginning);
+  });
+  if (found == entries_.end()) return false;
+  found->place = place;
+  found->help = help;
+  records_[hash_of_record(place)].entry = static_cast<std::size_t>(found - entries_.begin());
+  return true;
 }
 
 // "<what>; 24 reactions, 1 fit follow from it"

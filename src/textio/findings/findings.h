@@ -130,8 +130,16 @@ class Findings {
 
   // Whether something was told of the record of a place.
   bool is_told(const Place& place) const;
-  // Where a finding of this text stands, the first of several; no unit when there is none.
-  Place place_of(std::string_view what) const;
+  // Where a finding stands whose text begins so, the first of several, or with which it is told; no unit when
+  // there is none.
+  Place place_of(std::string_view beginning) const;
+  // Counts a finding of this text, which is not told by itself, as told with those of a record.
+  void tell_with(const Place& cause, std::string_view what) { told_with_.emplace(what, cause); }
+  // Adds to the help of the last finding in a record, as long as it can be read.
+  void extend_help(const Place& place, std::string_view text);
+  // Gives a finding about a file as a whole, whose text begins so, a place and a help; false when there is
+  // none.
+  bool settle(std::string_view beginning, const Place& place, std::string_view help);
 
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
@@ -182,6 +190,7 @@ class Findings {
   std::vector<Entry> entries_;
   std::unordered_map<std::size_t, Consequences> records_;              // with findings, by hash of the place
   std::unordered_map<const Input*, std::optional<FileFault>> faults_;  // of the files that were judged
+  std::unordered_map<std::string, Place> told_with_;                   // by the text of the finding
 };
 
 // Joins the parts of a message: texts (a Text<N> without its padding), integers, reals in their shortest
