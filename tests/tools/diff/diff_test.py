@@ -54,6 +54,7 @@ CASES = [
     [("MEC", "2.650E+16 -0.671", "2.650E+16 -0.651"), "reaction H + O2 > O + OH b -0.671 -> -0.651 rate +16.9 % at 2500 K"],
     [("MEC", "2.3000E+18", "2.3000E+19"), "reaction OH + OH + M'' = H2O2 + M'' FALL1 2.3e+18 -> 2.3e+19 as read low-pressure rate x 10"],
     [("MEC", "7.3460E-01", "6.3460E-01"), "reaction OH + OH + M'' = H2O2 + M'' FALL4 0.735 -> 0.635 as read broadening -13.6 % at 700 K"],
+    [("MEC", "9.4000E+01", "9.4000E+02"), "reaction OH + OH + M'' = H2O2 + M'' FALL5 94 -> 940 as read broadening +28.9 % at 350 K"],
     [("MEC", "            6.000", "           12.000"), "collision partner M'', in OH + OH + M'' = H2O2 + M'' efficiency of H2O 6 -> 12 efficiency of H2O x 2"],
     [("MEC", "@     1.0000E+00   0.50", "@     1.0000E+00   0.60"), "reaction OH + HO2 > O2 + H2O VT5 0.5 -> 0.6 as read VT5 +20 %"],
     [("MEC", "0.000E+00  -1.00", "0.000E+00  -2.00"), "surface reaction H2 + PT(S) + PT(S) > H(S) + H(S) VT5 -1 -> -2 as read VT5 x 2"],
@@ -94,6 +95,7 @@ CASES = [
     [("fort.3", " 2.6500E+10 -6.7100E-01", " 0.0000E+00 -6.7100E-01"), "reaction H + O2 > O + OH A 2.65e+10 -> 0 m, mol, s rate is 0 now"],
     [*[("fort.3", "H2O(L)", "X2O(L)")] * 2, "particle H2O(L) removed", "particle X2O(L) added", "particle fraction H2O(L) mole fraction 1 -> 0 to 0",
      "particle fraction X2O(L) mole fraction 0 -> 1 from 0"],
+    [("fort.3", "-3.7861E+06  2.8171", "-3.6861E+06  2.8171"), "species H2 enthalpy at 300 K 0.053281 -> 0.25486 kJ/mol h +0.0808 RT at 300 K"],
     # values that did not fit, or stand where none is due
     [("fort.3", " OPTIONS :    0", " OPTIONS :  ***"), "option EXTRAP 0 -> *****"],
     [("fort.3", "1.0000E-03  2.0000E-03  0.0000E+00", "1.0000E-03  2.0000E-03  1.0000E+00"), "two-dimensional a place that is not used none -> 1 added"],
@@ -178,7 +180,7 @@ class Diff(unittest.TestCase):
         self.assertEqual((differences[1]["before"], differences[1]["after"]), (5, 5))
 
     def test_example_of_the_document(self):
-        edits = [CASES[k][0] for k in (6, 13, 18)]
+        edits = [CASES[k][0] for k in (6, 13, 19)]
         output = self.diff(self.case("first"), self.case("second", *edits), status=1).stdout
         self.assertIn("```text tried\n" + output + "```", (ROOT / "docs/diff.md").read_text())
 

@@ -63,7 +63,7 @@ if "--output" in sys.argv:
     script = "".join(pathlib.Path("{root}/{page}", name + ".js").read_text() for name in scripts)
     text = page.read_text()
     begin = text.rindex("<script>") + len("<script>")
-    page.write_text(text[:begin] + script + text[text.rindex("</script>"):])
+    page.write_text(text[:begin] + script + text[text.index("</script>", begin):])
 sys.exit(status)
 """
 

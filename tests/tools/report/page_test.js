@@ -288,11 +288,14 @@ test("where reverse rates come from", () => {
   const written = [
     "MEC",
     "O+H2=H+OH                   3.870E+04   2.70    26.192",
-    "O+H2>H+OH                   3.870E+04   2.70    26.192\nH+OH>O+H2                   1.870E+04   2.70    18.192",
+    "O+H2>H+OH                   3.870E+04   2.70    26.192\nH+OH>O+H2                   1.870E+04   2.50    18.192",
   ];
   const { S } = run(EVERY, [written]);
   assert.equal(physics.origin(S.rows[0]), "written");
   assert.equal(physics.worst(S.rows[0]), null);
+  const stored = 1.87e-2 * 900 ** 2.5 * Math.exp(-18192 / R / 900);
+  const ratio = stored / physics.reverse_from_equilibrium(S.rows[0], 900);
+  close(physics.ratio_to_equilibrium(S.rows[0], 900), ratio, "another exponent", 1e-4);
   assert.equal(physics.worst(S.rows.find((r) => physics.origin(r) === "fitted")) > 1, true);
   assert.equal(physics.origin(S.rows.find((r) => r.form === 2)), "solver");
   assert.equal(physics.origin(S.rows.find((r) => !r.backward)), "");
