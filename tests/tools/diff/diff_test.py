@@ -89,6 +89,8 @@ CASES = [
     [("fort.3", " 1.800E+02  1.000E+03  3.500E+03", " 1.800E+02  1.000E+03  3.000E+03"), "species H2 upper limit 3500 -> 3000 K -14.3 %"],
     [("fort.3", " XLAM(   1) -1.2398E+01", " XLAM(   1) -1.2298E+01"), "species H2 heat conductivity at 300 K 0.18479 -> 0.20423 J/(m K s) heat conductivity +10.5 % at 300 K"],
     [("fort.3", " D(   2   1)-1.0152E+01", " D(   2   1)-1.0052E+01"), "species H2 diffusion times pressure with H at 300 K 21.848 -> 24.146 Pa m²/s diffusion times pressure with H +10.5 % at 300 K"],
+    [("fort.3", " D(   2   1)-1.0152E+01", " D(   2   1)-1.0052E+01"), ("fort.3", " D(   3   1)-9.5011E+00", " D(   3   1)-9.4011E+00"), ("fort.3", " D(   3   2)-1.2190E+01", " D(   3   2)-1.2090E+01"),
+     "species H2 diffusion times pressure with H at 300 K 21.848 -> 24.146 Pa m²/s diffusion times pressure with H +10.5 % at 300 K", "diffusion times pressure with O at 300 K 10.968 -> 12.121 Pa m²/s", "species H diffusion times pressure with O at 300 K 17.948 -> 19.835 Pa m²/s diffusion times pressure with O +10.5 % at 300 K"],
     [("fort.3", "HL,HH(   1) 9.6693E+03", "HL,HH(   1) 9.7693E+03"), "species H2 heat capacity at 300 K 28.85 -> 29.052 J/(mol K) s +0.166 R at 950 K",
      "enthalpy at 750 K 13.22 -> 13.372 kJ/mol", "entropy at 950 K 164.69 -> 166.07 J/(mol K)"],
     [("fort.3", "-3.7861E+06  2.8171E+03", "-3.7961E+06  2.8171E+03"), "species H2 enthalpy at 300 K 0.053281 -> 0.033123 kJ/mol h -0.00808 RT at 300 K"],
@@ -190,6 +192,8 @@ class Diff(unittest.TestCase):
         for number, order in enumerate([(1.1e12, 1.1e13, 1.1e11), (1.1e11, 1.1e12, 1.1e13), (1.1e11, 1.1e13, 1.1e12)]):
             second = self.case(f"second{number}", duplicates(*order))
             self.assertEqual([line.split(" rate ")[-1] for line in self.lines(first, second) if "rate" in line], ["+10 %"] * 3, order)
+        fewer, more = self.case("fewer", duplicates(1e13, 1e11)), self.case("more", duplicates(1.1e11, 1.1e13, 1e3))
+        self.assertEqual([line.split(" rate ")[-1] for line in self.lines(fewer, more) if "rate" in line], ["+10 %"] * 2)
 
     def test_of_very_many_duplicates_the_first_is_the_first(self):
         many = lambda first: ("MEC", "MAXI\n", "".join(f"OH+O>H+O2                   {first + k}.00E+10   0.00     0.000\n" for k in range(101)) + "MAXI\n")

@@ -458,6 +458,7 @@ class Import(unittest.TestCase):
                                        (mechanism(more="elements:\n- {symbol: H, atomic-weight: 2.014}\n"), "11:17: error: species H: the file gives 'H' another weight than the element has"),
                                        (thermo("{model: constant-cp, T0: 0, h0: 0, s0: 0, cp0: 3}"), "40:11: error: the temperatures of a constant heat capacity must be positive and rise"),
                                        (thermo("{model: piecewise-Gibbs, h0: 0, data: {x: 1, 298.15: 2}}"), "40:50: error: 'x' is no temperature"),
+                                       (thermo("{model: piecewise-Gibbs, h0: 0, data: {0: 1, 298.15: 2}}"), "40:50: error: '0' is no temperature"),
                                        (thermo("{model: piecewise-Gibbs, h0: 0, data: {300: 1, 400: 2}}"), "40:49: error: values at two temperatures are due here"),
                                        (transport(TRANSPORT % "round"), "41:37: error: 'round' is no geometry: atom, linear or nonlinear"), (transport("{model: liquid}"), "41:22: error: species X: its transport data are of the model 'liquid'"),
                                        (mechanism(more="on-pt: []\n" + SITES, phase=PHASE + SURFACE).replace("- name: H(S)\n", "- name: H(S)\n  sites: 2\n"), "57:10: error: species H(S): it occupies 2 sites", "--surface", "pt"),
@@ -467,10 +468,10 @@ class Import(unittest.TestCase):
         self.assertIn("m.yaml:5:14: warning: the phase has no kinetics: its reactions are not taken", without.stderr)
 
     def test_numbers_take_all_columns_of_their_fields(self):
-        thermo = "{model: NASA7, temperature-ranges: [298.15432, 1234.567, 3456.78912], data: [[2.5, 0, 0, 0, 0, 1, 1.0], [2.5, 0, 0, 0, 0, 1, 1.0]]}"
+        thermo = "{model: NASA7, temperature-ranges: [298.154321, 1234.567, 3456.78912], data: [[2.5, 0, 0, 0, 0, 1, 1.0], [2.5, 0, 0, 0, 0, 1, 1.0]]}"
         transport = "{model: gas, geometry: atom, well-depth: 123.456789, diameter: 3.12345678, dipole: 1.12345678, polarizability: 2.12345678, rotational-relaxation: 4.12345678}"
         directory = self.run_import(mechanism(gas=GAS + [species("X", "{Ar: 1}", thermo, transport)])).directory
-        self.assertIn("\nX                       AR  1               G  298.154323456.789121234.567     1\n", (directory / "THERMO").read_text())
+        self.assertIn("\nX                       AR  1               G 298.1543213456.789121234.567     1\n", (directory / "THERMO").read_text())
         self.assertIn("\nX        0    39.948123.4567893.123456781.123456782.123456784.12345678\n", (directory / "MOLNEW").read_text())
 
     def test_a_density_gives_the_pressure(self):

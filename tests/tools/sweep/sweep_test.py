@@ -98,6 +98,8 @@ class Sweep(unittest.TestCase):
         self.assertEqual(self.changed_by(start, self.replace, "cases.csv", "phi1.0-p01-h000,1.0,1,0", "phi1.0-p01-h000,1.0,1,1000"), ["phi1.0-p01-h000"])
         self.assertEqual(self.changed_by(start, shutil.rmtree, self.sweep / "results/phi0.4-p05-h000"), ["phi0.4-p05-h000"])
         self.assertEqual(self.rows()["phi0.4-p05-h000"]["state"], "complete")
+        without = lambda: (shutil.rmtree(self.sweep / "results/phi0.4-p05-h000"), (self.sweep / "results/summary.csv").unlink())
+        self.assertEqual(self.changed_by(start, without), ["phi0.4-p05-h000"])
         # A case that fails does not stop the others, and comes right when it is mended.
         self.replace("cases.csv", "phi0.2-p05-h000,0.2,5,0", "phi0.2-p05-h000,0.2,5,9e9\nextra,0.2,5,0")
         start()
