@@ -177,7 +177,9 @@ class Sweep(unittest.TestCase):
         self.first_rows(2)
         (self.sweep / "elsewhere").mkdir()
         (self.sweep / "results").symlink_to("elsewhere")
-        self.assertIn("sweep.py: results is a link", self.engine(status=1))
+        output = self.engine(status=1)
+        self.assertIn("sweep.py: results is a link", output)
+        self.assertNotIn("Building DAG", output)  # before any job
         self.table("name", "a")
         self.assertIn("sweep.py: cases.csv: no column enthalpy, phi, pressure", self.engine(status=1))
 
