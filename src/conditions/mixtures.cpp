@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "files/store_records.h"
-#include "math/elementary.h"
 #include "textio/channel/run_stop.h"
 #include "textio/channel/statement.h"
 #include "textio/record/numbered.h"
@@ -278,10 +277,8 @@ void compare_mixtures(const MixtureState& left, const MixtureState& right, int N
   };
   if (left.pressure && right.pressure && left.values.P != right.values.P && !is_told(left) &&
       !is_told(right)) {
-    const auto is_farther = [](double a, double b) {  // from 1 bar
-      return std::abs(math::log(a / bar)) > std::abs(math::log(b / bar));
-    };
-    const bool in_left = is_farther(left.values.P, right.values.P);
+    const auto factor = [](double P) { return P > bar ? P / bar : bar / P; };  // how far from 1 bar
+    const bool in_left = factor(left.values.P) > factor(right.values.P);
     findings.warning(in_left ? left.pressure : right.pressure,
                      message("the mixtures have different pressures: ", left.values.P / bar,
                              " bar on the left, ", right.values.P / bar, " bar on the right"));
