@@ -111,7 +111,7 @@ void read_state(const Value& gas, const Value& surface, Import& import) {
   const Value given = surface["state"];
   given.check_names({"T", "temperature", "P", "pressure", "coverages"});
   mechanism.wall_temperature = first_of(given, {"T", "temperature"})
-                                   .quantity(given.units().temperature, *parse_unit("K"))
+                                   .quantity(surface.units().temperature, *parse_unit("K"))
                                    .value_or(state.temperature);
   read_composition(given["coverages"], mechanism.surface, false, import);
   const auto of_surface = [&](const auto& amount) {

@@ -412,6 +412,8 @@ class Import(unittest.TestCase):
             result = self.run_import(mechanism(phase=PHASE.replace("{T: 300, P: 1 bar, X: {H2: 1, O2: 1}}", state)))
             for text in expected:
                 self.assertIn(text, (result.directory / "INP").read_text())
+        cold = self.good(mechanism(more="on-pt: []\n" + SITES, phase=PHASE + SURFACE.split("  state")[0]), "--surface", "pt", phases=("gas", "pt"))
+        self.assertRegex((cold.directory / "INP").read_text(), r"TW +300\.0")  # a surface without a state of its own
         self.assertIn("cannot stand in a mixture", self.run_import(mechanism(phase=PHASE.replace("P: 1 bar", "S: 1"))).stderr)
         self.assertIn("'rate-constnat' is not known here", self.run_import(mechanism(PLAIN.replace("Ea: 26.2}", "Ea: 26.2}, rate-constnat: 1"))).stderr)
 
