@@ -249,20 +249,6 @@ Fault fault_of_blank_lines(const Input& file) {
                    "a blank line counts like any other: delete them"};
 }
 
-bool is_conflict_marker(std::string_view line) {
-  return line.starts_with("<<<<<<< ") || line.starts_with("=======") || line.starts_with(">>>>>>> ");
-}
-
-Fault fault_of_conflict(const Input& file) {
-  Fault fault;
-  for_each_line(file, [&](int number, std::string_view line) {
-    if (fault || !is_conflict_marker(line)) return;
-    fault = FileFault{number, "this line marks a conflict of two versions of the file",
-                      "choose between the lines up to ======= and those up to >>>>>>>, and delete the marks"};
-  });
-  return fault;
-}
-
 // The first line that does not follow the one before as the lines of entries do, by the numbers in column 80.
 Fault fault_of_entries(const Input& file) {
   Fault fault;
@@ -296,11 +282,23 @@ Fault fault_of_entries(const Input& file) {
 
 }  // namespace
 
+std::optional<FileFault> conflict_in(const Input& file) {
+  int first = 0;
+  bool is_marked = false;  // by more than a line of =, which may be an ornament
+  file.for_each_record([&](int number, std::string_view line) {
+    const bool mark = line.starts_with("<<<<<<< ") || line.starts_with(">>>>>>> ");
+    is_marked |= mark;
+    if (first == 0 && (mark || line.starts_with("======="))) first = number;
+  });
+  if (!is_marked) return std::nullopt;
+  return FileFault{first, "this line marks a conflict of two versions of the file",
+                   "choose between the lines up to ======= and those up to >>>>>>>, and delete the marks"};
+}
+
 std::optional<FileFault> fault_of_file(const Input& file) {
   if (file.was_absent() || file.read_error() != 0) return std::nullopt;  // which is told
-  for (const auto fault_of :
-       {fault_of_encoding, fault_of_kind, fault_of_indent, fault_of_marks, fault_of_tabs,
-        fault_of_small_letters, fault_of_blank_lines, fault_of_conflict}) {
+  for (const auto fault_of : {fault_of_encoding, fault_of_kind, fault_of_indent, fault_of_marks,
+                              fault_of_tabs, fault_of_small_letters, fault_of_blank_lines, conflict_in}) {
     if (Fault fault = fault_of(file)) return fault;
   }
   return file.name.ends_with("THERMO") ? fault_of_entries(file) : Fault{};

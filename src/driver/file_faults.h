@@ -12,4 +12,7 @@ namespace varpre {
 // looks like what its name says. To be asked when an error in it is known.
 std::optional<FileFault> fault_of_file(const Input& file);
 
+// The first mark of a conflict of two versions of a file, as version control leaves it.
+std::optional<FileFault> conflict_in(const Input& file);
+
 }  // namespace varpre

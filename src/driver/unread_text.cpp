@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "driver/file_faults.h"
 #include "files/keywords.h"
 #include "files/options.h"
 #include "files/section_findings.h"
@@ -303,12 +304,8 @@ void warn(const Stretch& stretch, const Input& copy, std::uint8_t file, Headings
 }  // namespace
 
 void warn_of_conflict(const Input& copy, Findings& findings) {
-  copy.for_each_record([&](int record, std::string_view text) {
-    if (copy.is_read(record) || !text.starts_with("<<<<<<< ")) return;
-    findings.warning({&copy, record, 1, static_cast<int>(trimmed(text).size())},
-                     "this line marks a conflict of two versions of the file",
-                     "choose between the lines up to ======= and those up to >>>>>>>, and delete the marks");
-  });
+  const auto conflict = conflict_in(copy.file());
+  if (conflict) findings.warning({&copy.file(), conflict->record}, conflict->what, conflict->help);
 }
 
 void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,

@@ -19,7 +19,7 @@ void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const S
 void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
                               Findings& findings);
 
-// Warns of the first line of a conflict of two versions of a file that no stage has read.
+// Warns of the first line of a conflict of two versions of a file that stopped no stage.
 void warn_of_conflict(const Input& copy, Findings& findings);
 
 // Warns of what looks like data behind a heading, an END or a line STIC, where nothing is read.

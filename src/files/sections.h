@@ -41,6 +41,7 @@ struct Section {
 
   // Whether a record is its heading; beyond the end of a record stand blanks.
   constexpr bool opens_with(std::string_view record) const {
+    if (record.empty() || !LSAME(record.front(), word.front())) return false;  // most records
     if (!except.empty() && begins_with(record, except)) return false;
     if (letters == Letters::any_case) return begins_with(record, word);
     return trimmed(record.substr(0, word.size())) == trimmed(word);
