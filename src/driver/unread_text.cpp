@@ -174,7 +174,7 @@ const Section* meant_by_line_before(const Stretch& stretch, int before, const In
                                     HeadingsRead& heading_read) {
   if (before == 0 || copy.is_read(before) || stretch.section != nullptr) return nullptr;
   const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-    return (s.files & file) != 0 && s.absence == Section::Absence::is_usual && s.files == file &&
+    return s.files == file && s.absence == Section::Absence::is_usual &&
            may_mean(s, copy.origin(before).text) && heading_read(s.content) == 0;
   });
   return found == sections::all.end() ? nullptr : &*found;

@@ -56,7 +56,7 @@ bool read_reaction(Input& NFIMEC, ComplexReaction& r, Findings& findings) {
                    section_of(NFIMEC.origin(NFIMEC.record_number()).text, Section::MEC);
                opened != nullptr) {
       findings.error(here(NFIMEC, 1, 4),
-                     message("a complex reaction is due here, where ", opened->content, " begin"),
+                     message("a complex reaction is due here, not the heading of ", opened->content),
                      "the number behind the heading tells how many complex reactions there are");
     } else if (result.is_unreadable()) {
       report_unreadable(findings, NFIMEC, result, name_of(0));
