@@ -172,7 +172,11 @@ class Export(unittest.TestCase):
         refused = self.export(directory, "--output", directory / "THERMO", "--skip-unsupported")
         self.assertEqual((refused.returncode, refused.stderr.splitlines()[-1]), (2, f"varpre-export: {directory}/THERMO: this is the file that is read"))
         self.assertEqual((directory / "THERMO").read_bytes(), before)
-        self.assertEqual(self.export(directory, "--output", "/dev/stdout", "--skip-unsupported").stdout, self.export(directory, "--skip-unsupported").stdout)
+        plain = self.export(directory, "--skip-unsupported")
+        for device in ("/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
+            self.assertEqual(self.export(directory, "--output", device, "--skip-unsupported").stdout, plain.stdout)
+        other = self.export(directory, "--output", "/dev/stderr", "--skip-unsupported")
+        self.assertEqual((other.stdout, sorted(other.stderr.splitlines())), ("", sorted((plain.stdout + plain.stderr).splitlines())))
 
     def test_what_cannot_be_held(self):
         runs = PROJECT / "tests/runs"
