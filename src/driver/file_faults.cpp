@@ -283,6 +283,8 @@ Fault fault_of_entries(const Input& file) {
 }  // namespace
 
 std::optional<FileFault> conflict_in(const Input& file) {
+  if (file.text.find("<<<<<<< ") == file.text.npos && file.text.find(">>>>>>> ") == file.text.npos)
+    return std::nullopt;
   int first = 0;
   bool is_marked = false;  // by more than a line of =, which may be an ornament
   file.for_each_record([&](int number, std::string_view line) {

@@ -321,16 +321,8 @@ class Sequence {
 
   void look_at_unread_text() {
     note_errors();
-    const std::span<const SpeciesName> names = all().SYMB;
-    Findings& findings = MSGFIL.findings;
     for (const auto& [copy, file] : {std::pair{&NFICON, Section::INP}, std::pair{&NFIMEC, Section::MEC}}) {
-      warn_of_text_behind_words(*copy, file, names, findings);
-      warn_of_conflict(*copy, findings);
-      if (stop_) {
-        warn_of_text_passed_over(*copy, file, names, findings);
-      } else {
-        warn_of_unread_text(*copy, file, names, has_surface(), findings);
-      }
+      warn_of_unread_text(*copy, file, all().SYMB, stop_.has_value(), has_surface(), MSGFIL.findings);
     }
   }
 

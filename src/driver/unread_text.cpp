@@ -53,11 +53,6 @@ bool is_reaction(const std::vector<Word>& words) {
   return arrow || std::count_if(words.begin(), words.end(), is_number) >= row;
 }
 
-bool is_data(std::string_view text, std::uint8_t file, const NameIndex& species) {
-  const std::vector<Word> words = words_before_comment(text);
-  return file == Section::INP ? is_condition(words, species) : is_reaction(words);
-}
-
 // The record that opened each section, looked up all together when one is asked for first.
 class HeadingsRead {
  public:
@@ -86,16 +81,6 @@ class HeadingsRead {
   std::map<std::string_view, int> records_;  // by the content of the section
 };
 
-// Whether a record was named already as the heading of a section that is missing.
-bool is_misspelt_heading(std::string_view text, HeadingsRead& heading_read, std::uint8_t file) {
-  constexpr std::size_t most_words = 3;
-  if (words_before_comment(text).size() > most_words) return false;
-  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-    return (s.files & file) != 0 && s.absence != Section::Absence::is_usual && may_mean(s, text) &&
-           heading_read(s.content) == 0;
-  });
-}
-
 bool is_end(std::string_view text) {
   return EQUSYM(4, text, "END ");
 }
@@ -112,101 +97,6 @@ bool is_amount(const std::vector<Word>& words) {
          std::all_of(name.begin(), name.end(), is_of_name);
 }
 
-// From the first record that looks like data on. Behind the END of a section this may be a name with a
-// number; and all that stands before a second END was hardly meant to be passed over.
-std::vector<Stretch> stretches(const Input& copy, std::uint8_t file, const NameIndex& species,
-                               HeadingsRead& heading_read) {
-  std::vector<Stretch> found;
-  bool open = false;
-  int last_read = 0;
-  Stretch prose;  // since the last record that was read
-  bool behind_end = false;
-  copy.for_each_record([&](int record, std::string_view text) {
-    if (copy.is_read(record)) {
-      open = false;
-      last_read = record;
-      prose = {};
-      behind_end = is_end(text);
-      return;
-    }
-    if (words_before_comment(text).empty()) return;  // blank, or a comment
-    const Section* const section = section_of(text, file);
-    const bool misspelt = section == nullptr && is_misspelt_heading(text, heading_read, file);
-    const bool amount = behind_end && file == Section::INP && is_amount(words_before_comment(text));
-    if (section != nullptr || misspelt || (!open && (amount || is_data(text, file, species)))) {
-      found.push_back({record, record, last_read, section, text, misspelt});
-      open = true;
-    } else if (!open && is_end(text) && behind_end && prose.first > 0) {
-      found.push_back(prose);
-      open = true;
-    }
-    if (prose.first == 0) prose = {record, record, last_read, nullptr, text, false};
-    if (open) found.back().last = record;
-  });
-  return found;
-}
-
-// What looks like data behind the first word of a line, or like anything where a keyword has a line of its
-// own.
-std::string_view data_behind_first_word(std::string_view text, std::uint8_t file, bool alone,
-                                        const NameIndex& species) {
-  text = text.substr(0, text.find('!'));
-  const std::vector<Word> words = words_before_comment(text);
-  for (std::size_t k = 1; k < words.size(); ++k) {
-    const std::string_view rest = text.substr(static_cast<std::size_t>(words[k].column) - 1);
-    const bool option_of_table = file == Section::MEC && EQUSYM(5, words[k].text, "TROE");
-    if (alone || option_of_table || is_data(rest, file, species)) return rest;
-  }
-  return {};
-}
-
-int last_read(const Input& copy) {
-  int last = 0;
-  copy.for_each_record([&](int record, std::string_view) {
-    if (copy.is_read(record)) last = record;
-  });
-  return last;
-}
-
-// The heading of a section that a run need not have, which the line before a stretch seems to mean; nullptr:
-// none.
-const Section* meant_by_line_before(const Stretch& stretch, int before, const Input& copy, std::uint8_t file,
-                                    HeadingsRead& heading_read) {
-  if (before == 0 || copy.is_read(before) || stretch.section != nullptr) return nullptr;
-  const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-    return s.files == file && s.absence == Section::Absence::is_usual &&
-           may_mean(s, copy.origin(before).text) && heading_read(s.content) == 0;
-  });
-  return found == sections::all.end() ? nullptr : &*found;
-}
-
-// The END before a stretch, which explains it.
-std::string end_before(const Stretch& stretch, const Input& copy) {
-  if (stretch.before == 0) return {};
-  const Origin before = copy.origin(stretch.before);
-  if (!begins_with(before.text, words::end)) return {};
-  return message("END in line ", before.line,
-                 " closes the section above: what stands behind it belongs to none");
-}
-
-// The one section of a file whose heading was not found and nowhere suspected; nullptr: none, or several.
-const Section* section_without_heading(const Input& copy, std::uint8_t file, const Findings& findings) {
-  const Section* found = nullptr;
-  for (const Section& section : sections::all) {
-    if ((section.files & file) == 0 || findings.place_of(missing_heading(section)) != whole(copy)) continue;
-    if (found != nullptr) return nullptr;
-    found = &section;
-  }
-  return found;
-}
-
-// The record directly before a stretch, blank ones and comments passed over; 0: none.
-int record_before(const Stretch& stretch, const Input& copy) {
-  int before = stretch.first - 1;
-  while (before > 0 && words_before_comment(copy.origin(before).text).empty()) --before;
-  return before;
-}
-
 // Whether a line may be meant as a heading: a few words, and no number or equation.
 bool may_be_heading(std::string_view text) {
   constexpr int most_words = 4;
@@ -215,138 +105,284 @@ bool may_be_heading(std::string_view text) {
          std::none_of(words.begin(), words.end(), is_number);
 }
 
-// Whether a stretch belongs to the section whose heading is missing, which is told there then: at the line
-// before it that may be meant as the heading, or stands behind END.
-bool explains_missing_heading(const Stretch& stretch, const Input& copy, std::uint8_t file,
-                              Findings& findings) {
-  if (stretch.section != nullptr) return false;
-  const bool heading_first = may_be_heading(stretch.text);
-  const int before = heading_first ? stretch.first : record_before(stretch, copy);
-  const bool heading_told = before > 0 && findings.is_told({&copy, before});
-  if (heading_told && (!copy.is_read(before) || section_of(copy.origin(before).text, file) != nullptr))
-    return true;
-  const Section* const section = section_without_heading(copy, file, findings);
-  if (section == nullptr) return false;
-  const int first = copy.origin(stretch.first).line;
-  const int last = copy.origin(stretch.last).line;
-  const std::string lines =
-      first == last ? message("line ", first, " is") : message("lines ", first, "-", last, " are");
-  const std::string_view closing =
-      stretch.before == 0 ? std::string_view() : copy.origin(stretch.before).text;
-  if (const std::vector<Word> words = words_before_comment(closing); is_end(closing) && words.size() > 1) {
-    return findings.settle(missing_heading(*section),
-                           {&copy, stretch.before, words[1].column, words[1].width()},
-                           "a heading has a line of its own: behind END it is not read, nor is what follows");
-  }
-  const std::string_view text = before == 0 ? std::string_view() : trimmed(copy.origin(before).text);
-  if (before > 0 && !copy.is_read(before) && may_be_heading(text)) {
-    return findings.settle(missing_heading(*section), {&copy, before, 1, static_cast<int>(text.size())},
-                           message("write '", section->heading, "' instead of '", text,
-                                   "' if it is meant so: ", lines, " read by no section"));
-  }
-  return findings.settle(missing_heading(*section),
-                         {&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())},
-                         message(lines, " read by no section: if this is it, the heading belongs here"));
-}
+// The look at one input.
+class Look {
+ public:
+  Look(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB, Findings& findings)
+      : copy_(copy),
+        file_(file),
+        species_(file == Section::INP ? SYMB : std::span<const SpeciesName>()),
+        findings_(findings),
+        heading_read_(copy) {}
 
-// Whether the heading of a section was looked for in vain that the same option asks for.
-bool any_missing(std::string_view asked_for_by, const Findings& findings) {
-  return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& section) {
-    return section.asked_for_by == asked_for_by && findings.place_of(missing_heading(section));
-  });
-}
+  // Goes through all records; warns of what stands behind words, and notes the stretches that nobody read.
+  void pass() {
+    copy_.for_each_record([&](int record, std::string_view text) {
+      if (copy_.is_read(record)) {
+        last_read_ = record;
+        prose_ = {};
+        open_ = false;
+        behind_end_ = is_end(text);
+        warn_of_text_behind_word(record, text);
+      } else {
+        note_unread(record, text);
+      }
+    });
+  }
 
-void warn(const Stretch& stretch, const Input& copy, std::uint8_t file, HeadingsRead& heading_read,
-          Findings& findings) {
-  const Place place{&copy, stretch.first, 1, static_cast<int>(trimmed(stretch.text).size())};
-  if (findings.is_told(place) || explains_missing_heading(stretch, copy, file, findings)) return;
-  for (int before = stretch.first - 1; before >= std::max(1, stretch.first - 2); --before) {
-    const Section* const meant = meant_by_line_before(stretch, before, copy, file, heading_read);
-    if (meant == nullptr) continue;
-    const std::string_view heading = trimmed(copy.origin(before).text);
-    findings.warning({&copy, before, 1, static_cast<int>(heading.size())},
-                     message("'", heading, "' is no heading: nothing reads what follows"),
-                     message("did you mean '", meant->heading, "'?"));
-    return;
+  void warn_of_conflict() {
+    const auto conflict = conflict_in(copy_.file());
+    if (conflict) findings_.warning({&copy_.file(), conflict->record}, conflict->what, conflict->help);
   }
-  const int first = copy.origin(stretch.first).line;
-  const int last = copy.origin(stretch.last).line;
-  const int earlier = stretch.section == nullptr ? 0 : heading_read(stretch.section->content);
-  if (earlier > 0) {
-    // The section of this heading that is read in its place only was given up, or looked for in vain.
-    if (std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-          return s.heading == stretch.section->heading && s != *stretch.section &&
-                 (heading_read(s.behind) > 0 || any_missing(s.asked_for_by, findings));
-        }))
-      return;
-    const Section* const missing = section_without_heading(copy, file, findings);
-    const std::string again = message("'", stretch.section->heading, "' stands already in line ",
-                                      copy.origin(earlier).line, "; this one is ignored");
-    if (missing != nullptr && findings.settle(missing_heading(*missing), place, again)) return;
-    findings.warning(place, again);
-    return;
+
+  void warn_of_stretches(bool surface) {
+    for (const Stretch& stretch : stretches_) {
+      const bool without_species = !surface && stretch.section != nullptr && stretch.section->of_surface;
+      if (!without_species && !stretch.misspelt) warn(stretch);
+    }
   }
-  const bool optional = stretch.section != nullptr && !stretch.section->asked_for_by.empty();
-  // It was given up, or looked for in vain, which was reported.
-  if (optional && heading_read(stretch.section->behind) > 0) return;
-  if (optional && any_missing(stretch.section->asked_for_by, findings)) return;
-  const std::string help = optional ? std::string(stretch.section->asked_for_by) : end_before(stretch, copy);
-  if (first == last) {
-    findings.warning(place, message("line ", first, " is read by no section"), help);
-  } else {
-    findings.warning(place,
-                     message("lines ", first, "-", last, " are read by no section; the first is '",
-                             trimmed(stretch.text), "'"),
-                     help);
+
+  // Of a run that ended early: those behind an END, and, of the mechanism input, which is read from front to
+  // back, those before the last record that was read.
+  void warn_of_stretches_passed_over() {
+    const int end = file_ == Section::MEC ? last_read_ : 0;
+    for (const Stretch& stretch : stretches_) {
+      const bool passed_over = !end_before(stretch).empty() || stretch.last < end;
+      if (stretch.section == nullptr && passed_over) warn(stretch);
+    }
   }
-}
+
+ private:
+  // --- what a record is -----------------------------------------------------
+
+  bool is_data(std::string_view text) const {
+    const std::vector<Word> words = words_before_comment(text);
+    return file_ == Section::INP ? is_condition(words, species_) : is_reaction(words);
+  }
+
+  // Whether a record was named already as the heading of a section that is missing.
+  bool is_misspelt_heading(std::string_view text) {
+    constexpr std::size_t most_words = 3;
+    if (words_before_comment(text).size() > most_words) return false;
+    return std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+      return (s.files & file_) != 0 && s.absence != Section::Absence::is_usual && may_mean(s, text) &&
+             heading_read_(s.content) == 0;
+    });
+  }
+
+  // A stretch begins with the first record that looks like data. Behind the END of a section this may be a
+  // name with a number; and all that stands before a second END was hardly meant to be passed over.
+  void note_unread(int record, std::string_view text) {
+    if (words_before_comment(text).empty()) return;  // blank, or a comment
+    const Section* const section = section_of(text, file_);
+    const bool misspelt = section == nullptr && is_misspelt_heading(text);
+    const bool amount = behind_end_ && file_ == Section::INP && is_amount(words_before_comment(text));
+    if (section != nullptr || misspelt || (!open_ && (amount || is_data(text)))) {
+      stretches_.push_back({record, record, last_read_, section, text, misspelt});
+      open_ = true;
+    } else if (!open_ && is_end(text) && behind_end_ && prose_.first > 0) {
+      stretches_.push_back(prose_);
+      open_ = true;
+    }
+    if (prose_.first == 0) prose_ = {record, record, last_read_, nullptr, text, false};
+    if (open_) stretches_.back().last = record;
+  }
+
+  // --- behind words ---------------------------------------------------------
+
+  // What looks like data behind the first word of a line, or like anything where a keyword has a line of its
+  // own.
+  std::string_view data_behind_first_word(std::string_view text, bool alone) const {
+    text = text.substr(0, text.find('!'));
+    const std::vector<Word> words = words_before_comment(text);
+    for (std::size_t k = 1; k < words.size(); ++k) {
+      const std::string_view rest = text.substr(static_cast<std::size_t>(words[k].column) - 1);
+      const bool option_of_table = file_ == Section::MEC && EQUSYM(5, words[k].text, "TROE");
+      if (alone || option_of_table || is_data(rest)) return rest;
+    }
+    return {};
+  }
+
+  // Warns of what looks like data behind a heading, an END or a line STIC, where nothing is read.
+  void warn_of_text_behind_word(int record, std::string_view text) {
+    const bool closing = is_end(text);
+    const bool keyword = file_ == Section::MEC && EQUSYM(4, text, "STIC");
+    if (!closing && !keyword && section_of(text, file_) == nullptr) return;
+    const std::string_view data = data_behind_first_word(text, keyword);
+    if (data.empty()) return;
+    const auto column = static_cast<int>(data.data() - text.data()) + 1;
+    findings_.warning({&copy_, record, column, static_cast<int>(trimmed(data).size())},
+                      message("'", trimmed(data), "' is not read: it stands behind ",
+                              closing   ? "END"
+                              : keyword ? "STIC"
+                                        : "a heading"),
+                      "it belongs on a line of its own");
+  }
+
+  // --- stretches ------------------------------------------------------------
+
+  Place place_of(int record) const {
+    return {&copy_, record, 1, static_cast<int>(trimmed(copy_.origin(record).text).size())};
+  }
+
+  // "line 3 is", "lines 3-5 are"
+  std::string lines_of(const Stretch& stretch) const {
+    const int first = copy_.origin(stretch.first).line;
+    const int last = copy_.origin(stretch.last).line;
+    return first == last ? message("line ", first, " is") : message("lines ", first, "-", last, " are");
+  }
+
+  // The END before a stretch, which explains it.
+  std::string end_before(const Stretch& stretch) const {
+    if (stretch.before == 0) return {};
+    const Origin before = copy_.origin(stretch.before);
+    if (!begins_with(before.text, words::end)) return {};
+    return message("END in line ", before.line,
+                   " closes the section above: what stands behind it belongs to none");
+  }
+
+  // The record directly before a stretch, blank ones and comments passed over; 0: none.
+  int record_before(const Stretch& stretch) const {
+    int before = stretch.first - 1;
+    while (before > 0 && words_before_comment(copy_.origin(before).text).empty()) --before;
+    return before;
+  }
+
+  // The one section of the file whose heading was not found and nowhere suspected; nullptr: none, or several.
+  const Section* section_without_heading() const {
+    const Section* found = nullptr;
+    for (const Section& section : sections::all) {
+      if ((section.files & file_) == 0 || findings_.place_of(missing_heading(section)) != whole(copy_))
+        continue;
+      if (found != nullptr) return nullptr;
+      found = &section;
+    }
+    return found;
+  }
+
+  // Whether a section that an option asks for was given up, or looked for in vain.
+  bool is_given_up(const Section& section) {
+    if (section.asked_for_by.empty()) return false;
+    return heading_read_(section.behind) > 0 ||
+           std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+             return s.asked_for_by == section.asked_for_by && findings_.place_of(missing_heading(s));
+           });
+  }
+
+  void warn(const Stretch& stretch) {
+    if (findings_.is_told(place_of(stretch.first))) return;
+    if (stretch.section != nullptr) {
+      warn_of_heading(stretch, *stretch.section);
+    } else if (!explains_missing_heading(stretch) && !warn_of_misspelt_heading(stretch)) {
+      warn_of_unread(stretch, end_before(stretch));
+    }
+  }
+
+  void warn_of_unread(const Stretch& stretch, std::string_view help) {
+    findings_.warning(
+        place_of(stretch.first),
+        message(lines_of(stretch), " read by no section",
+                stretch.first == stretch.last ? std::string()
+                                              : message("; the first is '", trimmed(stretch.text), "'")),
+        help);
+  }
+
+  // A heading that nobody looked for, or that was read already.
+  void warn_of_heading(const Stretch& stretch, const Section& section) {
+    const int earlier = heading_read_(section.content);
+    // A section of the same heading may be read in its place only.
+    const bool given_up = std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+      return s.heading == section.heading && (s == section) == (earlier == 0) && is_given_up(s);
+    });
+    if (given_up) return;
+    if (earlier == 0) {
+      const bool optional = !section.asked_for_by.empty();
+      return warn_of_unread(stretch, optional ? std::string(section.asked_for_by) : end_before(stretch));
+    }
+    const Place place = place_of(stretch.first);
+    const Section* const missing = section_without_heading();
+    const std::string again = message("'", section.heading, "' stands already in line ",
+                                      copy_.origin(earlier).line, "; this one is ignored");
+    if (missing != nullptr && findings_.settle(missing_heading(*missing), place, again)) return;
+    findings_.warning(place, again);
+  }
+
+  // Where the heading of a missing section was meant to stand, to which a stretch belongs: at the line before
+  // it that may be one, or behind END; else the stretch begins where it belongs. `help` tells.
+  Place place_of_missing(const Section& section, const Stretch& stretch, int before,
+                         std::string& help) const {
+    const std::string_view closing =
+        stretch.before == 0 ? std::string_view() : copy_.origin(stretch.before).text;
+    if (const std::vector<Word> words = words_before_comment(closing); is_end(closing) && words.size() > 1) {
+      help = "a heading has a line of its own: behind END it is not read, nor is what follows";
+      return {&copy_, stretch.before, words[1].column, words[1].width()};
+    }
+    const std::string_view text = before == 0 ? std::string_view() : trimmed(copy_.origin(before).text);
+    if (before > 0 && !copy_.is_read(before) && may_be_heading(text)) {
+      help = message("write '", section.heading, "' instead of '", text,
+                     "' if it is meant so: ", lines_of(stretch), " read by no section");
+      return place_of(before);
+    }
+    help = message(lines_of(stretch), " read by no section: if this is it, the heading belongs here");
+    return place_of(stretch.first);
+  }
+
+  // Whether a stretch belongs to the section whose heading is missing, which is told there then.
+  bool explains_missing_heading(const Stretch& stretch) {
+    const int before = may_be_heading(stretch.text) ? stretch.first : record_before(stretch);
+    if (before > 0 && findings_.is_told({&copy_, before}) &&
+        (!copy_.is_read(before) || section_of(copy_.origin(before).text, file_) != nullptr))
+      return true;
+    const Section* const section = section_without_heading();
+    if (section == nullptr) return false;
+    std::string help;
+    const Place place = place_of_missing(*section, stretch, before, help);
+    return findings_.settle(missing_heading(*section), place, help);
+  }
+
+  // Warns of the line before a stretch that seems to mean the heading of a section which a run need not have;
+  // false where there is none.
+  bool warn_of_misspelt_heading(const Stretch& stretch) {
+    for (int before = stretch.first - 1; before >= std::max(1, stretch.first - 2); --before) {
+      if (copy_.is_read(before)) continue;
+      const std::string_view text = copy_.origin(before).text;
+      const auto meant = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+        return s.files == file_ && s.absence == Section::Absence::is_usual && may_mean(s, text) &&
+               heading_read_(s.content) == 0;
+      });
+      if (meant == sections::all.end()) continue;
+      findings_.warning(place_of(before),
+                        message("'", trimmed(text), "' is no heading: nothing reads what follows"),
+                        message("did you mean '", meant->heading, "'?"));
+      return true;
+    }
+    return false;
+  }
+
+  const Input& copy_;
+  std::uint8_t file_;  // the input as a section knows it
+  NameIndex species_;
+  Findings& findings_;
+  HeadingsRead heading_read_;
+  std::vector<Stretch> stretches_;
+  int last_read_ = 0;        // the last record that was read
+  bool behind_end_ = false;  // it is an END
+  Stretch prose_;            // what nobody read since then
+  bool open_ = false;        // and whether it belongs to the last stretch
+};
 
 }  // namespace
 
-void warn_of_conflict(const Input& copy, Findings& findings) {
-  const auto conflict = conflict_in(copy.file());
-  if (conflict) findings.warning({&copy.file(), conflict->record}, conflict->what, conflict->help);
-}
-
 void warn_of_unread_text(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
-                         bool surface, Findings& findings) {
-  HeadingsRead heading_read(copy);
-  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
-    const bool without_species = !surface && stretch.section != nullptr && stretch.section->of_surface;
-    if (!without_species && !stretch.misspelt) warn(stretch, copy, file, heading_read, findings);
+                         bool stopped, bool surface, Findings& findings) {
+  Look look(copy, file, SYMB, findings);
+  look.pass();
+  look.warn_of_conflict();
+  if (stopped) {
+    look.warn_of_stretches_passed_over();
+  } else {
+    look.warn_of_stretches(surface);
   }
-}
-
-void warn_of_text_passed_over(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
-                              Findings& findings) {
-  const int end = file == Section::MEC ? last_read(copy) : 0;
-  HeadingsRead heading_read(copy);
-  for (const Stretch& stretch : stretches(copy, file, NameIndex(SYMB), heading_read)) {
-    const bool behind_end = !end_before(stretch, copy).empty();
-    if (stretch.section == nullptr && (behind_end || stretch.last < end)) {
-      warn(stretch, copy, file, heading_read, findings);
-    }
-  }
-}
-
-void warn_of_text_behind_words(const Input& copy, std::uint8_t file, std::span<const SpeciesName> SYMB,
-                               Findings& findings) {
-  const NameIndex species(SYMB);
-  copy.for_each_record([&](int record, std::string_view text) {
-    if (!copy.is_read(record)) return;
-    const bool closing = is_end(text);
-    const bool keyword = file == Section::MEC && EQUSYM(4, text, "STIC");
-    if (!closing && !keyword && section_of(text, file) == nullptr) return;
-    const std::string_view data = data_behind_first_word(text, file, keyword, species);
-    if (data.empty()) return;
-    const auto column = static_cast<int>(data.data() - text.data()) + 1;
-    findings.warning({&copy, record, column, static_cast<int>(trimmed(data).size())},
-                     message("'", trimmed(data), "' is not read: it stands behind ",
-                             closing   ? "END"
-                             : keyword ? "STIC"
-                                       : "a heading"),
-                     "it belongs on a line of its own");
-  });
 }
 
 }  // namespace varpre

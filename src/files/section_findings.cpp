@@ -1,6 +1,7 @@
 #include "files/section_findings.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,17 @@ namespace {
 bool begins_like(const Section& section, std::string_view record) {
   const bool excepted = !section.except.empty() && begins_with(record, section.except);
   return !excepted && begins_with(record, section.word);
+}
+
+// Whether the first two letters are those of the word of a section: of most records they are not.
+bool begins_like_a_word(std::string_view record) {
+  constexpr auto letter = [](char c) { return static_cast<unsigned>(c) & 31U; };  // in either case
+  constexpr auto seconds = [letter] {                                             // by the first one, as bits
+    std::array<unsigned, 32> letters{};
+    for (const Section& s : sections::all) letters.begin()[letter(s.word[0])] |= 1U << letter(s.word[1]);
+    return letters;
+  }();
+  return record.size() > 1 && (seconds.begin()[letter(record[0])] >> letter(record[1]) & 1U) != 0;
 }
 
 std::string_view first_word_on(std::string_view record) {
@@ -72,9 +84,9 @@ bool report_end_behind_text(const Section& section, Place record, Findings& find
 }  // namespace
 
 const Section* section_of(std::string_view record, std::uint8_t files) {
-  const char first = record.empty() ? ' ' : record.front();
+  if (!begins_like_a_word(record)) return nullptr;
   const auto found = std::find_if(sections::all.begin(), sections::all.end(), [&](const Section& s) {
-    return LSAME(first, s.word.front()) && (s.files & files) != 0 && begins_like(s, record);
+    return (s.files & files) != 0 && begins_like(s, record);
   });
   return found == sections::all.end() ? nullptr : &*found;
 }
