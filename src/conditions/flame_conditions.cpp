@@ -43,6 +43,7 @@ bool is_complete(const Given& given, Listing& MSGFIL) {
     const auto& keyword = FlameSection::keywords[i];
     if (!keyword.required || given.places[i]) continue;
     write<"(/,5X,'DATA ON FLAME CONDITIONS INCOMPLETE')">(MSGFIL);
+    if (given.is_lost(keyword.word, MSGFIL.findings, Findings::Severity::error)) return false;
     MSGFIL.findings.error(given.heading, message("the flame conditions lack ", trimmed(keyword.word)),
                           "GE, NG, RI, RO, TE and NT must be given");
     return false;
@@ -108,18 +109,20 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
   const F& v = given.values;
   const double duration = v.TE - v.TSTA;
   const auto warn = [&](bool is_so, Given::Member value, Given::Member instead, std::string_view what) {
-    if (!is_so || findings.is_told(given.place(value))) return;
+    const std::string_view word = keyword<FlameSection>(value).word;
+    if (!is_so || findings.is_told(given.place(value)) || given.is_lost(word, findings)) return;
     const Place& place = given.place(value);
     findings.warning(place ? place : given.place(instead),
-                     message(trimmed(keyword<FlameSection>(value).word), " of ", v.*value, " ", what));
+                     message(trimmed(word), " of ", v.*value, " ", what));
   };
   const bool long_step = duration > 0 && v.STEP > duration;
   warn(long_step, &F::STEP, &F::TE, "s is longer than the time from TSTA to TE");
   warn(duration > 0 && v.SE != 0 && v.ST > duration && !long_step, &F::ST, &F::TE,
        "s: the source lasts longer than the time from TSTA to TE");
   constexpr double most_steps = 3.0E+8;
+  constexpr double least_long = 0.5;  // s; short runs may begin with steps as small as one likes
   constexpr double most_sources = 1000;
-  if (v.STEP > 0 && duration > most_steps * v.STEP) {
+  if (v.STEP > 0 && duration > most_steps * v.STEP && duration > least_long) {
     warn(true, &F::TE, &F::TE, "s is more than 300 million times the first step STEP: TE is in s");
   } else {
     warn(v.SE != 0 && v.ST > 0 && duration > most_sources * v.ST, &F::TE, &F::TE,
@@ -131,7 +134,7 @@ void warn_of_idle_values(const Given& given, Findings& findings) {
   constexpr double most_usual = 5000;  // K
   warn(std::abs(v.AMPL) > most_usual, &F::AMPL, &F::AMPL, "K: flames are less hot than that");
   constexpr double least_ratio = 10;
-  warn(v.ATOL > least_ratio * v.RTOL, &F::ATOL, &F::ATOL,
+  warn(v.ATOL > least_ratio * v.RTOL && !findings.is_told(given.place(&F::RTOL)), &F::ATOL, &F::ATOL,
        "is larger than RTOL: are the absolute and the relative tolerance exchanged?");
   warn(v.AMPL != 0 && !findings.is_told(given.place(&F::RO)) && v.RO > v.RI &&
            (v.RMAX < v.RI || v.RMAX > v.RO),

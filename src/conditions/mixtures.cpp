@@ -33,7 +33,7 @@ struct Amounts {
   std::span<double> X;
   NameIndex index{SYMB};
   int given = 0;
-  Place negative{};     // an amount that is, and was told of
+  Place doubtful{};     // an amount that was told of, as negative or read otherwise than meant
   bool failed = false;  // what follows is only looked at
 
   std::optional<SectionEnd> take(const KeywordRecord& record) {
@@ -49,10 +49,11 @@ struct Amounts {
     if (!value_is_readable(result, name.view(), value, field, "mol", NFICON, MSGFIL.findings)) {
       return SectionEnd::unreadable_value;
     }
+    const Place place = here(NFICON, field.first, field.width);
     if (value < 0) {
-      negative = here(NFICON, field.first, field.width);
-      MSGFIL.findings.warning(negative, message("the amount of species '", name, "' is negative: ", value));
+      MSGFIL.findings.warning(place, message("the amount of species '", name, "' is negative: ", value));
     }
+    if (MSGFIL.findings.is_told(place)) doubtful = place;
     at(X, number) = value;
     ++given;
     return std::nullopt;
@@ -113,8 +114,7 @@ void check(const Given& given, const Amounts& amounts, std::span<const double> g
     what = "this mixture has no composition";
   } else if (!(sum(gas_amounts) > 0)) {
     write<"(1H ,5X,'ERROR - No gas-phase composition specified')">(MSGFIL);
-    if (MSGFIL.findings.follows(amounts.negative, "sum that is not positive", Findings::Severity::error))
-      stop(MSGFIL);
+    if (MSGFIL.findings.follows(amounts.doubtful, "unusable sum", Findings::Severity::error)) stop(MSGFIL);
     what = "the amounts of the gas species of this mixture do not add up to a positive number";
   } else {
     return;
@@ -152,11 +152,14 @@ void set_elements(const Elements& elements, std::span<const double> X, MixtureSt
 }
 
 // Coverages are divided by their sum; fractions that are meant sum up to 1.
-void warn_of_coverages(std::span<const double> X_surface, const Place& heading, Findings& findings) {
+void warn_of_coverages(std::span<const double> X_surface, const Given& given, const Place& doubtful,
+                       Findings& findings) {
   constexpr double tolerated = 0.01;
   const double total = sum(X_surface);
   if (total == 0 || std::abs(total - 1) <= tolerated) return;
-  findings.warning(heading,
+  const Place& cause = doubtful ? doubtful : given.lost.place;
+  if (findings.follows(cause, "wrong sum")) return;
+  findings.warning(given.heading,
                    message("the amounts of the surface species of this mixture add up to ", about(total)),
                    "they are coverages, and are divided by their sum");
 }
@@ -248,7 +251,7 @@ void CHICON(const Section& section, const SpeciesView& species, int NSURF, const
 
   mixture.amounts = mixture.X;
   divide_by_sum(X);
-  warn_of_coverages(X_surface, given.heading, MSGFIL.findings);
+  warn_of_coverages(X_surface, given, amounts.doubtful, MSGFIL.findings);
   if (!std::isfinite(sum(X_surface))) throw RunStop{RunStop::Ending::number_not_finite};
   if (sum(X_surface) > 0) divide_by_sum(X_surface);
   double mass = 0;  // molar, of the gas

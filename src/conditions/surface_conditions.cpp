@@ -29,6 +29,9 @@ bool given_once(std::size_t row, const Given& given, Listing& MSGFIL) {
   if (given.times[row] == 1) return true;
   const auto& property = SurfaceSection::keywords[row];
   write<"(1X,5X,A)">(MSGFIL, property.not_once);
+  using Severity = Findings::Severity;
+  const Severity severity = property.required ? Severity::error : Severity::warning;
+  if (given.times[row] == 0 && given.is_lost(property.word, MSGFIL.findings, severity)) return false;
   const std::string what =
       message(trimmed(property.word), given.times[row] == 0 ? " is not given" : " is given more than once",
               " in the surface conditions");

@@ -153,22 +153,24 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
   return true;
 }
 
-void warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
-                         const Input& NFICON, Findings& findings) {
+LostValue warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
+                              const Input& NFICON, Findings& findings) {
   std::string_view line = NFICON.origin(NFICON.record_number()).text;
   line = line.substr(0, line.find('!'));
-  if (line.find_first_of("0123456789", static_cast<std::size_t>(field.last())) == line.npos) return;
+  if (line.find_first_of("0123456789", static_cast<std::size_t>(field.last())) == line.npos) return {};
   for (Word word = next_word(line, field.last() + 1, " "); !word.text.empty();) {
     const Word next = next_word(line, word, " ");
     if (read_free_real(next.text) && is_word(word.text)) {
-      findings.warning(
-          here(NFICON, word.column, next.column + static_cast<int>(next.text.size()) - word.column),
-          message("'", word.text, " ", next.text, "' is not read: it stands behind a value"),
-          "each record has one value: give it a line of its own");
-      return;
+      const Place place =
+          here(NFICON, word.column, next.column + static_cast<int>(next.text.size()) - word.column);
+      findings.warning(place,
+                       message("'", word.text, " ", next.text, "' is not read: it stands behind a value"),
+                       "each record has one value: give it a line of its own");
+      return {Text<8>(word.text), place};
     }
     word = next;
   }
+  return {};
 }
 
 bool opens_a_section(const Section& section, const Input& NFICON) {

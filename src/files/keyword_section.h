@@ -89,6 +89,12 @@ inline constexpr KeywordColumns keyword_columns{field_columns(Format<Description
 // How the reading of a section ended: all but `closed` and `given_up` have been reported.
 enum class SectionEnd { closed, end_of_file, unknown_word, unreadable_value, given_up };
 
+// A value that is not read, since it stands behind another one, of which it was told.
+struct LostValue {
+  Text<8> word{};
+  Place place{};  // none: there is no such value
+};
+
 // What a section gives.
 template <class Description>
 struct GivenKeywords {
@@ -100,8 +106,16 @@ struct GivenKeywords {
   std::array<int, count> times{};   // how often it is given
   Place heading;
   KeywordRecord last;  // the record read last, or the one that could not be taken
+  LostValue lost;      // the last one
 
   const Place& place(Member value) const { return places[row_of<Description>(value)]; }
+
+  // Whether a value is missing because it was lost, with which it is counted then.
+  bool is_lost(std::string_view word, Findings& findings,
+               Findings::Severity severity = Findings::Severity::warning) const {
+    return trimmed(lost.word.view()) == trimmed(word) &&
+           findings.follows(lost.place, "missing value", severity);
+  }
 };
 
 // Takes no words but the keywords.
@@ -128,8 +142,8 @@ void warn_of_second(std::string_view keyword, const Place& earlier, const Place&
 
 // Warns of a second word with its value behind the value in the record last read, of which nothing is read.
 // is_word tells the words that a section knows.
-void warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
-                         const Input& NFICON, Findings& findings);
+LostValue warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
+                              const Input& NFICON, Findings& findings);
 
 // Whether the record last read is the heading of another section, or is meant as END.
 bool opens_a_section(const Section& section, const Input& NFICON);
@@ -205,9 +219,10 @@ std::optional<SectionEnd> take_record(const Section& section, Input& NFICON, Fin
                            findings);
   }
   if (!end) {
-    warn_of_second_pair(
+    const LostValue lost = warn_of_second_pair(
         keyword_columns<Description>.value, [&](std::string_view w) { return knows<Description>(w, others); },
         NFICON, findings);
+    if (lost.place) given.lost = lost;
   }
   return end;
 }

@@ -53,7 +53,7 @@ struct FlameSection {
       {"GE  ", &F::GE, "geometry: 0 slab, 1 cylinder, 2 sphere", {}, {}, true},
       {"NG  ", &F::NG, "grid points", {}, {}, true},
       {"RI  ", &F::RI, "inner radius", "m", {0, 1000}, true},
-      {"RO  ", &F::RO, "outer radius", "m", {1.0E-6, 50}, true},
+      {"RO  ", &F::RO, "outer radius", "m", {1.0E-6, 5}, true},
       {"TSTA", &F::TSTA, "start of time", "s"},
       {"TE  ", &F::TE, "end of time", "s", {}, true},
       {"NT  ", &F::NT, "time steps", {}, {1}, true},

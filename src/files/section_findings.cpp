@@ -176,7 +176,7 @@ void warn_of_use_without(const Section& missing, const Section& used, const Inpu
   if (heading == 0) return;
   const auto width = static_cast<int>(trimmed(used_in.origin(heading).text).size());
   if (const auto [help, meant] = headings_of(input, missing); meant) {
-    if (findings.follows(meant, "section without species")) return;
+    if (findings.follows(meant, "unread section")) return;
     findings.warning(meant, missing_heading(missing), help);
     return;
   }

@@ -193,8 +193,10 @@ bool read_block(Table& table, Block& block, bool& end, Listing& MSGFIL) {
     if (told != nullptr && !follows) {
       MSGFIL.findings.error(
           *told, "no \"=\" behind the name of this third body",
-          is_meant_as_end(line.view())
-              ? "did you mean 'END'?"
+          is_meant_as_end(line.view()) ? "did you mean 'END'?"
+          : block.line.record == table.heading.record + 1 &&
+                  !Nearest(line.view()).offer(words::troe).help().empty()
+              ? "did you mean 'TROE'?"
               : "a definition reads M'      =H2O+CO2, the name in columns 1-8, and its efficiencies follow "
                 "in the next record");
     }
@@ -363,9 +365,10 @@ bool read_definition(Table& table, const ReactionNames& names, int NCOLL, const 
   if (c == 0) {
     write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
     if (MSGFIL.findings.follows(behind_end, "definition", Findings::Severity::error)) return false;
-    MSGFIL.findings.error(block.line, message("'", block.name, "' is no third body that can be defined here"),
-                          message("columns 1-8 hold one of ", partner_name(2), " to ", partner_name(NCOLL),
-                                  ", the last one that the mechanism uses"));
+    MSGFIL.findings.error(
+        block.line, message("'", block.name, "' is no third body that can be defined here"),
+        message("no reaction uses it, nor one that comes after ", partner_name(NCOLL),
+                NCOLL > 2 ? ": columns 1-8 hold one of M' to " : ": columns 1-8 hold ", partner_name(NCOLL)));
     return false;
   }
   warn_of_repeated_species(block, c, definitions, MSGFIL.findings);
@@ -413,6 +416,13 @@ void warn_of_efficiencies_not_given(const Mechanism& mechanism, const Definition
   const auto defined = std::count_if(definitions.line.begin(), definitions.line.end(),
                                      [](const Place& line) { return line.unit != nullptr; });
   if (!mechanism.complete || named == 0 || named >= defined * names.NS()) return;
+  const std::string_view line = heading.unit->origin(heading.record).text;
+  for (Word word = next_word(line); !word.text.empty(); word = next_word(line, word)) {
+    if (!same_word(word.text, words::troe)) continue;
+    return findings.warning({heading.unit, heading.record, word.column, word.width()},
+                            message("'", word.text, "' is not read: it stands behind a heading"),
+                            "without a line TROE behind the heading every efficiency that is not given is 0");
+  }
   findings.warning(heading, "every efficiency that is not given is 0",
                    "a line TROE behind this heading makes it 1");
 }
@@ -449,8 +459,7 @@ bool check_definitions(const Mechanism& mechanism, int NS, const Definitions& de
       }
       write<"('0',3X,'WARNING: ',A,' defined, but not used in ','the mechanism')">(MSGFIL, partner);
     } else if (!defined && at(mechanism.used, c)) {
-      if (!MSGFIL.findings.follows(definitions.again, "third body without definition",
-                                   Findings::Severity::error)) {
+      if (!MSGFIL.findings.follows(definitions.again, "undefined third body", Findings::Severity::error)) {
         MSGFIL.findings.error(
             heading, message("third body ", partner, " is used in the mechanism, but not defined here"),
             message("every third body but M needs a definition, if only ", partner, " = with no species"));

@@ -226,7 +226,7 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
 }
 
 void ReverseRateCheck::report(Findings& findings) const {
-  if (!(worst_ > least_told)) return;
+  if (!(worst_ > least_told) || findings.is_told(worst_place_)) return;
   findings.warning(worst_place_,
                    message("the generated reverse rate of this reaction is off by a factor of ",
                            about(math::exp(std::min(worst_, 600.0))), " at ", worst_temperature_,

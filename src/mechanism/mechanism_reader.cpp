@@ -107,7 +107,7 @@ class Reader {
   bool take(ReactionLine& line) {
     line.reaction.MAT = ISTDEC(line.KSPEC, phase_.MAXE);
     if (!append(line.reaction, line.KSPEC)) return false;
-    balanced_ = balance_.check(phase_, line.reaction);
+    balanced_ = !line.cut && balance_.check(phase_, line.reaction);
     if (balanced_) rate_check_.examine(line);
     return !line.reversible || append_reverse(phase_.exchanged(line.KSPEC));
   }

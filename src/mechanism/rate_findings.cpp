@@ -134,7 +134,10 @@ void RateCheck::examine_sticking(const ReactionLine& line) {
   const double coefficient = line.sticking_coefficient;
   if (&phase_ == &Phase::gas) return;                  // which was told at its line STIC
   const Place before{r.line.unit, r.line.record - 2};  // the reaction in front of that line
-  if (coefficient > 1 && findings_.follows(before, "sticking coefficient that is none")) return;
+  if (coefficient > 1 && findings_.follows(before, "impossible sticking coefficient")) return;
+  constexpr std::size_t keyword = 4;  // the reaction that is meant may stand behind it, which will be told
+  const std::string_view STIC = r.line.unit->origin(r.line.record - 1).text;
+  if (STIC.find_first_not_of(' ', keyword) < STIC.find('!')) return;
   const SpeciesName& name = names_[r.ISTICK];
   if (!is_gas(r.ISTICK)) {
     findings_.warning(locate(r.line, name.view()),
@@ -184,7 +187,8 @@ void RateCheck::examine_surface_factor(const ReactionLine& line) {
   constexpr double most_b = 15;
   constexpr double cold = 300;  // K
   constexpr double most = 30;
-  constexpr double least_alone = 3;  // decadic logarithms of A T^b
+  constexpr double least_E = -20 * kJ_per_mol;  // where none but surface species react
+  constexpr double least_alone = 3;             // decadic logarithms of A T^b
   constexpr double least_of_two = 9;
   const Reaction& r = line.reaction;
   const auto educts = phase_.educts(line.KSPEC);
@@ -202,7 +206,8 @@ void RateCheck::examine_surface_factor(const ReactionLine& line) {
     findings_.warning(place_of_parameters(r.line, 1, 1),
                       message("b of this reaction is read as ", about(r.TEXP)),
                       "the numbers are A, b and E: rates go with T^b");
-  } else if (log_factor - std::min(r.EXA, 0.0) / (gas_constant * cold) / log_10 > most && r.EXA < 0) {
+  } else if (r.EXA < 0 &&
+             (log_factor - r.EXA / (gas_constant * cold) / log_10 > most || (gas == 0 && r.EXA < least_E))) {
     findings_.warning(
         place_of_parameters(r.line, 2, 2),
         message("E of ", about(r.EXA / kJ_per_mol), " kJ/mol makes this reaction very fast at 300 K"),
@@ -220,10 +225,12 @@ void RateCheck::examine_falloff(const ReactionLine& line) {
   const Place first_record{r.line.unit, r.line.record + 1};
   const Place second_record{r.line.unit, r.line.record + 2, 7, 10};
   if (std::none_of(line.KSPEC.begin(), line.KSPEC.end(), [&](int k) { return is_partner(k); })) {
-    findings_.warning(r.line, "this reaction has falloff parameters, but no third body",
-                      "its third body stands on both sides: H+O2+M'=HO2+M'");
+    findings_.warning(
+        r.line, "this reaction has falloff parameters, but no third body",
+        "its third body stands on both sides, H+O2+M'=HO2+M'; \"#\" records follow their reaction");
   }
-  if (A > 0 && A <= 1 && a > low.least) {
+  constexpr double most_a_there = 1E+6;
+  if (A >= 0 && A <= 1 && a > most_a_there) {
     findings_.warning({first_record.unit, first_record.record, 1, 60},
                       "the two \"#\" records of this reaction look exchanged",
                       "the first one has A, b and E at low pressure, the second one a, T***, T* and T**");
@@ -235,11 +242,15 @@ void RateCheck::examine_falloff(const ReactionLine& line) {
   }
   constexpr double smallest_a = 1E-6;
   constexpr double least_a = -100;
-  constexpr double most_a = 2;
+  constexpr double most_a = 3;
   const bool too_small = a != 0 && std::abs(a) < smallest_a && T3 != 0;
   if ((a < least_a || a > most_a || too_small) && !findings_.is_told(second_record)) {
     findings_.warning(second_record, message("the first falloff parameter, a, is ", about(a)),
                       "a is between 0 and 1 as a rule, seldom negative; T***, T* and T** follow it");
+  } else if (T2 == 0 && (T3 != 0 || T1 != 0) && !findings_.is_told(second_record)) {
+    findings_.warning({second_record.unit, second_record.record, 43, 10},
+                      "T** of this reaction is 0, which adds 1 to its broadening factor",
+                      "where a mechanism gives no T**, 1.0E+30 stands in columns 43-52");
   }
 }
 
@@ -261,26 +272,29 @@ void RateCheck::examine_gas_factor(const ReactionLine& line) {
   if (usual == nullptr || !(std::abs(r.AFAC) > 0)) return;
   const double log_factor = log10_factor(std::abs(r.AFAC), r.TEXP);
   if (usual == &of_two) log_rates_.push_back(log_factor);
-  if (compare(log_factor, r.TEXP, r.EXA, *usual, r.line) || usual == &of_two || !line.reversible ||
-      r.EXA >= 0)
-    return;
+  if (compare(log_factor, r.TEXP, r.EXA, *usual, r.line) || !line.reversible || r.EXA >= 0) return;
   // What a fit to a reverse rate has, which is written with >, a reversible reaction has not.
   constexpr double cold = 300;  // K
   constexpr double more_when_cold = 4;
-  if (log_factor - r.EXA / (gas_constant * cold) / log_10 < log_bounds(*usual).most + more_when_cold) return;
+  constexpr double log_T_ratio = -0.699;  // of 300 K to 1500 K
+  // Two species meet no more often than they collide, some 1E+14.
+  const double when_cold = usual == &of_two ? log_factor + r.TEXP * log_T_ratio : log_factor;
+  const double most = usual == &of_two ? 17 : log_bounds(*usual).most + more_when_cold;
+  if (when_cold - r.EXA / (gas_constant * cold) / log_10 < most) return;
   energies_.push_back(
       {place_of_parameters(r.line, 2, 2),
        message("E of ", about(r.EXA / kJ_per_mol), " kJ/mol makes this reaction very fast at 300 K"),
        "E is hardly negative by more than some 20 kJ/mol: look at its sign"});
 }
 
-// A factor that is too large may be made up for by a large activation energy.
+// A factor that is too large may be made up for by a large activation energy, within limits.
 bool RateCheck::compare(double log_factor, double b, double E, const UsualFactor& usual, const Place& line) {
   constexpr double most_b = 15;
+  constexpr double most_made_up = 4;
   const auto [least, most] = log_bounds(usual);
   const double log_rate = log_factor - std::max(E, 0.0) / (gas_constant * compared_at) / log_10;
   const bool too_small = log_factor < least;
-  const bool too_large = log_rate > most;
+  const bool too_large = log_rate > most || log_factor > most + most_made_up;
   if (!too_small && !too_large) return false;
   const std::string range =
       message(usual.form, " ", about(usual.least), " to ", about(usual.most), " ", usual.unit);
@@ -389,11 +403,13 @@ void RateCheck::report(const Place& heading) {
     for (const Doubt& doubt : factors_) findings_.warning(doubt.place, doubt.what, doubt.help);
   }
   if (report_energies_of_all(heading)) return;
+  int last = 0;
   for (const Doubt& doubt : energies_) {  // one doubt a line
-    const bool told = std::any_of(factors_.begin(), factors_.end(), [&](const Doubt& of_factor) {
-      return of_factor.place.record == doubt.place.record;
-    });
-    if (!told) findings_.warning(doubt.place, doubt.what, doubt.help);
+    const int record = doubt.place.record;
+    const bool told = std::any_of(factors_.begin(), factors_.end(),
+                                  [&](const Doubt& of_factor) { return of_factor.place.record == record; });
+    if (!told && record != last) findings_.warning(doubt.place, doubt.what, doubt.help);
+    last = record;
   }
 }
 

@@ -481,7 +481,8 @@ LineResult INIMIN(const Phase& phase, const ReactionNames& names, const Place& h
       resolve_names(names, equation, line, MSGFIL, numbers) &&
       (!sticking || make_sticking(names, equation.names[0], line, MSGFIL)) &&
       collect(phase, first(numbers, phase.most_names), reaction.line, line.KSPEC, MSGFIL)) {
-    if (std::any_of(numbers.begin() + phase.most_names, numbers.end(), [](int k) { return k != 0; })) {
+    line.cut = std::any_of(numbers.begin() + phase.most_names, numbers.end(), [](int k) { return k != 0; });
+    if (line.cut) {
       MSGFIL.findings.warning(reaction.line,
                               message("only the first ", phase.most_names, " names of this reaction count"));
     }

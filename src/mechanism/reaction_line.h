@@ -11,6 +11,7 @@ struct ReactionLine {
   Reaction reaction;      // everything but MAT
   SpeciesVector KSPEC{};  // species in order of appearance
   bool reversible = false;
+  bool cut = false;                 // it has more names than count, which was told
   double sticking_coefficient = 0;  // as written, of a sticking reaction
 };
 

@@ -60,6 +60,10 @@ bool third_bodies_balance(const Phase& phase, std::span<const Reaction> reaction
     for (const auto& [number, coefficient] : NetCoefficients(phase, reaction.MAT)) {
       if (number <= NS) continue;
       write<"('1',5X,'THIRD BODIES NOT BALANCED IN REACTION',I4)">(MSGFIL, r);
+      const Place& line = reaction.line;
+      if (MSGFIL.findings.place_of("only the first ").record == line.record &&
+          MSGFIL.findings.follows(line, "lone collision partner", Findings::Severity::error))
+        return false;
       MSGFIL.findings.error(reaction.line, "a collision partner stands on one side of the reaction only",
                             "M, M', ... must stand on both sides equally often");
       return false;

@@ -93,7 +93,7 @@ void report_unreadable_entry(const DatabaseSearch& search, const Input& database
                              const DatabaseLayout& layout, bool lacking, Findings& findings) {
   if (search.read_all) return;
   const auto severity = lacking ? Findings::Severity::error : Findings::Severity::warning;
-  if (findings.follows({&database, search.unreadable.unreadable.record}, "further list of species", severity))
+  if (findings.follows({&database, search.unreadable.unreadable.record}, "further species list", severity))
     return;
   const std::string field = layout.field_name(search.unreadable.unreadable.number);
   const std::string consequence =

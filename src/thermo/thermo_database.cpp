@@ -143,7 +143,7 @@ bool warn_of_jump(const SpeciesName& name, const ThermoFit& fit, Findings& findi
   add(std::abs(s) > 0.005, "the entropy", s, " of R");
   if (jumps.empty()) return false;
   for (int line = 1; line < 4; ++line) {
-    if (findings.follows({fit.entry.unit, fit.entry.record + line}, "jump of the fit")) return true;
+    if (findings.follows({fit.entry.unit, fit.entry.record + line}, "jump")) return true;
   }
   const bool of_h = std::abs(h) > 0.005;
   const bool of_s = std::abs(s) > 0.005;

@@ -118,9 +118,9 @@ bool compute(const Subject& species, double M, const FitGrid& grid, Properties& 
 // A property has no logarithm: because of a negative heat capacity, or of the molecule.
 void report_not_positive(std::string_view property, const Subject& species, const Properties& properties,
                          const FitGrid& grid, Findings& findings) {
+  if (findings.follows(species.fit().entry, "failed fit", Findings::Severity::error)) return;
   const auto lowest = std::min_element(properties.cp.begin(), properties.cp.end());
   if (*lowest < 0) {
-    if (findings.follows(species.fit().entry, "failed fit", Findings::Severity::error)) return;
     const double T = grid.T.begin()[lowest - properties.cp.begin()];
     findings.error(species.fit().entry,
                    message("the ", property, " of species '", species.name,

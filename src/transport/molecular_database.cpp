@@ -76,7 +76,9 @@ bool GENSPE(const SpeciesView& gas, Input& NFIMOL, Listing& MSGFIL, std::vector<
   const auto take = [&](std::size_t i, const Place& record) {
     molecule.record = record;
     molecules[i] = molecule;
-    const std::string fault = layout_fault(line);
+    constexpr double tolerated = 0.5;  // g/mol
+    const bool mass_fits = std::abs(molecule.XMDB - 1000 * gas.XMOL[i]) <= tolerated;
+    const std::string fault = layout_fault(line, mass_fits);
     if (fault.empty()) {
       warn_of_values(MSGFIL.findings, gas, i, molecule);
     } else {

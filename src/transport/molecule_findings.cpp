@@ -162,7 +162,15 @@ std::string foreign_layout(std::string_view line) {
   return message("its values are shifted by ", std::abs(shift), shift > 0 ? " to the right" : " to the left");
 }
 
-std::string layout_fault(std::string_view line) {
+std::string layout_fault(std::string_view line, bool mass_fits) {
+  std::string
+      apart;  // with a blank between the geometry index and the molar mass, which stands left in its field
+  constexpr std::size_t index_end = name_columns + 2;
+  if (mass_fits && line.size() > index_end && line[index_end] != ' ' && line[index_end - 2] == ' ') {
+    apart = line;
+    std::swap(apart[index_end - 2], apart[index_end - 1]);
+    line = apart;
+  }
   if (in_columns(line)) return {};
   const bool begins_right = !trimmed(text_of(line, layout[geometry])).empty();
   const std::string foreign = begins_right ? "" : foreign_layout(line);

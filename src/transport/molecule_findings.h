@@ -23,8 +23,9 @@ std::string molecule_columns();
 std::string foreign_layout(std::string_view line);
 
 // The same, or which of its values does not stand whole in its columns: what was read of such a record means
-// nothing. Empty when all do. And the warning of it.
-std::string layout_fault(std::string_view line);
+// nothing. Empty when all do. And the warning of it. mass_fits: the molar mass was read as that of the
+// elements, so that it may stand directly behind the geometry index.
+std::string layout_fault(std::string_view line, bool mass_fits = false);
 void warn_of_layout(Findings& findings, const Place& record, std::string_view line, std::string_view fault);
 
 // Warns of what contradicts the atoms of species i (from 0): geometry, molar mass, dipole moment; and of
