@@ -160,8 +160,10 @@ def test_commands(area):
             commands["/usr/bin/python3", str(COPY / "tests/tools/report/browser_test.py"), f"{BUILD}/bin/varpre-report", f"{BUILD}/bin/varpre", str(COPY), str(BUILD / "screenshots")] = tests
         for test in listed:
             if (test["name"].startswith(tests) if tests.endswith("/") else test["name"] == tests) and not re.search(WITHOUT, test["name"]):
-                command = [test["command"][0], "--gtest_fail_fast"] if "--gtest_filter" in str(test["command"]) else test["command"]
-                commands.setdefault((*command, *["-f"] * bool(re.search("(?<!programs)_test.py$", command[1]))), test["name"])
+                if "--gtest_filter" in str(test["command"]):
+                    commands[test["command"][0], "--gtest_fail_fast"] = tests
+                else:
+                    commands[(*test["command"], *["-f"] * bool(re.search("(?<!programs)_test.py$", test["command"][1])))] = tests
     for command, name in commands.items():
         since = time.time()
         status, output = ended(command, 600, **ENVIRONMENT)

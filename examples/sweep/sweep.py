@@ -56,10 +56,8 @@ def write_fresh(path, text):
 
 def as_number(text):
     """A number or None."""
-    try:
-        value = float(text)
-    except ValueError:
-        return None
+    written = re.fullmatch(r"\s*[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?\s*", str(text), re.ASCII)
+    value = float(text) if written else math.nan
     return value if math.isfinite(value) else None
 
 
@@ -109,7 +107,12 @@ class Sweep:
         if name in ("unburnt", "burnt"):
             return "\n".join(f"{species:<8} {field(mole)}" for species, mole in mixture(self, case, name).items())
         is_text = name == "name" or (name not in self.numbers if name in case.own else as_number(self.value(case, name)) is None)
-        return self.value(case, name) if is_text else f" {field(self.number(case, name))}"
+        if not is_text:
+            return f" {field(self.number(case, name))}"
+        text = self.value(case, name)
+        if re.search(r"[\x00-\x1f\x7f]", text):
+            raise Fault(f"{TABLE}:{case.line}: {name} is {text!r}, which is more than a piece of a line")
+        return text
 
     def conditions(self, case):
         return substitute(self.template, lambda name: self.filled_in(case, name))
@@ -160,7 +163,7 @@ def read_table():
 
 def fault_of_name(name, seen):
     if not re.fullmatch(r"[A-Za-z0-9][A-Za-z0-9._+-]*", name):
-        return f"'{name}' cannot be the name of a directory: letters, digits and . _ + - can"
+        return f"{name!r} cannot be the name of a directory: a letter or digit, then letters, digits and . _ + - can"
     if len(name) > 200:
         return f"the name '{name[:20]}...' has {len(name)} letters; 200 are allowed"
     if name in OUTPUTS:

@@ -196,16 +196,13 @@ Fault fault_of_marks(const Input& file) {
       "headings, keywords and names begin in column 1: delete these marks"};
 }
 
-// Tabs where columns are counted; between the numbers of a reaction line they do no harm.
+// Tabs where blanks divide and columns are counted.
 Fault fault_of_tabs(const Input& file) {
   constexpr int least_lines = 5;
   int first = 0;
   int count = 0;
   int lines = 0;
-  const bool mechanism = file.name.ends_with("MEC");
   for_each_line(file, [&](int number, std::string_view line) {
-    const bool reaction = mechanism && line.find_first_of("=>") != line.npos && line.front() != 'M';
-    if (reaction) return;
     ++lines;
     if (line.substr(0, line.find('!')).find('\t') == line.npos) return;
     ++count;
@@ -213,7 +210,7 @@ Fault fault_of_tabs(const Input& file) {
   });
   if (count < least_lines || 3 * count < lines) return {};
   return FileFault{first, message(count, " lines of ", file.name, " hold tabs, this one first"),
-                   "the columns of these lines are counted: write blanks instead"};
+                   "a tab divides nothing here, and columns are counted: write blanks instead"};
 }
 
 // Small letters throughout, where the headings of INP have capitals.

@@ -118,7 +118,7 @@ class Sweep(unittest.TestCase):
 
     def test_a_bad_row_does_not_end_the_others(self):
         self.table(b"\xef\xbb\xbfname,phi,pressure,enthalpy,remark,state", "good,1,1,0,,mine", "word,zero,1,0,,", "no-pressure,1,0,0,,", "negative,-1,1,0,,",
-                   "short,1,1", "long,1,1,0,,,,", b"tiny,1,1e-150,0,caf\xe9,", "infinite,1,inf,0,,", "linked,1,1,0,,", "file,1,1,0,,", "hot,1,1,9e9,,", 'quoted,1,1,0,"a, ""b""",', "")
+                   "short,1,1", "long,1,1,0,,,,", b"tiny,1,1e-150,0,caf\xe9,", "infinite,1,inf,0,,", "digits,1_0,1,0,,", "linked,1,1,0,,", "file,1,1,0,,", "hot,1,1,9e9,,", 'quoted,1,1,0,"a, ""b""",', "")
         results = self.sweep / "results"
         results.mkdir()
         (self.sweep / "elsewhere").mkdir()
@@ -130,13 +130,13 @@ class Sweep(unittest.TestCase):
         (self.sweep / "elsewhere/INP").write_text("of somebody else")
         (results / "summary.csv").symlink_to("../elsewhere/INP")
         (results / "summary.svg").symlink_to("../elsewhere/INP")
-        self.assertIn("9 failed", self.start())
+        self.assertIn("10 failed", self.start())
         self.assertEqual((self.sweep / "elsewhere/INP").read_text(), "of somebody else")
         self.assertEqual(len(list((self.sweep / "elsewhere").iterdir())), 1)
         failed = {name: row["first_error"] for name, row in self.rows("failed.csv").items()}
         for name, says in [("word", "cases.csv:3: phi is 'zero', which is no number"), ("no-pressure", "the left mixture has the density 0 kg/m3"),
                            ("negative", "cases.csv:5: phi is below 0"), ("short", "cases.csv:6: 3 values under 6 columns"), ("long", "8 values under 6 columns"),
-                           ("infinite", "pressure is 'inf', which is no number"), ("linked", "results/linked is no directory of its own"),
+                           ("infinite", "pressure is 'inf', which is no number"), ("digits", "phi is '1_0', which is no number"), ("linked", "results/linked is no directory of its own"),
                            ("file", "no directory of its own"), ("hot", "INP:")]:
             self.assertIn(says, failed.pop(name))
         self.assertEqual(failed, {})
@@ -149,6 +149,7 @@ class Sweep(unittest.TestCase):
         self.first_rows(2)
         head = "name,phi,pressure,enthalpy"
         for lines, says in [([head, "../x,1,1,0", "a,1,1,0", "a,1,1,0"], r"cases\.csv:2: '\.\./x' cannot be the name of a directory: .*\ncases\.csv:4: the name 'a' stands in line 3 already\n$"),
+                            ([head, '"a\nb",1,1,0', "-x,1,1,0", "..,1,1,0"], r"csv:3: 'a\\nb' cannot be .*csv:4: '-x' cannot be .*csv:5: '\.\.' cannot be"),
                             ([head, "summary.csv,1,1,0"], "cases.csv:2: the name 'summary.csv' is taken"), ([head, "groups,1,1,0"], "'groups' is taken"),
                             ([head, "a" * 300 + ",1,1,0"], "has 300 letters; 200 are allowed"), ([head, "a" * 200000], r"cases\.csv:2: .*field limit"), ([head], "no rows"),
                             (["phi;pressure"], "no column name; .* commas"), ([head + ",phi", "a,1,1,0,1"], "the column 'phi' stands there twice"), ([], "no column name"),
@@ -196,11 +197,12 @@ class Sweep(unittest.TestCase):
         begin, end = text.index("LEFT BOUNDARY"), text.index("CONDITIONS")
         mixtures = "LEFT BOUNDARY\nP       {p(bar)} bar\nT       {T, unburnt} K\n{unburnt}\nEND\nRIGHT BOUNDARY\nP       {p(bar)} bar\nT       {T, unburnt} K\n{burnt}\nEND\n"
         (self.sweep / "INP.template").write_text(text[:begin] + mixtures + text[end:])
-        self.table('name,fuel,phi,"T, unburnt",p(bar),remark', "lean,CH4 0.9 H2 0.1,0.5,300,1234567.8,x", "rich,CH4,2,400,1,y", "none,NOFUEL,1,300,1,", "odd,CH4 x,1,300,1,")
+        self.table('name,fuel,phi,"T, unburnt",p(bar),remark', "lean,CH4 0.9 H2 0.1,0.5,300,1234567.8,x", "rich,CH4,2,400,1,y", "none,NOFUEL,1,300,1,", "odd,CH4 x,1,300,1,", 'lines,CH4,1,300,1,"x\nEND"')
         self.table('{"mechanism": "../methane-counterflow", "oxidiser": "O2 0.2 N2 0.8", "picture": {"y": "right_CO2"}}', name="settings.json")
         output = self.start()
         rows = self.rows()
         self.assertIn("none: ../methane-counterflow/THERMO has no entry NOFUEL", output)
+        self.assertIn(r"lines: cases.csv:7: remark is 'x\nEND', which is more than a piece of a line", output)
         self.assertIn("odd: fuel is 'CH4 x'; expected species and mole in turn", output)
         # 0.9 CH4 + 0.1 H2 needs 1.85 O2; half of that fuel makes 0.45 CO2 and 0.95 H2O.
         all_left, all_right = 0.5 + 1.85 / 0.2, 1.85 / 0.2 - 0.925 + 0.45 + 0.95
