@@ -174,6 +174,7 @@ class Look {
   // name with a number; and all that stands before a second END was hardly meant to be passed over.
   void note_unread(int record, std::string_view text) {
     if (words_before_comment(text).empty()) return;  // blank, or a comment
+    if (behind_end_ && prose_.first == 0 && explains_unknown_species(record, text)) return;
     const Section* const section = section_of(text, file_);
     const bool misspelt = section == nullptr && is_misspelt_heading(text);
     const bool amount = behind_end_ && file_ == Section::INP && is_amount(words_before_comment(text));
@@ -186,6 +187,21 @@ class Look {
     }
     if (prose_.first == 0) prose_ = {record, record, last_read_, nullptr, text, false};
     if (open_) stretches_.back().last = record;
+  }
+
+  // Whether a record directly behind an END names species that no list was found to name: it is told with
+  // them then.
+  bool explains_unknown_species(int record, std::string_view text) {
+    if (file_ != Section::INP || findings_.errors() == 0) return false;
+    for (const Word& word : words_before_comment(text)) {
+      const Place unknown = findings_.place_of(message("unknown species '", word.text, "'"));
+      if (!unknown) continue;
+      findings_.extend_help(
+          unknown, message("; line ", copy_.origin(record).line, " of ", copy_.origin(record).file, " names ",
+                           word.text, ", but stands behind END"));
+      return true;
+    }
+    return false;
   }
 
   // --- behind words ---------------------------------------------------------
@@ -211,11 +227,12 @@ class Look {
     const std::string_view data = data_behind_first_word(text, keyword);
     if (data.empty()) return;
     const auto column = static_cast<int>(data.data() - text.data()) + 1;
-    findings_.warning({&copy_, record, column, static_cast<int>(trimmed(data).size())},
-                      message("'", trimmed(data), "' is not read: it stands behind ",
-                              closing   ? "END"
-                              : keyword ? "STIC"
-                                        : "a heading"),
+    const std::string what = message("'", trimmed(data), "' is not read: it stands behind ",
+                                     closing   ? "END"
+                                     : keyword ? "STIC"
+                                               : "a heading");
+    if (findings_.place_of(what).record == record) return;  // the stage that misses it has told so
+    findings_.warning({&copy_, record, column, static_cast<int>(trimmed(data).size())}, what,
                       "it belongs on a line of its own");
   }
 
@@ -271,11 +288,19 @@ class Look {
 
   void warn(const Stretch& stretch) {
     if (findings_.is_told(place_of(stretch.first))) return;
-    if (stretch.section != nullptr) {
+    if (ended_by_error(stretch)) {
+      findings_.follows({&copy_, stretch.before}, "unread part");
+    } else if (stretch.section != nullptr) {
       warn_of_heading(stretch, *stretch.section);
     } else if (!explains_missing_heading(stretch) && !warn_of_misspelt_heading(stretch)) {
       warn_of_unread(stretch, end_before(stretch));
     }
+  }
+
+  // Whether the section before a stretch ended in its last record with a finding, and not with END.
+  bool ended_by_error(const Stretch& stretch) const {
+    return stretch.section == nullptr && stretch.before > 0 && stretch.before == stretch.first - 1 &&
+           end_before(stretch).empty() && findings_.is_told({&copy_, stretch.before});
   }
 
   void warn_of_unread(const Stretch& stretch, std::string_view help) {
@@ -295,9 +320,17 @@ class Look {
       return s.heading == section.heading && (s == section) == (earlier == 0) && is_given_up(s);
     });
     if (given_up) return;
+    // One option asks for several sections: what it lacks is told once.
+    if (std::any_of(sections::all.begin(), sections::all.end(), [&](const Section& s) {
+          return s.heading == section.heading && !s.asked_for_by.empty() &&
+                 findings_.follows(findings_.place_of(s.asked_for_by), "further section");
+        }))
+      return;
     if (earlier == 0) {
       const bool optional = !section.asked_for_by.empty();
-      return warn_of_unread(stretch, optional ? std::string(section.asked_for_by) : end_before(stretch));
+      warn_of_unread(stretch, optional ? std::string(section.asked_for_by) : end_before(stretch));
+      if (optional) findings_.tell_with(place_of(stretch.first), section.asked_for_by);
+      return;
     }
     const Place place = place_of(stretch.first);
     const Section* const missing = section_without_heading();

@@ -173,6 +173,20 @@ LostValue warn_of_second_pair(const FieldColumns& field, const std::function<boo
   return {};
 }
 
+LostValue warn_of_pair_behind_end(const std::function<bool(std::string_view)>& is_word, Input& NFICON,
+                                  Findings& findings) {
+  std::string_view text;
+  if (!NFICON.peek(text)) return {};
+  const Word word = next_word(text, 1, " ");
+  if (!is_word(word.text) || !read_free_real(next_word(text, word, " ").text)) return {};
+  text = trimmed(text.substr(0, text.find('!')));
+  const Place place{&NFICON, NFICON.record_number() + 1, 1, static_cast<int>(text.size())};
+  findings.warning(
+      place, message("'", text, "' is not read: it stands behind END"),
+      message("END in line ", NFICON.origin(NFICON.record_number()).line, " closes the section"));
+  return {{}, place};
+}
+
 bool opens_a_section(const Section& section, const Input& NFICON) {
   const std::string_view text = NFICON.origin(NFICON.record_number()).text;
   const Section* const opened = section_of(text, section.files);

@@ -89,10 +89,10 @@ inline constexpr KeywordColumns keyword_columns{field_columns(Format<Description
 // How the reading of a section ended: all but `closed` and `given_up` have been reported.
 enum class SectionEnd { closed, end_of_file, unknown_word, unreadable_value, given_up };
 
-// A value that is not read, since it stands behind another one, of which it was told.
+// A value that is not read, since it stands behind another one or behind END, of which it was told.
 struct LostValue {
-  Text<8> word{};
-  Place place{};  // none: there is no such value
+  Text<8> word{};  // blank: any, since others may follow it
+  Place place{};   // none: there is no such value
 };
 
 // What a section gives.
@@ -113,7 +113,7 @@ struct GivenKeywords {
   // Whether a value is missing because it was lost, with which it is counted then.
   bool is_lost(std::string_view word, Findings& findings,
                Findings::Severity severity = Findings::Severity::warning) const {
-    return trimmed(lost.word.view()) == trimmed(word) &&
+    return (lost.word.blank() || trimmed(lost.word.view()) == trimmed(word)) &&
            findings.follows(lost.place, "missing value", severity);
   }
 };
@@ -144,6 +144,10 @@ void warn_of_second(std::string_view keyword, const Place& earlier, const Place&
 // is_word tells the words that a section knows.
 LostValue warn_of_second_pair(const FieldColumns& field, const std::function<bool(std::string_view)>& is_word,
                               const Input& NFICON, Findings& findings);
+
+// The same of a word with its value directly behind the END last read.
+LostValue warn_of_pair_behind_end(const std::function<bool(std::string_view)>& is_word, Input& NFICON,
+                                  Findings& findings);
 
 // Whether the record last read is the heading of another section, or is meant as END.
 bool opens_a_section(const Section& section, const Input& NFICON);
@@ -201,7 +205,12 @@ std::optional<SectionEnd> take_record(const Section& section, Input& NFICON, Fin
     report_not_closed(section, given.heading, findings);
     return SectionEnd::end_of_file;
   }
-  if (begins<Description>(word.view(), Description::end)) return SectionEnd::closed;
+  const auto is_known = [&](std::string_view w) { return knows<Description>(w, others); };
+  if (begins<Description>(word.view(), Description::end)) {
+    const LostValue behind = warn_of_pair_behind_end(is_known, NFICON, findings);
+    if (behind.place) given.lost = behind;
+    return SectionEnd::closed;
+  }
   const auto found = std::find_if(keywords.begin(), keywords.end(), [&w = word](const auto& k) {
     return begins<Description>(w.view(), k.word);
   });
@@ -219,9 +228,8 @@ std::optional<SectionEnd> take_record(const Section& section, Input& NFICON, Fin
                            findings);
   }
   if (!end) {
-    const LostValue lost = warn_of_second_pair(
-        keyword_columns<Description>.value, [&](std::string_view w) { return knows<Description>(w, others); },
-        NFICON, findings);
+    const LostValue lost =
+        warn_of_second_pair(keyword_columns<Description>.value, is_known, NFICON, findings);
     if (lost.place) given.lost = lost;
   }
   return end;

@@ -313,7 +313,7 @@ struct Definitions {
   EfficiencyRows EFF;
   std::unordered_map<std::string, GivenEfficiency> given;  // by third body and species
   std::array<Place, partner_count> line{};                 // the last definition of each
-  Place again = {};                                        // one that was told to be a second one
+  Place again = {};  // one that was told to be a second one, or not to be read
   int count = 0;
 };
 
@@ -355,12 +355,28 @@ void warn_of_repeated_species(const Block& block, int c, Definitions& definition
   }
 }
 
+// Warns of a definition directly behind END, from which follows what is not defined.
+void warn_of_definition_behind_end(Input& unit, int NCOLL, Definitions& definitions, Findings& findings) {
+  constexpr std::size_t equals = 8;  // its place
+  std::string_view record;
+  if (!unit.peek(record) || record.size() <= equals || record[equals] != '=' ||
+      third_body(SpeciesName(record), NCOLL) == 0)
+    return;
+  const std::string_view text = trimmed(record);
+  definitions.again = {&unit, unit.record_number() + 1, 1, static_cast<int>(text.size())};
+  findings.warning(definitions.again, message("'", text, "' is not read: it stands behind END"),
+                   message("END in line ", unit.origin(unit.record_number()).line, " closes the section"));
+}
+
 // Reads the next definition and lists it; false after the message.
 bool read_definition(Table& table, const ReactionNames& names, int NCOLL, const Place& behind_end,
                      Definitions& definitions, bool& end, Listing& MSGFIL) {
   Block block;
   if (!read_block(table, block, end, MSGFIL)) return false;
-  if (end) return true;
+  if (end) {
+    warn_of_definition_behind_end(*table.input, NCOLL, definitions, MSGFIL.findings);
+    return true;
+  }
   const int c = third_body(block.name, NCOLL);
   if (c == 0) {
     write<"('1',5X,'ERROR: wrong symbol of third body : ',A)">(MSGFIL, block.name);
