@@ -174,7 +174,10 @@ class Look {
   // name with a number; and all that stands before a second END was hardly meant to be passed over.
   void note_unread(int record, std::string_view text) {
     if (words_before_comment(text).empty()) return;  // blank, or a comment
-    if (behind_end_ && prose_.first == 0 && explains_unknown_species(record, text)) return;
+    if (behind_end_ && prose_.first == 0 && explains_unknown_species(record, text)) {
+      prose_ = {record, record, last_read_, nullptr, text, false};
+      return;
+    }
     const Section* const section = section_of(text, file_);
     const bool misspelt = section == nullptr && is_misspelt_heading(text);
     const bool amount = behind_end_ && file_ == Section::INP && is_amount(words_before_comment(text));
@@ -189,16 +192,13 @@ class Look {
     if (open_) stretches_.back().last = record;
   }
 
-  // Whether a record directly behind an END names species that no list was found to name: it is told with
-  // them then.
+  // Whether a record directly behind an END names species that no list was found to name, which is told then.
   bool explains_unknown_species(int record, std::string_view text) {
     if (file_ != Section::INP || findings_.errors() == 0) return false;
     for (const Word& word : words_before_comment(text)) {
-      const Place unknown = findings_.place_of(message("unknown species '", word.text, "'"));
-      if (!unknown) continue;
-      findings_.extend_help(
-          unknown, message("; line ", copy_.origin(record).line, " of ", copy_.origin(record).file, " names ",
-                           word.text, ", but stands behind END"));
+      if (!findings_.place_of(message("unknown species '", word.text, "'"))) continue;
+      findings_.warning(place_of(record), message("'", trimmed(text), "' is not read: it stands behind END"),
+                        message("END in line ", copy_.origin(last_read_).line, " closes the species list"));
       return true;
     }
     return false;

@@ -141,7 +141,8 @@ double mass_spelt_by(std::string_view text) {
   if (const double single = element_mass(text); single > 0) return single;
   double mass = 0;
   const std::string atoms = atoms_spelt_by(text);
-  for (const char symbol : atoms) {
+  for (char symbol : atoms) {
+    symbol = upper(symbol);
     if (symbol < 'A' || symbol > 'Z') return 0;
     mass += element_mass(std::string_view(&symbol, 1));
   }
