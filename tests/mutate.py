@@ -32,7 +32,7 @@ AREAS = {
                "tools/diff/ tools/report tools/report_page tools/diff tools/programs runs/"),
     "page": ("src/tools/report/page/*.js", f"tools/report_page {BROWSER}"),
     "core": (" ".join(f"src/{folder}/*.cpp" for folder in "files mechanism conditions transport thermo driver textio/* math".split()),
-             "broken/ runs/ textio/ thermo/ transport/ mechanism/ conditions/ math/ faults/ docs/ tools/check tools/import"),
+             "broken/ runs/ mechanism/ conditions/ thermo/ transport/ textio/ math/ docs/ faults/ tools/check"),
     "sweep": ("examples/sweep/sweep.py examples/sweep/Snakefile examples/sweep/summary.gp", SWEEP),
 }
 WITHOUT = "format_errors|faults/machine"  # the one tries the compiler, the other goes by the clock
