@@ -6,7 +6,9 @@ namespace varpre {
 
 std::string thermo_field(int number) {
   if (number < 10) return message("the atom count of element ", (number - 1) / 2);
-  if (number < 13) return std::array{"TLOW", "THIGH", "TCOMMON"}[static_cast<std::size_t>(number - 10)];
+  constexpr std::array limits{"the lower temperature limit", "the upper temperature limit",
+                              "the switch temperature"};
+  if (number < 13) return limits[static_cast<std::size_t>(number - 10)];
   return message("a", (number - 13) % 7 + 1, number < 20 ? " of the upper range" : " of the lower range");
 }
 
