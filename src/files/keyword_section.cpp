@@ -130,14 +130,14 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
                        Findings& findings) {
   std::string_view keyword = trimmed(word);
   keyword = keyword.substr(0, keyword.find(' '));
-  std::string name = message("the value of ", keyword);
+  const auto name = [&](int = 0) { return message("the value of ", keyword); };
   std::string_view line = NFICON.origin(NFICON.record_number()).text;
   line = line.substr(0, line.find('!'));
   const Word across = word_across_end(line, field);
   if (!across.text.empty()) {
     report_value_across_end(keyword, bool(result), value, field, across, NFICON, findings);
   } else if (!result) {
-    report_unreadable(findings, NFICON, result, name);
+    report_unreadable(findings, NFICON, result, name());
   }
   if (!result) return false;
 
@@ -147,7 +147,7 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
     warn_of_no_value(keyword, field, behind, NFICON, findings);
     return true;
   }
-  if (across.text.empty()) warn_of_columns(findings, NFICON, result, [&](int) { return name; });
+  if (across.text.empty()) warn_of_columns(findings, NFICON, result, name);
   if (!findings.is_told(here(NFICON))) warn_of_inner_blanks(keyword, value, field, line, NFICON, findings);
   if (!behind.text.empty()) warn_of_unit(keyword, value, unit, behind, NFICON, findings);
   return true;

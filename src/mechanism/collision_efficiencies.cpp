@@ -1,9 +1,9 @@
 #include "mechanism/collision_efficiencies.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -308,12 +308,14 @@ struct GivenEfficiency {
   Place line;
 };
 
+using EfficiencyKey = std::pair<int, std::array<char, 8>>;  // third body and species
+
 // What the definitions of a table give: the efficiencies, and which third bodies they define.
 struct Definitions {
   EfficiencyRows EFF;
-  std::unordered_map<std::string, GivenEfficiency> given;  // by third body and species
-  std::array<Place, partner_count> line{};                 // the last definition of each
-  Place again = {};  // one that was told to be a second one, or not to be read
+  std::map<EfficiencyKey, GivenEfficiency> given;  // by third body and species
+  std::array<Place, partner_count> line{};         // the last definition of each
+  Place again = {};                                // one that was told to be a second one, or not to be read
   int count = 0;
 };
 
@@ -321,12 +323,12 @@ struct Definitions {
 // gives another efficiency.
 void warn_of_repeated_species(const Block& block, int c, Definitions& definitions, Findings& findings) {
   const auto other_value = [&](int k) {
-    const auto given = definitions.given.find(message(c, " ", at(block.species, k)));
+    const auto given = definitions.given.find({c, at(block.species, k).chars});
     return given != definitions.given.end() && given->second.line != block.line &&
            given->second.value != at(block.efficiencies, k);
   };
   int others = 0;
-  for (int k = 1; k <= block.count; ++k) others += other_value(k) ? 1 : 0;
+  for (int k = 1; k <= block.count && at(definitions.line, c); ++k) others += other_value(k) ? 1 : 0;
   if (others > 1) {
     const Place& earlier = at(definitions.line, c);
     findings.warning(block.line,
@@ -339,7 +341,7 @@ void warn_of_repeated_species(const Block& block, int c, Definitions& definition
     const SpeciesName& name = at(block.species, k);
     const double efficiency = at(block.efficiencies, k);
     const auto [given, is_new] =
-        definitions.given.try_emplace(message(c, " ", name), GivenEfficiency{efficiency, block.line});
+        definitions.given.try_emplace(EfficiencyKey(c, name.chars), GivenEfficiency{efficiency, block.line});
     if (is_new) continue;
     const auto [earlier, line] = std::exchange(given->second, {efficiency, block.line});
     if (line == block.line) {

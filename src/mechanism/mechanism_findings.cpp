@@ -75,11 +75,12 @@ bool follows_from_elements(const Phase& phase, const SpeciesVector& MAT, const S
 
 ElementBalance::ElementBalance(const SpeciesView& species, int NSURF) {
   const auto number_of = [&](const ElementSymbol& symbol) {
-    for (int e = 1; e <= count_of(symbols_); ++e) {
-      if (same_word(at(symbols_, e).view(), symbol.view())) return e;
-    }
-    symbols_.push_back(symbol);
-    return count_of(symbols_);
+    const auto found = std::find_if(symbols_.begin(), symbols_.end(), [&](const ElementSymbol& other) {
+      return same_word(other.view(), symbol.view());
+    });
+    const auto number = static_cast<std::size_t>(found - symbols_.begin());
+    if (found == symbols_.end()) symbols_.push_back(symbol);
+    return number;
   };
   for (std::size_t i = 0; i < species.elements.size(); ++i) {
     const ElementFields& fields = species.elements[i];
@@ -98,29 +99,28 @@ ElementBalance::ElementBalance(const SpeciesView& species, int NSURF) {
     atoms.known = atoms.known && (surface || has_atoms);
     species_.push_back(atoms);
   }
+  sums_.resize(std::max(symbols_.size(), std::size_t{1}));
 }
 
 bool ElementBalance::check(const Phase& phase, const Reaction& reaction) {
-  std::array<int, 96> left{};  // a phase has some ten elements, its database entries at most a few more
-  std::array<int, 96> right{};
-  if (symbols_.size() > left.size()) return true;
+  std::fill(sums_.begin(), sums_.end(), 0);
   bool known = true;
-  phase.for_each(reaction.MAT, [&](int number, int sign) {
+  const auto add = [&](int number, int sign, std::vector<int>& sums) {
     if (number > count_of(species_)) return;
     const Atoms& atoms = at(species_, number);
     known = known && atoms.known;
-    for (std::size_t j = 0; j < atoms.count.size(); ++j) {
-      if (atoms.count[j] != 0) at(sign < 0 ? left : right, atoms.element[j]) += atoms.count[j];
-    }
-  });
-  for (int e = 1; known && e <= count_of(symbols_); ++e) {
-    if (at(left, e) == at(right, e)) continue;
-    unbalanced_.push_back({reaction.MAT, reaction.line,
-                           message("the reaction does not balance: ", at(left, e), " ", at(symbols_, e),
-                                   " on the left, ", at(right, e), " on the right")});
-    return false;
-  }
-  return true;
+    for (std::size_t j = 0; j < atoms.count.size(); ++j) sums[atoms.element[j]] += sign * atoms.count[j];
+  };
+  phase.for_each(reaction.MAT, [&](int number, int sign) { add(number, sign, sums_); });
+  const auto odd = std::find_if(sums_.begin(), sums_.end(), [](int sum) { return sum != 0; });
+  if (!known || odd == sums_.end()) return true;
+  const auto element = static_cast<std::size_t>(odd - sums_.begin());
+  std::vector<int> left(sums_.size());
+  phase.for_each(reaction.MAT, [&](int number, int sign) { add(number, sign < 0 ? 1 : 0, left); });
+  unbalanced_.push_back({reaction.MAT, reaction.line,
+                         message("the reaction does not balance: ", left[element], " ", symbols_[element],
+                                 " on the left, ", left[element] + *odd, " on the right")});
+  return false;
 }
 
 // The species that all unbalanced reactions have, if there is but one; 0: none.
@@ -188,7 +188,10 @@ void ElementSums::report(const Place& line, Findings& findings) const {
   }
 }
 
-ReverseRateCheck::ReverseRateCheck(std::span<const ThermoFit> fit) : fit_(fit) {}
+ReverseRateCheck::ReverseRateCheck(std::span<const ThermoFit> fit) : fit_(fit) {
+  std::ranges::transform(temperatures, log_RT_.begin(),
+                         [](double T) { return math::log(gas_constant_cm3_bar * T); });
+}
 
 void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, const Reaction& reverse,
                                Findings& findings) {
@@ -204,20 +207,20 @@ void ReverseRateCheck::compare(const Phase& phase, const Reaction& forward, cons
     }
   }
   const double log_factors = math::log(forward.AFAC / reverse.AFAC);
-  for (std::size_t k = 0; k < temperatures.size(); ++k) {
+  std::array<double, temperatures.size()> log_Kc{};
+  int dn = 0;
+  double reliable_up_to = temperatures.back();
+  phase.for_each(forward.MAT, [&](int number, int sign) {
+    if (number > count_of(fit_)) return;
+    for (std::size_t k = 0; k < log_Kc.size(); ++k) log_Kc[k] -= sign * at(g_, number)[k];
+    dn += sign;
+    reliable_up_to = std::min(reliable_up_to, at(fit_, number).TLIM[2]);
+  });
+  for (std::size_t k = 0; k < temperatures.size() && temperatures[k] <= reliable_up_to; ++k) {
     const double T = temperatures[k];
-    double log_Kc = 0;
-    int dn = 0;
-    bool reliable = true;
-    phase.for_each(forward.MAT, [&](int number, int sign) {
-      if (number > count_of(fit_)) return;
-      log_Kc -= sign * at(g_, number)[k];
-      dn += sign;
-      reliable = reliable && T <= at(fit_, number).TLIM[2];
-    });
-    log_Kc -= dn * math::log(gas_constant_cm3_bar * T);
-    const double error = std::abs(log_factors - log_Kc + (reverse.EXA - forward.EXA) / (R * T));
-    if (!reliable || !(error > worst_)) continue;
+    log_Kc[k] -= dn * log_RT_[k];
+    const double error = std::abs(log_factors - log_Kc[k] + (reverse.EXA - forward.EXA) / (R * T));
+    if (!(error > worst_)) continue;
     if (error > least_told && follows_from_a_fit(phase, forward.MAT, fit_, findings)) return;
     worst_ = error;
     worst_temperature_ = T;

@@ -37,8 +37,8 @@ class ElementBalance {
 
  private:
   struct Atoms {
-    std::array<int, 4> element{};  // numbers in symbols_, from 1
-    std::array<int, 4> count{};    // 0: no atom
+    std::array<std::size_t, 4> element{};  // places in symbols_
+    std::array<int, 4> count{};            // 0: no atom
     bool known = false;
   };
   std::vector<ElementSymbol> symbols_;
@@ -50,6 +50,7 @@ class ElementBalance {
   int common_species(const Phase& phase) const;
 
   std::vector<Atoms> species_;
+  std::vector<int> sums_;  // of the elements in a reaction: those on the right less those on the left
   std::vector<Unbalanced> unbalanced_;
 };
 
@@ -90,6 +91,7 @@ class ReverseRateCheck {
   static constexpr std::array<double, 6> temperatures{500, 750, 1000, 1500, 2000, 2500};
 
   std::span<const ThermoFit> fit_;
+  std::array<double, temperatures.size()> log_RT_{};        // R in cm3 bar
   std::vector<std::array<double, temperatures.size()>> g_;  // per species: Gibbs energy over RT
   double worst_ = 0;                                        // |ln(fitted / exact)|
   double worst_temperature_ = 0;

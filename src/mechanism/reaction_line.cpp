@@ -166,8 +166,9 @@ void examine(const ReadResult& result, std::string_view record_name, std::string
 
 // Warns of a blank field before one that is filled, in the record last read: it reads as 0, but the values
 // are probably shifted by one.
-void warn_of_blank_field(std::initializer_list<FieldColumns> fields, const Input& NFIMEC,
-                         Findings& findings) {
+void warn_of_blank_field(std::span<const double> values, std::initializer_list<FieldColumns> fields,
+                         const Input& NFIMEC, Findings& findings) {
+  if (std::count(values.begin(), values.end(), 0.0) == 0) return;
   const std::string_view line = NFIMEC.origin(NFIMEC.record_number()).text;
   const FieldColumns* blank = nullptr;
   for (const FieldColumns& field : fields) {
@@ -226,7 +227,7 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
   reaction.IARRH = falloff;
   ReadResult result = read<"(A1,5X,E10.3,2X,F6.2,2X,F10.2)">(NFIMEC, mark, FALL[0], FALL[1], FALL[2]);
   if (result.is_unreadable() && report_comment(NFIMEC, findings)) return false;
-  if (result) warn_of_blank_field({{7, 10}, {19, 6}, {27, 10}}, NFIMEC, findings);
+  if (result) warn_of_blank_field(first(FALL, 3), {{7, 10}, {19, 6}, {27, 10}}, NFIMEC, findings);
   examine(result, "first \"#\" record", "a low-pressure parameter", NFIMEC, reaction.line, findings);
   if (!result) return false;
   FALL[2] *= 1000;
@@ -238,7 +239,8 @@ bool read_falloff_lines(Input& NFIMEC, Reaction& reaction, Findings& findings) {
     return false;
   }
   result = read<"(A1,5X,4(E10.3,2X),F6.2)">(NFIMEC, mark, FALL[3], FALL[4], FALL[5], FALL[6], FALL[7]);
-  if (result) warn_of_blank_field({{7, 10}, {19, 10}, {31, 10}, {43, 10}}, NFIMEC, findings);
+  if (result)
+    warn_of_blank_field(behind(FALL, 3, 4), {{7, 10}, {19, 10}, {31, 10}, {43, 10}}, NFIMEC, findings);
   examine(result, "second \"#\" record", "a falloff parameter", NFIMEC, reaction.line, findings);
   return bool(result);
 }
@@ -310,6 +312,9 @@ bool warn_of_second_arrow(const Equation& equation, const Place& line, Findings&
 bool resolve_names(const ReactionNames& names, const Equation& equation, ReactionLine& line, Listing& MSGFIL,
                    std::array<int, most_names>& numbers) {
   bool products = false;
+  const auto is_arrow = [](char c) { return c == '=' || c == '>'; };
+  bool usual = !is_arrow(equation.delimiters.back().chars[0]);  // one arrow, and all names joined
+  int before = 0;                                               // the number before
   for (int i = 1; i <= most_names; ++i) {
     const SpeciesName& name = at(equation.names, i);
     const int number = name.blank() ? 0 : names.find(name);
@@ -320,17 +325,20 @@ bool resolve_names(const ReactionNames& names, const Equation& equation, Reactio
     }
     if (i > 1) {
       const char delimiter = at(equation.delimiters, i - 1).chars[0];
+      const bool apart = before != 0 && (delimiter == ' ') != (number == 0);
+      usual = usual && !apart && !(products && is_arrow(delimiter));
       if (delimiter == '=') line.reversible = true;
       if (line.reversible && line.reaction.IARRH == non_arrhenius) {
         MSGFIL.findings.error(line.reaction.line, "a reaction with an \"@\" record cannot be reversible",
                               "write \">\" instead of \"=\"");
         stop_with(" REVERSE REACTION NOT ALLOWED FOR IARRH=4", "", MSGFIL);
       }
-      if (delimiter == '=' || delimiter == '>') products = true;
+      products = products || is_arrow(delimiter);
     }
     at(numbers, i) = products ? number : -number;
+    before = number;
   }
-  if (!warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings)) {
+  if (!usual && !warn_of_second_arrow(equation, line.reaction.line, MSGFIL.findings)) {
     warn_of_delimiters(equation, line.reaction.line, MSGFIL.findings);
   }
   return true;

@@ -105,7 +105,9 @@ void report_unreadable_entry(const DatabaseSearch& search, const Input& database
 
 void report_absent_entries(const DatabaseSearch& search, const SpeciesView& species, const Input& database,
                            IsMisspelt is_misspelt, Findings& findings) {
-  if (!search.read_all) return;
+  const auto& found = search.found;
+  const auto has_entry = [](const Place& entry) { return bool(entry); };
+  if (!search.read_all || std::all_of(found.begin(), found.end(), has_entry)) return;
   const std::vector<std::size_t> absent = absent_species(search, species);
   if (absent.empty() || findings.report_fault_of(database)) return;
   const std::string_view file = database.origin(0).file;

@@ -16,14 +16,19 @@ std::uint64_t key_of(const SpeciesName& name) {
 
 }  // namespace
 
-NameIndex::NameIndex(std::span<const SpeciesName> names) : slots_(std::bit_ceil(2 * names.size() + 1)) {
-  int number = 0;
-  for (const SpeciesName& name : names) {
-    ++number;
-    const std::uint64_t key = key_of(name);
-    Slot& found = slots_[slot(key)];
-    if (found.number == 0) found = {key, number};
-  }
+NameIndex::NameIndex(int most) : slots_(std::bit_ceil(2 * static_cast<std::size_t>(most) + 1)) {}
+
+NameIndex::NameIndex(std::span<const SpeciesName> names) : NameIndex(count_of(names)) {
+  for (const SpeciesName& name : names) add(name);
+}
+
+int NameIndex::add(const SpeciesName& name) {
+  ++count_;
+  const std::uint64_t key = key_of(name);
+  Slot& found = slots_[slot(key)];
+  if (found.number != 0) return found.number;
+  found = {key, count_};
+  return 0;
 }
 
 int NameIndex::find(const SpeciesName& name) const {

@@ -84,7 +84,11 @@ struct Species {
 class NameIndex {
  public:
   explicit NameIndex(std::span<const SpeciesName> names);
+  // An empty list that takes up to so many names.
+  explicit NameIndex(int most);
 
+  // Appends a name; returns the number of an equal one before it, 0 when there is none.
+  int add(const SpeciesName& name);
   // Its number in the list, from 1; 0 when it is not there.
   int find(const SpeciesName& name) const;
 
@@ -95,6 +99,7 @@ class NameIndex {
   };
   std::size_t slot(std::uint64_t key) const;
 
+  int count_ = 0;
   std::vector<Slot> slots_;  // a power of two, at most half of them taken
 };
 

@@ -56,18 +56,13 @@ Place locate_last(const Place& record, std::string_view name) {
   return place;
 }
 
-// Reports a name that is in the list already, whole or cut to its length there. `number` is its
-// place.
-void report_equal_names(const Section& section, std::string_view written, int number,
+// Reports a name that is in the list already, whole or cut to its length there. `number` is its place,
+// `equal` that of the first one.
+void report_equal_names(const Section& section, std::string_view written, int number, int equal,
                         const SpeciesView& species, Findings& findings) {
   const SpeciesName& name = at(species.SYMB, number);
-  const auto before = first(species.SYMB, number - 1);
-  const auto equal = std::find_if(before.begin(), before.end(), [&](const SpeciesName& earlier) {
-    return same_word(earlier.view(), name.view());
-  });
-  if (equal == before.end()) return;
   if (findings.follows(at(species.listed, number), "further name", severity(section))) return;
-  const Place& earlier_place = species.listed.begin()[equal - before.begin()];
+  const Place& earlier_place = at(species.listed, equal);
   const bool cut = written.size() > name.chars.size();
   findings.report(severity(section), locate_last(at(species.listed, number), written),
                   cut ? message("species '", written, "' is cut to '", name, "', which is listed already")
@@ -102,6 +97,7 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
   bool not_closed = false;
   int NS = 0;
   NameList names;
+  NameIndex index(species.size());
   for (;;) {
     if (!read<"(A)">(NFICON, line)) {
       warn_absent(MSGFIL);
@@ -136,7 +132,10 @@ SpeciesList GENSYM(const Section& section, Input& NFICON, Listing& MSGFIL, const
       const int number = NS - names.NSYM() + k;
       at(species.SYMB, number) = written;
       at(species.listed, number) = not_closed ? Place{} : record;
-      if (!not_closed) report_equal_names(section, written, number, species, MSGFIL.findings);
+      const int equal = index.add(at(species.SYMB, number));
+      if (equal > 0 && !not_closed) {
+        report_equal_names(section, written, number, equal, species, MSGFIL.findings);
+      }
     }
     set_flags(names, NS, species.IFLAG);
     if (!not_closed) warn_of_moved_flags(names, record, MSGFIL.findings);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "files/store_records.h"
@@ -167,8 +168,10 @@ double ups_and_downs(const ThermoCoefficients& below, const ThermoCoefficients& 
   double sum = 0;
   const auto add = [&](const ThermoCoefficients& a, double from, double to) {
     const double step = (to - from) / steps;
-    for (int k = 0; k < steps; ++k) {
-      sum += std::abs(heat_capacity(a, from + (k + 1) * step) - heat_capacity(a, from + k * step));
+    double before = heat_capacity(a, from);
+    for (int k = 1; k <= steps; ++k) {
+      const double cp = heat_capacity(a, from + k * step);
+      sum += std::abs(cp - std::exchange(before, cp));
     }
   };
   add(below, 300, switch_T);
@@ -256,6 +259,7 @@ bool GENTHE(Input& NFITHE, Listing& MSGFIL, const SpeciesPlaces& species, bool p
 
 void warn_of_low_entropies(const SpeciesView& gas, Findings& findings) {
   constexpr double T = 298.15;
+  const double log_T = math::log(T);
   constexpr double constant = -1.1517;  // in units of R
   constexpr double tolerated = 0.5;     // the same
   for (std::size_t i = 0; i < gas.SYMB.size(); ++i) {
@@ -267,7 +271,7 @@ void warn_of_low_entropies(const SpeciesView& gas, Findings& findings) {
     });
     if (!entry || !(M > 0) || made_up || findings.is_told(entry)) continue;
     const double s = entropy(gas.fit[i].HCPL, T) / gas_constant;
-    const double least = 1.5 * math::log(M) + 2.5 * math::log(T) + constant;
+    const double least = 1.5 * math::log(M) + 2.5 * log_T + constant;
     if (s == 0 || s > least - tolerated) continue;  // 0: an entry of nothing
     findings.warning(
         entry,

@@ -192,12 +192,11 @@ void warn_of_values(Findings& findings, const SpeciesView& gas, std::size_t i, c
   const bool geometry_exists = molecule.IGEOM >= 0 && molecule.IGEOM <= 2;
   constexpr double tolerated = 0.5;  // half an atom of hydrogen
   const bool other_atoms = M > 0 && molecule.XMDB != 0 && std::abs(molecule.XMDB - M) > tolerated;
-  const double spelt = 1000 * mass_spelt_by(trimmed(name.view()));
   Place elements = gas.fit[i].entry;
   elements.column = 25;
   elements.width = 20;
   if (other_atoms && elements && !findings.is_told(elements) &&
-      std::abs(molecule.XMDB - spelt) <= tolerated) {
+      std::abs(molecule.XMDB - 1000 * mass_spelt_by(trimmed(name.view()))) <= tolerated) {
     findings.warning(
         elements,
         message("the elements of ", name, " have ", about(M), " g/mol; its name, and ",

@@ -169,7 +169,10 @@ Origin Input::origin(int record) const {
   if (record == 0) return {file.name, file.count_lines(), {}};
   // The line before which to begin, and how far it is from there.
   Stretch stretch{};
-  if (source_ == nullptr) {
+  if (record == cursor_.record_number) {
+    const Stretch first = source_ == nullptr ? Stretch{} : stretches_[cursor_.stretches - 1];
+    stretch = {record, first.line + record - first.record, cursor_.last};
+  } else if (source_ == nullptr) {
     stretch = nearest_line(record);
   } else {
     stretch = *std::prev(std::upper_bound(stretches_.begin(), stretches_.end(), record,

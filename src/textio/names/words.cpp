@@ -5,10 +5,14 @@
 namespace varpre {
 
 Word next_word(std::string_view line, int column, std::string_view between) {
-  const std::size_t start = line.find_first_not_of(between, static_cast<std::size_t>(column) - 1);
-  if (start == std::string_view::npos) return {};
-  const std::size_t end = std::min(line.find_first_of(between, start), line.size());
-  return {line.substr(start, end - start), static_cast<int>(start) + 1};
+  const auto is_between = [&](char c) {
+    return std::any_of(between.begin(), between.end(), [c](char b) { return b == c; });
+  };
+  const auto before = std::min(static_cast<std::size_t>(column) - 1, line.size());
+  const auto* const start = std::find_if_not(line.begin() + before, line.end(), is_between);
+  if (start == line.end()) return {};
+  const auto* const end = std::find_if(start, line.end(), is_between);
+  return {{start, end}, static_cast<int>(start - line.begin()) + 1};
 }
 
 std::vector<Word> words_of(std::string_view line, std::string_view between) {

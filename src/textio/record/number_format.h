@@ -38,6 +38,9 @@ std::optional<int> read_integer(std::string_view field);
 // the last `digits` digits are decimals; without an exponent the value is divided by 10^scale. Nothing as
 // above.
 std::optional<double> read_real(std::string_view field, const RealEdit& edit);
+// The usual ones, whose value depends on neither: a blank field, or one with a point and, unless the scale is
+// 0, with an exponent. Nothing for any other.
+std::optional<double> read_plain_real(std::string_view field, int scale);
 
 // A real number written as one token, in the same form but without blanks or implied decimals.
 std::optional<double> read_free_real(std::string_view token);

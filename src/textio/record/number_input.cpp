@@ -82,22 +82,6 @@ std::optional<double> nearest_double(const Scanned& number) {
   return number.negative ? -value : value;
 }
 
-// The common case: an explicit point, no blanks inside, no sign but a minus, the whole field consumed.
-std::optional<double> read_plain_real(std::string_view field) {
-  const std::size_t first = field.find_first_not_of(' ');
-  if (first == std::string_view::npos) return 0.0;
-  const char* const begin = field.data() + first;
-  const char* const end = field.data() + trimmed(field).size();
-  const char* digits = begin + (*begin == '-');
-  if (digits == end || (!is_digit(*digits) && *digits != '.')) return std::nullopt;
-  while (digits < end && is_digit(*digits)) ++digits;
-  if (digits == end || *digits != '.') return std::nullopt;
-  double value = 0;
-  const auto result = std::from_chars(begin, end, value);
-  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
-  return value;
-}
-
 }  // namespace
 
 std::optional<int> read_integer(std::string_view field) {
@@ -124,9 +108,25 @@ std::optional<int> read_integer(std::string_view field) {
   return static_cast<int>(value);
 }
 
+// No blanks inside, no sign but a minus, the whole field consumed.
+std::optional<double> read_plain_real(std::string_view field, int scale) {
+  if (scale != 0 && field.find('E') == std::string_view::npos) return std::nullopt;
+  const std::size_t first = field.find_first_not_of(' ');
+  if (first == std::string_view::npos) return 0.0;
+  const char* const begin = field.data() + first;
+  const char* const end = field.data() + trimmed(field).size();
+  const char* digits = begin + (*begin == '-');
+  if (digits == end || (!is_digit(*digits) && *digits != '.')) return std::nullopt;
+  while (digits < end && is_digit(*digits)) ++digits;
+  if (digits == end || *digits != '.') return std::nullopt;
+  double value = 0;
+  const auto result = std::from_chars(begin, end, value);
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
 std::optional<double> read_real(std::string_view field, const RealEdit& edit) {
-  const bool as_it_stands = edit.scale == 0 || field.find('E') != std::string_view::npos;
-  if (const auto value = as_it_stands ? read_plain_real(field) : std::nullopt) return value;
+  if (const auto value = read_plain_real(field, edit.scale)) return value;
   if (trimmed(field).empty()) return 0.0;
   Scanned number;
   if (!scan(field, number)) return std::nullopt;

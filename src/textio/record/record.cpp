@@ -163,15 +163,16 @@ class ColumnWatch {
 
   // Before a field is taken.
   void field_begins(const Columns& columns, const Edit& edit, int number) {
+    const bool numeric = is_numeric(edit);
     field_ = {number, 0, columns.at + 1, edit.width};
-    if (is_numeric(edit) && skipped_ && columns.sign_at(columns.at)) note(result_.digit_in_gap, columns.at);
-    if (is_numeric(edit) && skipped_) note_digit(columns, columns.at);
-    if (is_numeric(edit) && numeric_ && !skipped_ && columns.digit_at(columns.at) &&
-        columns.digit_at(columns.at + 1)) {
+    if (numeric && skipped_) {
+      if (columns.sign_at(columns.at)) note(result_.digit_in_gap, columns.at);
+      note_digit(columns, columns.at);
+    } else if (numeric && numeric_ && columns.digit_at(columns.at) && columns.digit_at(columns.at + 1)) {
       note(result_.cut, columns.at + 1);
     }
     skipped_ = false;
-    numeric_ = is_numeric(edit);
+    numeric_ = numeric;
   }
   void real_taken(std::string_view field, const Edit& edit, int scale, double value) {
     if (scale != 0 && value != 0 && field.find_first_of("EeDd") == std::string_view::npos) {
@@ -228,6 +229,10 @@ bool store_value(const Values<void*>& values, const Edit& edit, int scale, std::
       }
       return false;
     case ItemKind::real:
+      if (const auto plain = read_plain_real(field, scale)) {
+        *values.value<double>() = *plain;
+        return true;
+      }
       if (const auto value = read_real(field, {edit.width, edit.value, scale})) {
         *values.value<double>() = *value;
         watch.real_taken(field, edit, scale, *value);
