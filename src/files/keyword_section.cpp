@@ -111,12 +111,13 @@ void warn_of_inner_blanks(std::string_view keyword, double value, const FieldCol
 
 }  // namespace
 
-void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
-                     Findings& findings) {
+void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, std::string_view unit,
+                     const Place& place, Findings& findings) {
   if ((value >= usual.least && value <= usual.most) || findings.is_told(place)) return;
-  findings.warning(place, message(keyword, " of ", value, " can hardly be meant"),
-                   usual.most < 1.0E+300 ? message(usual.least, " to ", usual.most, " is usual")
-                                         : message("it is at least ", usual.least));
+  const std::string in_unit = unit.empty() ? "" : message(" ", unit);
+  findings.warning(place, message(keyword, " of ", value, in_unit, " can hardly be meant"),
+                   usual.most < 1.0E+300 ? message(usual.least, " to ", usual.most, in_unit, " is usual")
+                                         : message("it is at least ", usual.least, in_unit));
 }
 
 void warn_of_second(std::string_view keyword, const Place& earlier, const Place& later, Findings& findings) {

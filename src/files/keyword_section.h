@@ -132,9 +132,9 @@ bool value_is_readable(const ReadResult& result, std::string_view word, double v
                        const FieldColumns& field, std::string_view unit, const Input& NFICON,
                        Findings& findings);
 
-// Warns of a value outside of what is usual.
-void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, const Place& place,
-                     Findings& findings);
+// Warns of a value, in the unit of the input, outside of what is usual.
+void warn_of_unusual(std::string_view keyword, double value, const Usual& usual, std::string_view unit,
+                     const Place& place, Findings& findings);
 
 // Warns that a keyword, in the record last read, was given before; the later value counts. Nothing where it
 // was not.
@@ -187,7 +187,7 @@ bool take_keyword(std::size_t row, const Input& NFICON, Findings& findings,
   const Place place = here(NFICON, field.first, field.width);
   const std::string_view name = trimmed(keyword.word);
   if (keyword.not_once.empty()) warn_of_second(name, given.places[row], place, findings);
-  warn_of_unusual(name, value, keyword.usual, place, findings);
+  warn_of_unusual(name, value, keyword.usual, keyword.unit, place, findings);
   given.values.*keyword.value = value * keyword.factor;
   given.places[row] = place;
   ++given.times[row];
