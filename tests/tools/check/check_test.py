@@ -233,6 +233,8 @@ class Check(unittest.TestCase):
         for count, status in [("1e300", 0), ("-1", 1), ("0", 1), ('"x"', 2), ("[]", 2)]:
             (self.root / "counts").write_text(f'{{"directory": "a", "file": "INP", "text": "the geometry 3 is none that the listing knows", "count": {count}}}')
             self.assertEqual(self.check("--strict", "--baseline", "counts", a).returncode, status, count)
+        (self.root / "few").write_text("".join(f'{{"directory": "a", "file": "INP", "text": "x{count}", "count": {count}}}\n' for count in (1, 2)))
+        self.assertIn("a: gone from the baseline: INP: x1\na: gone from the baseline: INP: x2 (2 times)\n", self.check("--baseline", "few", a).stdout)
         self.assertEqual(self.check("--baseline", "none", a).stderr, "varpre-check: none: No such file or directory\n")
         self.assertEqual(self.check("--baseline", "known", "--write-baseline", "x", a).returncode, 2)
         (self.root / "link").symlink_to("known")
