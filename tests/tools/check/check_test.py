@@ -186,6 +186,8 @@ class Check(unittest.TestCase):
         self.assertEqual((good["results"], good["invocations"][0]["executionSuccessful"]), ([], True))
         absolute = json.loads(self.check("--sarif", self.root / "[wrong]").stdout)["runs"][0]["results"][0]
         self.assertEqual(absolute["locations"][0]["physicalLocation"]["artifactLocation"]["uri"], f"file://{self.root}/%5Bwrong%5D/MEC")
+        twice = json.loads(self.check("--sarif", self.case("twice", "MEC", "26.192", "26.192\nO+H2=H+OH 5.06E+04 2.67 26.192")).stdout)["runs"][0]
+        self.assertEqual([result["ruleId"] for result in twice["results"]], ["the-reaction-or-its-reverse-is-in-the"])
         self.assertEqual(self.check("--sarif", "--json", "good").returncode, 2)
 
     def test_accepted_warnings(self):
