@@ -211,7 +211,7 @@ class Diff(unittest.TestCase):
             self.assertEqual(result.stdout, "")
         (self.root / "other").write_text(text[:-len(text) // 3])
         self.assertIn(f"line {text[:-len(text) // 3].count(chr(10)) + 2}: the file ends here", self.diff("other", whole, status=2).stderr)
-        os.truncate(self.root / "other", 1 << 40)
+        os.truncate(self.root / "other", 1 << 29)
         self.assertIn("larger than any store file", self.diff("other", whole, status=2).stderr)
         os.mkfifo(self.root / "pipe")
         for arguments in (["absent", whole], ["pipe", whole], [self.root, whole], [whole], []):
