@@ -99,6 +99,7 @@ class Export(unittest.TestCase):
         self.assertEqual(result.stdout, f"wrote {back / 'case.yaml'}\n")
         shutil.copy(directory / "INP", back)
         text = (back / "case.yaml").read_text()
+        self.assertNotRegex(text, r"\w,\w")
         surface = ["--surface", "surface"] if "name: surface\n" in text else []
         result = subprocess.run([IMPORT, "--output", back, *surface, back / "case.yaml"], capture_output=True, text=True, timeout=60)
         self.assertEqual(result.returncode, 0, result.stderr)
@@ -187,6 +188,9 @@ class Export(unittest.TestCase):
         file = self.refused(h2o2, ("MEC", "TROE\n", ""), says="count 0", place="MEC", left_out="reaction 2 O + M <=> O2 + M")
         self.assertNotIn("2 O + M <=> O2 + M", [r["equation"] for r in file["reactions"]])
         self.refused(pt, ("MEC", "9.0000E+04  1.0000E+04", "9.0000E+04  0.0000E+00"), says="its T** of 0", place="MEC")
+        for sticking_or_covered in ("H+PT(S)>H(S) ", "H2+PT(S)+PT(S)>H(S)+H(S) "):
+            result = self.export(self.case(pt, [("MEC", sticking_or_covered, sticking_or_covered.replace(">", "="))]))
+            self.assertEqual((result.returncode, result.stderr.count("the reverse of this reaction is not that of equilibrium")), (0, 1))
         every = PROJECT / "docs/every-section"
         self.refused(every, says='"@" record', place="MEC")
 

@@ -238,6 +238,8 @@ class Chemkin(unittest.TestCase):
         for elements, atoms in [(" H  1", "H   1"), ("H  1.", "H   1"), ("H   10   00   00   0", "H   1"), ("    0H   1", "H   1")]:
             result = self.good(first(CHEM) % f"{elements:20}")
             self.assertIn(f"H{'':23}{atoms:20}G", (result.directory / "THERMO").read_text(), elements)
+        fifth = lines[0][:24] + "0    0    0    0    " + lines[0][44:65] + " 1000.00H   1 1"  # behind the common temperature
+        self.assertIn(f"H{'':23}H   1", (self.good(CHEM.replace(lines[0], fifth)).directory / "THERMO").read_text())
         long = lines[0][:24] + "0    0    0    0    " + lines[0][44:].ljust(36) + "&\nH 1"
         self.assertIn(f"H{'':23}H   1", (self.good(CHEM.replace(lines[0], long)).directory / "THERMO").read_text())
         result = self.good(CHEM.replace(lines[0], lines[0].replace("1000.00", "       ")))

@@ -291,6 +291,7 @@ class Import(unittest.TestCase):
         for form, most in forms.items():
             text = mechanism(gas=GAS + [species("X", "{N: 2}", form)])
             result = self.good(text, "--refit-thermo")
+            self.assertEqual(re.findall(r"fitted: (cp|h|s) of X, off by up to (?!0 )", result.stdout), ["cp", "h", "s"])
             self.assertLess(max(result.proof.thermo_deviations.values()), most)
             self.assertLess(result.proof.jump, 1e-3)
             self.refused(text, says="--refit-thermo", left_out="species X")
