@@ -3,6 +3,7 @@
 
 import csv
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -84,6 +85,17 @@ class Sweep(unittest.TestCase):
             picture = (self.sweep / "results/summary.svg").read_text()
             for text in ("phi", "right_temperature", "enthalpy", ">800000<", ">pressure 1<"):
                 self.assertIn(text, picture)
+            # A mark for each case at the first pressure: the picture is the table to scale. Beside them, those of the key.
+            points = [(float(row["phi"]), float(row["right_temperature"])) for row in rows.values() if row["pressure"] == "1"]
+            marks = [tuple(map(float, mark)) for mark in re.findall(r"<use xlink:href='#gpPt\d+' transform='translate\(([\d.]+),([\d.]+)\)", picture)]
+            key = max(x for x, _ in marks)
+            marks = [mark for mark in marks if mark[0] < key]
+            self.assertEqual(len(marks), len(points))
+            share = lambda values, value: (value - min(values)) / (max(values) - min(values))  # noqa: E731
+            scaled = lambda pairs: [tuple(share(axis, value) for axis, value in zip(list(zip(*pairs)), pair)) for pair in pairs]  # noqa: E731
+            for mark, point in zip(sorted(scaled([(x, -y) for x, y in marks])), sorted(scaled(points))):
+                self.assertAlmostEqual(mark[0], point[0], 2)
+                self.assertAlmostEqual(mark[1], point[1], 2)
         summary = (self.sweep / "results/summary.csv").read_text()
         shutil.rmtree(self.sweep / "results")
         (self.sweep / "settings.json").write_text(settings)
