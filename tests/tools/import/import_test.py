@@ -154,6 +154,10 @@ class Import(unittest.TestCase):
         self.good(mechanism(reactions.replace("3.87e-2 m^3/mol/s", "3.87e1"), head=""))
         result = self.good(mechanism("- units: {activation-energy: J/mol}\n- {equation: O + H2 = H + OH, rate-constant: {A: 1e4, b: 2, Ea: 26200}}"))
         self.assertIn(" 26.19949\n", result.MEC)  # E/R is that of the file
+        decades = dict(zip("YZEPTGMkhdcmunpfazy", (24, 21, 18, 15, 12, 9, 6, 3, 2, -1, -2, -3, -6, -9, -12, -15, -18, -21, -24)))
+        for prefix, decade in decades.items():
+            one = f"- {{equation: O + H2 = H + OH, rate-constant: {{A: 1e4, b: 2, Ea: {26.192e3 / 10.0 ** decade!r} {prefix}J/mol}}}}\n"
+            self.assertIn(" 26.19149\n", self.run_import(mechanism(one)).MEC, prefix)
         for unit, says in [("cm^2/mol/s", "of another quantity"), ("cm^3/mol/fortnight", "is no unit"), ("1e4 cm^3/mol/s", "is no unit")]:
             self.refused(mechanism(PLAIN.replace("3.87e+04", f"3.87e+04 {unit}")), says=says)
         self.refused(mechanism(PLAIN, head="units: {length: kg}\n"), says="'kg' is no unit of length")
