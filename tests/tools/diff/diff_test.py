@@ -98,6 +98,8 @@ CASES = [
     [*[("fort.3", "H2O(L)", "X2O(L)")] * 2, "particle H2O(L) removed", "particle X2O(L) added", "particle fraction H2O(L) mole fraction 1 -> 0 to 0",
      "particle fraction X2O(L) mole fraction 0 -> 1 from 0"],
     [("fort.3", "-3.7861E+06  2.8171", "-3.6861E+06  2.8171"), "species H2 enthalpy at 300 K 0.053281 -> 0.25486 kJ/mol h +0.0808 RT at 300 K"],
+    [("INP", "FREQ           50.0", "FREQ           25.1"), "right mixture FREQ as given 50 -> 25.1 -49.8 %"],
+    [("INP", "FREQ           50.0", "FREQ          99.96"), "right mixture FREQ as given 50 -> 99.96 +99.9 %"],
     # values that did not fit, or stand where none is due
     [("fort.3", " OPTIONS :    0", " OPTIONS :  ***"), "option EXTRAP 0 -> *****"],
     [("fort.3", "1.0000E-03  2.0000E-03  0.0000E+00", "1.0000E-03  2.0000E-03  1.0000E+00"), "two-dimensional a place that is not used none -> 1 added"],

@@ -299,6 +299,9 @@ class Import(unittest.TestCase):
             self.assertLess(max(result.proof.thermo_deviations.values()), most)
             self.assertLess(result.proof.jump, 1e-3)
             self.refused(text, says="--refit-thermo", left_out="species X")
+        for wrong in ("[200, 6000]", "[]"):
+            form = next(iter(forms)).replace("[200, 1000, 6000]", wrong)
+            self.refused(mechanism(gas=GAS + [species("X", "{N: 2}", form)]), "--refit-thermo", says="error: some ranges are due here, their limits and a list of coefficients for each")
 
     def test_equations_too_long_for_a_line(self):
         names = ["PLATIN_A", "PLATIN_B", "PLATIN_C", "PLATIN_D", "PLATIN_E"]
