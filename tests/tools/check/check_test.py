@@ -272,7 +272,7 @@ class Check(unittest.TestCase):
     def test_a_reader_that_does_not_listen_is_told_of(self):
         with open("/dev/full", "w") as full:
             result = subprocess.run([PROGRAM, self.case("good")], cwd=self.root, stdout=full, stderr=subprocess.PIPE)
-        self.assertEqual(result.returncode, 2)
+        self.assertEqual((result.returncode, result.stderr), (2, b"varpre-check: standard output: No space left on device\n"))
 
     def wrong_inputs(self):
         """A directory with errors in two files, and its findings as (file, line, column, severity)."""
