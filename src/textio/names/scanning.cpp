@@ -58,8 +58,7 @@ int squeeze_blanks(std::span<char> line, int length, std::string_view DELCH) {
                                    int limit, Listing& MSGFIL, const Place* record) {
   write_free(MSGFIL, record_text, text);
   if (record != nullptr) {
-    MSGFIL.findings.error(locate(*record, text),
-                          message(what, " of ", counted(static_cast<int>(text.size()), "character")),
+    MSGFIL.findings.error(locate(*record, text), what,
                           message("at most ", counted(limit, "character"), " may stand here"));
   }
   throw RunStop{};
@@ -73,7 +72,9 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
     const int delimiter = IFDE(text, DELCH);
     const std::string_view name = delimiter == 0 ? text : columns(text, 1, delimiter - 1);
     if (static_cast<int>(name.size()) > limits.LSYM) {
-      stop_at_too_long(" Name too long in SYDEL:", name, "name", limits.LSYM, MSGFIL, record);
+      const std::string length = counted(static_cast<int>(name.size()), "character");
+      stop_at_too_long(" Name too long in SYDEL:", name, message("a name of ", length), limits.LSYM, MSGFIL,
+                       record);
     }
     names.SYMS.push_back(name);
     text.remove_prefix(name.size());
@@ -81,7 +82,8 @@ void split(std::string_view text, const NameLimits& limits, std::string_view DEL
 
     const std::string_view delimiters = columns(text, 1, ILDE(text, DELCH));
     if (static_cast<int>(delimiters.size()) > limits.LDEL) {
-      stop_at_too_long(delimiter_message, delimiters, "row of delimiters", limits.LDEL, MSGFIL, record);
+      stop_at_too_long(delimiter_message, delimiters, message("'", delimiters, "' stands behind a name"),
+                       limits.LDEL, MSGFIL, record);
     }
     names.DELS.push_back(delimiters);
     text.remove_prefix(delimiters.size());
