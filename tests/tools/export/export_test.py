@@ -141,6 +141,7 @@ class Export(unittest.TestCase):
             for reaction in file["reactions"]:  # each number as the mechanism has it
                 for value in reaction.get("rate-constant", {}).values():
                     self.assertLessEqual(len(f"{value:g}"), 12)
+                self.assertNotIn(1, reaction.get("efficiencies", {}).values())  # which all others have
             self.assertEqual(len(equations), len(set(equations)) + sum(bool(r.get("duplicate")) for r in file["reactions"]) // 2)
         self.assertEqual([p["name"] for p in file["phases"]], ["gas", "gas-right"])
         self.assertNotEqual(file["phases"][0]["state"], file["phases"][1]["state"])
