@@ -163,8 +163,8 @@ std::string foreign_layout(std::string_view line) {
 }
 
 std::string layout_fault(std::string_view line, bool mass_fits) {
-  std::string
-      apart;  // with a blank between the geometry index and the molar mass, which stands left in its field
+  // With a blank between the geometry index and the molar mass, which stands left in its field.
+  std::string apart;
   constexpr std::size_t index_end = name_columns + 2;
   if (mass_fits && line.size() > index_end && line[index_end] != ' ' && line[index_end - 2] == ' ') {
     apart = line;
